@@ -1,0 +1,13 @@
+# Lets a shared library export the given names and nothing else. Hidden
+# visibility alone is not enough: templates of the standard library that a
+# library instantiates stay visible without a list.
+function(conduit_export_only target)
+  if(UNIX AND NOT APPLE)
+    set(list ${CMAKE_CURRENT_BINARY_DIR}/${target}.exports)
+    list(JOIN ARGN ";\n    " names)
+    file(CONFIGURE OUTPUT ${list} CONTENT "{\n  global:\n    @names@;\n  local:\n    *;\n};\n"
+         @ONLY)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${list} -Wl,--no-undefined)
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${list})
+  endif()
+endfunction()

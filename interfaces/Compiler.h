@@ -1,0 +1,25 @@
+#pragma once
+
+/// Everything that compilers spell differently, in one place.
+///
+/// CONDUIT_EXPORT  gives a function out of the library that is being built.
+/// CONDUIT_IMPORT  takes a function from a library that is linked to.
+/// CONDUIT_PRINTF  lets the compiler hold arguments against a printf format:
+///                 the 1-based positions of the format and of the first
+///                 argument, `this` counted.
+
+#if defined(_WIN32)
+#define CONDUIT_EXPORT __declspec(dllexport)
+#define CONDUIT_IMPORT __declspec(dllimport)
+#else
+#define CONDUIT_EXPORT __attribute__((visibility("default")))
+#define CONDUIT_IMPORT
+#endif
+
+#if defined(__MINGW32__)
+#define CONDUIT_PRINTF(format, first) __attribute__((format(gnu_printf, format, first)))
+#elif defined(__GNUC__)
+#define CONDUIT_PRINTF(format, first) __attribute__((format(printf, format, first)))
+#else
+#define CONDUIT_PRINTF(format, first)
+#endif

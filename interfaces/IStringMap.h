@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+namespace conduit {
+
+/// Properties of an item: a small map from text to text.
+///
+/// Keys match whole and case-sensitively. Texts are NUL-terminated bytes; a null
+/// text counts as the empty one. The map copies what it is given. A host that
+/// is lent a map reads it during that call only, on that thread, and never
+/// destroys it.
+class IStringMap {
+ public:
+  virtual ~IStringMap() = default;
+
+  /// The number of entries.
+  virtual std::int32_t Count() = 0;
+
+  /// Stores a copy of the value under a copy of the key, in place of any
+  /// earlier value.
+  virtual void Set(const char* key, const char* value) = 0;
+
+  /// The value stored under the key, or null when there is none. Owned by the
+  /// map; good until the entry is set again or removed, or the map goes.
+  virtual const char* Get(const char* key) = 0;
+
+  /// Removes every entry.
+  virtual void RemoveAll() = 0;
+
+  /// Removes the key's entry, if there is one.
+  virtual void Remove(const char* key) = 0;
+};
+
+}  // namespace conduit

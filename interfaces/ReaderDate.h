@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace conduit {
+
+#pragma pack(push, 1)
+
+/// A date as the reader's records hold it; nothing holds the parts to a range.
+struct ReaderDate {
+  std::int32_t day;    ///< of the month
+  std::int32_t month;  ///< 1 = January
+  std::int32_t year;   ///< within its century
+};
+
+#pragma pack(pop)
+
+static_assert(offsetof(ReaderDate, day) == 0);
+static_assert(offsetof(ReaderDate, month) == 4);
+static_assert(offsetof(ReaderDate, year) == 8);
+static_assert(sizeof(ReaderDate) == 12 && alignof(ReaderDate) == 1);
+
+}  // namespace conduit

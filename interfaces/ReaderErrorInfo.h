@@ -1,0 +1,11 @@
+#pragma once
+
+namespace conduit {
+
+/// A reader error: NUL-terminated text that describes it, as long as it needs to
+/// be. Belongs to the library and is good during the error callback only.
+struct ReaderErrorInfo {
+  char description[1];
+};
+
+}  // namespace conduit

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+namespace conduit {
+
+/// What the reader says of itself when asked. A reader may answer others; they
+/// have no name.
+enum class ReaderState : std::int32_t {
+  NotInitialised = 0,
+  Enabled = 1,
+  Disabled = 2,
+  Asleep = 3,
+  Reading = 4,
+  Error = 5,
+  FatalError = 6,
+  Terminated = 7,
+  Suspended = 8,
+};
+
+/// The text reported to the host for each state, by its code.
+inline constexpr const char* ReaderStateNames[] = {
+    "Not Initialised", "Enabled",     "Disabled",   "Asleep",    "Reading",
+    "Error",           "Fatal Error", "Terminated", "Suspended",
+};
+
+}  // namespace conduit
