@@ -17,9 +17,9 @@
 #endif
 
 #if defined(__MINGW32__)
-#define CONDUIT_PRINTF(format, first) __attribute__((format(gnu_printf, format, first)))
+#define CONDUIT_PRINTF(position, first) __attribute__((format(gnu_printf, position, first)))
 #elif defined(__GNUC__)
-#define CONDUIT_PRINTF(format, first) __attribute__((format(printf, format, first)))
+#define CONDUIT_PRINTF(position, first) __attribute__((format(printf, position, first)))
 #else
-#define CONDUIT_PRINTF(format, first)
+#define CONDUIT_PRINTF(position, first)
 #endif

@@ -19,12 +19,12 @@ enum class ReaderDataType : std::int32_t {
   ImageCoaxVis = 13,
   ImageCoaxIr = 14,
   ImageBarcode = 15,
-  ChipDataGroup1 = 18,          ///< data group 1 of the chip, as plain text
-  ChipCodelineRecord = 19,      ///< ReaderCodelineData, from a source other than the page
-  ChipDataGroup2Photo = 20,     ///< the photo in data group 2 of the chip
-  SwipeRecord = 74,             ///< ReaderSwipeData
-  AamvaSwipeRecord = 75,        ///< ReaderAamvaData
-  AamvaBarcodeRecord = 80,      ///< ReaderAamvaData
+  ChipDataGroup1 = 18,       ///< data group 1 of the chip, as plain text
+  ChipCodelineRecord = 19,   ///< ReaderCodelineData, from a source other than the page
+  ChipDataGroup2Photo = 20,  ///< the photo in data group 2 of the chip
+  SwipeRecord = 74,          ///< ReaderSwipeData
+  AamvaSwipeRecord = 75,     ///< ReaderAamvaData
+  AamvaBarcodeRecord = 80,   ///< ReaderAamvaData
 
   // The barcodes, each a ReaderBarcodeData.
   BarcodeIndustrial2Of5 = 0x10000001,
@@ -81,9 +81,9 @@ inline constexpr ReaderBarcodeName ReaderBarcodeNames[] = {
 /// The item type of a barcode, by the format code of its record; a code beyond
 /// the table, or below it, is ItemTypeUnknown.
 inline constexpr ItemType ReaderBarcodeItemTypes[] = {
-    ItemTypeText,           ItemTypeText,            ItemTypeUnknown, ItemTypeUnknown,
-    ItemTypeImage,          ItemTypeImage,           ItemTypeBarcodeFormat6, ItemTypeUnknown,
-    ItemTypeImage,          ItemTypeBarcodeFormat9,  ItemTypeBarcodeFormat10, ItemTypeUnknown,
+    ItemTypeText,  ItemTypeText,           ItemTypeUnknown,         ItemTypeUnknown,
+    ItemTypeImage, ItemTypeImage,          ItemTypeBarcodeFormat6,  ItemTypeUnknown,
+    ItemTypeImage, ItemTypeBarcodeFormat9, ItemTypeBarcodeFormat10, ItemTypeUnknown,
     ItemTypeImage,
 };
 

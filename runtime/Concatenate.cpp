@@ -1,0 +1,31 @@
+#include "runtime/Concatenate.h"
+
+#include <cstring>
+
+#include "runtime/Text.h"
+
+namespace conduit {
+
+TextPiece::TextPiece(const char* lent) : text(OrEmpty(lent)), length(TextLength(text)) {}
+
+TextPiece::TextPiece(std::int32_t number) : text(nullptr), length(0), decimal(number) {
+  text = decimal.text;
+  length = TextLength(text);
+}
+
+BaseString<char> Concatenate(std::initializer_list<TextPiece> pieces) {
+  std::size_t total = 0;
+  for (const TextPiece& piece : pieces) {
+    total += static_cast<std::size_t>(piece.length);
+  }
+  BaseString<char> joined = BaseString<char>::OfLength(total);
+  char* end = joined.buffer;
+  for (const TextPiece& piece : pieces) {
+    const auto length = static_cast<std::size_t>(piece.length);
+    std::memcpy(end, piece.text, length);
+    end += length;
+  }
+  return joined;
+}
+
+}  // namespace conduit

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace conduit {
+
+/// The table's entry for a code that somebody else chose; `otherwise` for a code
+/// beyond the table or below it.
+template <class Entry, std::size_t Size>
+constexpr Entry EntryAt(const Entry (&table)[Size], std::int32_t code, Entry otherwise) {
+  return code >= 0 && static_cast<std::size_t>(code) < Size ? table[code] : otherwise;
+}
+
+}  // namespace conduit

@@ -1,0 +1,125 @@
+#include <gtest/gtest.h>
+
+#include <cwchar>
+#include <limits>
+#include <string>
+
+#include "runtime/BaseString.h"
+#include "runtime/Concatenate.h"
+
+namespace conduit {
+namespace {
+
+using Text = BaseString<char>;
+
+/// The text by its own length; fails when the buffer breaks the string's promise.
+std::string Content(const Text& text) {
+  EXPECT_NE(text.buffer, nullptr);
+  EXPECT_GE(text.length, 0);
+  EXPECT_EQ(text.buffer[text.length], '\0');
+  return {text.buffer, static_cast<std::size_t>(text.length)};
+}
+
+TEST(BaseString, IsBuiltFromEveryKindOfValue) {
+  EXPECT_EQ(Content(Text()), "");
+  EXPECT_EQ(Content(Text(static_cast<const char*>(nullptr))), "");
+  EXPECT_EQ(Content(Text("SMITH")), "SMITH");
+  EXPECT_EQ(Content(Text("SMITH", 2)), "SM");
+  EXPECT_EQ(Content(Text("A\0B", 3)), std::string("A\0B", 3));
+  EXPECT_EQ(Content(Text("SMITH", 0)), "");
+  EXPECT_EQ(Content(Text("SMITH", -5)), "");
+  EXPECT_EQ(Content(Text(nullptr, 3)), "");
+  EXPECT_EQ(Content(Text(true)), "True");
+  EXPECT_EQ(Content(Text(false)), "False");
+  EXPECT_EQ(Content(Text(0)), "0");
+  EXPECT_EQ(Content(Text(std::numeric_limits<std::int32_t>::min())), "-2147483648");
+  EXPECT_EQ(Content(Text(std::numeric_limits<std::int32_t>::max())), "2147483647");
+  EXPECT_EQ(Content(Text('A')), "A");
+  EXPECT_EQ(Content(Text('\0')), "");
+  EXPECT_EQ(Content(Text::FromFormat("%.2d-%.2d-%.2d", 1, 2, -3)), "01-02--03");
+}
+
+TEST(BaseString, CopiesNeverShareABuffer) {
+  const Text original("SMITH");
+  Text copy = original;
+  EXPECT_NE(copy.buffer, original.buffer);
+  copy.buffer[0] = 'X';
+  EXPECT_EQ(Content(original), "SMITH");
+  copy = original;
+  EXPECT_EQ(Content(copy), "SMITH");
+  copy = *&copy;
+  EXPECT_EQ(Content(copy), "SMITH");
+}
+
+TEST(BaseString, AppendsTextNumbersAndTruthValues) {
+  Text text("x");
+  text.Append(false);
+  text.Append(-7);
+  text.Append(Text("ab"));
+  EXPECT_EQ(Content(text), "xFalse-7ab");
+
+  const char* const before = text.buffer;
+  text.Append("");
+  text.Append(static_cast<const char*>(nullptr));
+  text.Append(Text());
+  EXPECT_EQ(text.buffer, before) << "appending nothing makes no new buffer";
+}
+
+TEST(BaseString, TakesTextFromItsOwnBuffer) {
+  Text text("abcdef");
+  text.Append(text);
+  text.Append(text.buffer + 10);
+  EXPECT_EQ(Content(text), "abcdefabcdefef");
+  text.Assign(text.buffer + 2, 3);
+  EXPECT_EQ(Content(text), "cde");
+}
+
+TEST(BaseString, SetLengthCutsOrFillsWithNuls) {
+  Text text("abc");
+  text.SetLength(5);
+  EXPECT_EQ(Content(text), std::string("abc\0\0", 5));
+  text.SetLength(2);
+  EXPECT_EQ(Content(text), "ab");
+  const char* const before = text.buffer;
+  text.SetLength(2);
+  EXPECT_EQ(text.buffer, before);
+}
+
+TEST(BaseString, FormatsTextOfAnyLength) {
+  const std::string longText(1000, 'x');
+  for (const std::size_t length : {0U, 1U, 126U, 127U, 128U, 129U, 1000U}) {
+    Text text("before");
+    text.Format("%.*s", static_cast<int>(length), longText.c_str());
+    EXPECT_EQ(Content(text), longText.substr(0, length));
+  }
+  Text text("abc");
+  text.Format("%s%s", text.buffer, text.buffer);
+  EXPECT_EQ(Content(text), "abcabc");
+}
+
+TEST(BaseString, RefusedFormatGivesTheEmptyText) {
+  Text text("before");
+  constexpr std::wint_t noCharacter = 0xD800;
+  text.Format("%lc", noCharacter);
+  EXPECT_EQ(Content(text), "");
+}
+
+TEST(BaseString, OrdersByUnsignedBytes) {
+  const Text ascending[] = {"", "AB", "ABC", "ABD", "a", "z", "\xE9"};
+  for (std::size_t left = 0; left < std::size(ascending); ++left) {
+    for (std::size_t right = 0; right < std::size(ascending); ++right) {
+      EXPECT_EQ(ascending[left] < ascending[right], left < right);
+      EXPECT_EQ(ascending[left] == ascending[right], left == right);
+    }
+  }
+}
+
+TEST(Concatenate, JoinsPiecesOfEveryKind) {
+  const Text name("LogLevel");
+  EXPECT_EQ(Content(Concatenate({"FullPage:", name, " = ", -12, " (", true, ")", nullptr})),
+            "FullPage:LogLevel = -12 (True)");
+  EXPECT_EQ(Content(Concatenate({})), "");
+}
+
+}  // namespace
+}  // namespace conduit
