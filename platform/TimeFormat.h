@@ -1,0 +1,23 @@
+#pragma once
+
+#include <ctime>
+
+namespace conduit {
+
+/// What became of a date and time that was to be formatted.
+struct TimeText {
+  bool accepted;
+  char text[1024];  ///< the formatted text, or why it was refused; NUL-terminated
+};
+
+/// Formats a date and time by a `strftime` format. [any thread]
+///
+/// A conversion that is not among AcceptedTimeConversions, a per cent sign at
+/// the end, and a field outside the range that the C standard gives it (the year
+/// from 0 to 9999) are refused before the C runtime sees them: on some systems it
+/// ends the process over them. A text that does not fit comes back empty, and
+/// accepted.
+/// @param format  not null
+TimeText FormatTime(const char* format, const std::tm& time);
+
+}  // namespace conduit
