@@ -1,0 +1,69 @@
+#include "parameters/ParameterMap.h"
+
+#include <iterator>
+#include <utility>
+
+#include "interfaces/ResultCode.h"
+#include "runtime/Concatenate.h"
+#include "runtime/Log.h"
+#include "runtime/Text.h"
+
+namespace conduit {
+
+ParameterMap::ParameterMap(IModuleLogger* logger, const char* prefix)
+    : logger(logger), prefix(prefix) {}
+
+ParameterMap::~ParameterMap() { table.DeleteAll(); }
+
+StringParameter* ParameterMap::AddStringParameter(const char* name, BaseString<char>* target) {
+  return Register<StringParameter>(name, target);
+}
+
+IntParameter* ParameterMap::AddLogLevelParameter(std::int32_t* target) {
+  return Register<IntParameter>("LogLevel", target);
+}
+
+std::int32_t ParameterMap::SetValue(const char* name, const char* value) {
+  Parameter* const parameter = table.Find(name);
+  if (parameter == nullptr) {
+    Log(logger, MessageUnknownName, "ParameterMap::SetValue", "Cannot set value to parameter \"",
+        OrEmpty(name), "\", no such parameter exists");
+    return ResultUnknownParameter;
+  }
+  return parameter->SetValue(value);
+}
+
+std::int32_t ParameterMap::GetValue(const char* name, const char** value) {
+  Parameter* const parameter = table.Find(name);
+  if (parameter == nullptr) {
+    Log(logger, MessageUnknownName, "ParameterMap::GetValue", "Cannot get value to parameter \"",
+        OrEmpty(name), "\", no such parameter exists");
+    return ResultUnknownParameter;
+  }
+  return parameter->GetValue(value);
+}
+
+void ParameterMap::GetParameterAt(std::int32_t index, const char** name, const char** value) {
+  if (index < 0 || index >= table.Count() || name == nullptr || value == nullptr) {
+    return;
+  }
+  const auto entry = std::next(table.begin(), index);
+  *name = entry->first.buffer;
+  entry->second->GetValue(value);
+}
+
+template <class Typed, class Target>
+Typed* ParameterMap::Register(const char* name, Target* target) {
+  const BaseString<char> qualifiedName = Concatenate({prefix, ":", name});
+  auto parameter = std::make_unique<Typed>(name, qualifiedName.buffer, logger, target);
+  Typed* const registered = parameter.get();
+  if (table.Find(name) != nullptr) {
+    nameTaken.push_back(std::move(parameter));
+  } else {
+    table.Add(name, registered);
+    parameter.release();
+  }
+  return registered;
+}
+
+}  // namespace conduit

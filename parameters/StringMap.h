@@ -1,0 +1,24 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+
+#include "interfaces/IStringMap.h"
+#include "runtime/BaseString.h"
+
+namespace conduit {
+
+/// The properties of one item, lent to the host with it. One thread at a time.
+class StringMap : public IStringMap {
+ public:
+  std::int32_t Count() override;
+  void Set(const char* key, const char* value) override;
+  const char* Get(const char* key) override;
+  void RemoveAll() override;
+  void Remove(const char* key) override;
+
+ private:
+  std::map<BaseString<char>, BaseString<char>> entries;
+};
+
+}  // namespace conduit

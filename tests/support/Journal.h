@@ -1,0 +1,60 @@
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "interfaces/IInputModuleHost.h"
+#include "interfaces/IModuleLogger.h"
+
+namespace conduit {
+
+/// Everything that a module called, in one order: log lines, host calls and, of a
+/// scripted reader, library calls.
+class Journal {
+ public:
+  void Write(std::string line);
+  /// What was written since the last Take.
+  std::vector<std::string> Take();
+
+ private:
+  std::mutex mutex;
+  std::vector<std::string> lines;
+};
+
+/// Text, made safe for one line: what is not printable stands as \xNN.
+std::string Quote(const char* bytes, std::size_t length);
+
+class RecordingLogger final : public IModuleLogger {
+ public:
+  explicit RecordingLogger(Journal& journal) : journal(journal) {}
+  void Log(std::int32_t level, const char* tag, const char* message) override;
+
+ private:
+  Journal& journal;
+};
+
+/// Writes each call as a line: "SendData CODELINE_SEX 4 1 'F' last".
+class RecordingHost final : public IInputModuleHost {
+ public:
+  explicit RecordingHost(Journal& journal) : journal(journal) {}
+
+  std::int32_t SendData(const char* name, ItemType itemType, std::int32_t length, const void* data,
+                        IStringMap* properties, bool last) override;
+  void SendEvent(const char* name) override;
+  void BeginData() override;
+  void EndData() override;
+  std::int32_t SetActiveScript(const char* name) override;
+  void ReportState(const char* text) override;
+  void ReportError(const char* text) override;
+
+  std::string stopAt;              ///< the item that is answered with StopRecord
+  std::int32_t otherAnswer = 0;    ///< to every other item
+  std::string failingScript;       ///< the script that is answered with 7
+  const void* lastData = nullptr;  ///< the pointer of the last item
+
+ private:
+  Journal& journal;
+};
+
+}  // namespace conduit
