@@ -1,0 +1,17 @@
+#include "framework/SetActiveScriptAction.h"
+
+#include "framework/BaseInputModule.h"
+#include "interfaces/ResultCode.h"
+
+namespace conduit {
+
+SetActiveScriptAction::SetActiveScriptAction(BaseInputModule* module, UnaryCondition* condition,
+                                             const BaseString<char>& scriptName)
+    : InputModuleAction(module, condition, Name), scriptName(scriptName) {}
+
+std::int32_t SetActiveScriptAction::Execute() {
+  IInputModuleHost* const host = module->GetHost();
+  return host != nullptr ? host->SetActiveScript(scriptName.buffer) : ResultNoHost;
+}
+
+}  // namespace conduit

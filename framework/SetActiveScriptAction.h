@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+
+#include "framework/InputModuleAction.h"
+#include "runtime/BaseString.h"
+
+namespace conduit {
+
+/// Asks the module's host to make a script its active one.
+class SetActiveScriptAction : public InputModuleAction {
+ public:
+  /// The action's kind, by which a host adds it.
+  static constexpr const char* Name = "SetActiveScript";
+
+  SetActiveScriptAction(BaseInputModule* module, UnaryCondition* condition,
+                        const BaseString<char>& scriptName);
+
+  /// Calls the host that the module has at this moment. [reader thread]
+  /// @returns the host's answer, or ResultNoHost.
+  std::int32_t Execute() override;
+
+ private:
+  BaseString<char> scriptName;
+};
+
+}  // namespace conduit
