@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+
+#include "framework/BaseInputModule.h"
+#include "interfaces/HaldenReaderHighLevelAPI.h"
+#include "interfaces/ReaderAamvaData.h"
+#include "interfaces/ReaderBarcodeData.h"
+#include "interfaces/ReaderCodelineData.h"
+#include "interfaces/ReaderSwipeData.h"
+#include "runtime/BaseString.h"
+
+namespace conduit {
+
+/// The input module of a full-page document reader.
+///
+/// It starts and stops the reader library, and turns what the library reports
+/// into named items, events, states and errors for the host. The callbacks run on
+/// the library's threads, several at once if it likes; they call the host and the
+/// logger on the same thread and write nothing that outlives the call.
+class FullPageInputModule : public BaseInputModule {
+ public:
+  /// @param logger  borrowed for the module's life; null for no log
+  explicit FullPageInputModule(IModuleLogger* logger);
+
+  /// REQUIRES: SetHost was called.
+  std::int32_t Initialise() override;
+  std::int32_t Shutdown() override;
+
+  // What the reader library calls; the context is the module. [reader thread]
+  static void ProcessFullPageData(void* context, ReaderDataType type, std::int32_t length,
+                                  void* data);
+  static void ProcessFullPageEvent(void* context, ReaderEventCode code);
+  static void ProcessError(void* first, const ReaderErrorInfo* error, void* context);
+
+  /// Translates an item that carries a record; any other type has no effect.
+  /// REQUIRES: the record is of the kind that belongs to the type, and not null.
+  void ProcessRecordData(ReaderDataType type, const void* record);
+
+  // The settings, each the target of the parameter of its name. Read at the
+  // moment they are needed.
+  std::int32_t LogLevel = 1;
+  BaseString<char> LogFileName = "FullPageOutputConduit.log";
+  BaseString<char> DateOfBirthFormat = "%d-%m-%Y";
+  BaseString<char> IssueDateFormat = "%d-%m-%Y";
+  BaseString<char> ExpiryDateFormat = "%d-%m-%Y";
+  BaseString<char> BadChars = "*_";
+
+ private:
+  void OnData(ReaderDataType type, std::int32_t length, const void* data);
+  void OnEvent(ReaderEventCode code);
+  void OnError(const char* text);
+
+  void DeliverBarcode(const BaseString<char>& name, const ReaderBarcodeData& barcode);
+  void DeliverPlainItem(const BaseString<char>& name, ItemType itemType, std::int32_t length,
+                        const void* data);
+  /// Passes the text of the reader's state of this moment to the host.
+  void ReportReaderState();
+  void ReportReaderState(ReaderState state);
+
+  void ProcessCodelineData(const ReaderCodelineData& record);
+  void ProcessAamvaData(const ReaderAamvaData& record);
+  void ProcessSwipeData(const ReaderSwipeData& record);
+
+  /// Logs and delivers one text item; a null value is delivered as one blank,
+  /// and not logged.
+  /// @returns the host's answer.
+  std::int32_t ProcessStringDataItem(const char* name, const char* value);
+  std::int32_t ProcessStringDataItem(const char* name, const BaseString<char>& value);
+  /// Tells the host of something about the record under way.
+  /// @returns true when the host wants nothing more of the record.
+  bool SignalStopsRecord(const char* name);
+};
+
+}  // namespace conduit

@@ -1,0 +1,20 @@
+#include "interfaces/ModuleEntry.h"
+
+#include "fullpage/FullPageInputModule.h"
+#include "interfaces/ResultCode.h"
+
+std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputModule** module) {
+  if (module == nullptr) {
+    return conduit::ResultNullPointer;
+  }
+  *module = new conduit::FullPageInputModule(logger);
+  return conduit::ResultSuccess;
+}
+
+std::int32_t CIM_Destroy(conduit::IInputModule* module) {
+  if (module == nullptr) {
+    return conduit::ResultNullPointer;
+  }
+  delete module;
+  return conduit::ResultSuccess;
+}

@@ -1,0 +1,103 @@
+#include <gtest/gtest.h>
+
+#include <clocale>
+#include <limits>
+#include <string>
+
+#include "fullpage/DateFormat.h"
+#include "platform/LocalTime.h"
+#include "platform/TimeFormat.h"
+
+namespace conduit {
+namespace {
+
+constexpr std::int32_t Lowest = std::numeric_limits<std::int32_t>::min();
+constexpr std::int32_t Highest = std::numeric_limits<std::int32_t>::max();
+
+TEST(DateFormat, CompletesTheCenturyAgainstTheCurrentYear) {
+  EXPECT_EQ(CompleteYear(85, 2026, false), 1985);
+  EXPECT_EQ(CompleteYear(25, 2026, false), 2025);
+  EXPECT_EQ(CompleteYear(26, 2026, false), 1926);
+  EXPECT_EQ(CompleteYear(30, 2026, true), 2030);
+  EXPECT_EQ(CompleteYear(99, 2026, true), 2099);
+  EXPECT_EQ(CompleteYear(0, 2026, false), 2000);
+  EXPECT_EQ(CompleteYear(1985, 2026, false), 3885);
+  EXPECT_EQ(CompleteYear(99, 2100, false), 1999);
+  EXPECT_EQ(CompleteYear(0, 2100, false), 1900);
+  EXPECT_EQ(CompleteYear(Highest, 2026, true), 2000 + std::int64_t{Highest});
+}
+
+/// The current century, for which the year 99 stands until the year 2099.
+std::string Century() { return std::to_string((LocalTime().tm_year + 1900) / 100); }
+
+TEST(DateFormat, ClampsDayMonthAndYearEachOnItsOwn) {
+  const std::string century = Century();
+  struct {
+    std::int32_t day, month, year;
+    std::string expected;
+  } const cases[] = {
+      {5, 11, 99, "05-11-" + century + "99"},
+      {0, 0, -1, "01-01-" + century + "00"},
+      {40, 13, 99, "31-12-" + century + "99"},
+      {31, 2, 99, "31-02-" + century + "99"},
+      {Lowest, Lowest, Lowest, "01-01-" + century + "00"},
+      {Highest, Highest, 99, "31-12-" + century + "99"},
+  };
+  for (const auto& row : cases) {
+    EXPECT_EQ(FormatDate("%d-%m-%Y", row.day, row.month, row.year, true).buffer, row.expected);
+  }
+}
+
+TEST(DateFormat, YearBeyondFourDigitsIsInvalid) {
+  EXPECT_STREQ(FormatDate("%Y", 1, 1, 1985, false).buffer, "3885");
+  EXPECT_STREQ(FormatDate("%Y", 1, 1, 8099, false).buffer, "9999");
+  for (const std::int32_t year : {8100, Highest}) {
+    EXPECT_STREQ(FormatDate("%Y", 1, 1, year, false).buffer,
+                 "Invalid: - the year is outside 0 to 9999");
+  }
+}
+
+TEST(DateFormat, WeekdayIsNotDerived) {
+  std::setlocale(LC_ALL, "C");
+  for (const std::int32_t day : {1, 2, 3}) {
+    EXPECT_STREQ(FormatDate("%A", day, 11, 85, false).buffer, "Sunday");
+  }
+}
+
+TEST(DateFormat, TakesTextThatNeverFitsAsEmpty) {
+  EXPECT_STREQ(FormatDate("", 1, 1, 1, false).buffer, "");
+  const std::string fits(1023, 'x');
+  EXPECT_EQ(FormatDate(fits.c_str(), 1, 1, 1, false).buffer, fits);
+  EXPECT_STREQ(FormatDate((fits + "x").c_str(), 1, 1, 1, false).buffer, "");
+}
+
+TEST(DateFormat, RefusesWhatTheFormatterDoesNotKnow) {
+  const char* const refused[] = {"%",   "%d %", "%Q",   "%i",  "%Ed",
+                                 "%OY", "%E",   "%EOy", "%-d", "%\xFF"};
+  for (const char* const format : refused) {
+    const std::string text = FormatDate(format, 1, 1, 1, false).buffer;
+    EXPECT_EQ(text.rfind("Invalid: - ", 0), 0U) << format << " gave " << text;
+    EXPECT_GT(text.size(), std::string("Invalid: - ").size());
+    EXPECT_FALSE(FormatTime(format, LocalTime()).accepted);
+  }
+  EXPECT_STREQ(FormatDate("100%% %d/%m/%y", 5, 11, 85, false).buffer, "100% 05/11/85");
+}
+
+TEST(DateFormat, RefusesFieldsOutOfRange) {
+  std::tm time{};
+  EXPECT_FALSE(FormatTime("%d", time).accepted) << "there is no day 0";
+  time.tm_mday = 1;
+  EXPECT_TRUE(FormatTime("%d", time).accepted);
+  time.tm_year = Highest;
+  const TimeText refused = FormatTime("%d", time);
+  EXPECT_FALSE(refused.accepted);
+  EXPECT_STREQ(refused.text, "the year is out of range");
+}
+
+TEST(DateFormat, RawDatePrintsPartsUnchanged) {
+  EXPECT_STREQ(RawDate({5, 11, 85}).buffer, "05-11-85");
+  EXPECT_STREQ(RawDate({0, -1, Lowest}).buffer, "00--01--2147483648");
+}
+
+}  // namespace
+}  // namespace conduit

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tests/support/Journal.h"
+#include "tests/support/LoadedModule.h"
+#include "tests/support/ScriptedReader.h"
+
+namespace conduit {
+
+using Lines = std::vector<std::string>;
+
+/// The built module between a scripted reader and a recording host, started and
+/// with an empty journal.
+class ModuleTest : public testing::Test {
+ protected:
+  ModuleTest() {
+    reader = {};
+    module->SetHost(&host);
+    module->Initialise();
+    journal.Take();
+    reader.onCall = [this](std::string call) { journal.Write("reader " + call); };
+  }
+  ~ModuleTest() override { reader = {}; }
+  ModuleTest(const ModuleTest&) = delete;
+  ModuleTest& operator=(const ModuleTest&) = delete;
+
+  /// The journal since the last call, without log lines.
+  Lines TakeHostCalls() {
+    Lines calls;
+    for (std::string& line : journal.Take()) {
+      if (line.rfind("log ", 0) != 0) {
+        calls.push_back(std::move(line));
+      }
+    }
+    return calls;
+  }
+
+  ScriptedReader& reader = TheScriptedReader();
+  Journal journal;
+  RecordingLogger logger{journal};
+  RecordingHost host{journal};
+  LoadedModule module{MODULE_FILE, &logger};
+};
+
+/// The two journal lines of an item that a translator delivers.
+inline void ExpectItem(Lines& expected, const std::string& name, const std::string& value) {
+  expected.push_back(
+      "log 2 FullPageInputModule::ProcessStringDataItem: ProcessStringDataItem - "
+      "aName " +
+      name + "  aValue " + value);
+  expected.push_back("SendData " + name + " 4 " + std::to_string(value.size()) + " " +
+                     Quote(value.data(), value.size()) + " last");
+}
+
+}  // namespace conduit
