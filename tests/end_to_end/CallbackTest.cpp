@@ -1,5 +1,8 @@
 #include <limits>
+#include <memory>
+#include <thread>
 
+#include "interfaces/ReaderAamvaData.h"
 #include "interfaces/ReaderBarcodeData.h"
 #include "interfaces/ReaderSwipeData.h"
 #include "tests/support/ModuleTest.h"
@@ -218,6 +221,32 @@ TEST_F(CallbackTest, ErrorsAreLoggedReportedAndFollowedByTheState) {
   }
   reader.SendError(nullptr);
   EXPECT_THAT(TakeHostCalls(), ElementsAre("ReportError ''", "ReportState ''"));
+}
+
+TEST_F(CallbackTest, CallbacksMayComeOnSeveralThreadsAtOnce) {
+  constexpr std::size_t threadCount = 4;
+  constexpr std::size_t rounds = 50;
+  module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
+  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "scan");
+  TakeHostCalls();
+  std::vector<std::thread> threads;
+  for (std::size_t number = 0; number < threadCount; ++number) {
+    threads.emplace_back([this] {
+      auto licence = std::make_unique<ReaderAamvaData>();
+      ReaderBarcodeData barcode{};
+      for (std::size_t round = 0; round < rounds; ++round) {
+        reader.SendEvent(ReaderEventCode::DocOnWindow);
+        reader.SendRecord(ReaderDataType::AamvaBarcodeRecord, *licence);
+        reader.SendRecord(ReaderDataType::BarcodeQr, barcode);
+        reader.SendError("Lamp failure");
+      }
+    });
+  }
+  for (std::thread& thread : threads) {
+    thread.join();
+  }
+  const std::size_t callsOfARound = 4 + 24 + 1 + 2;
+  EXPECT_EQ(TakeHostCalls().size(), threadCount * rounds * callsOfARound);
 }
 
 }  // namespace

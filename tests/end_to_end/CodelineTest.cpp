@@ -6,8 +6,6 @@
 namespace conduit {
 namespace {
 
-using testing::ElementsAre;
-
 template <std::size_t Size>
 void Put(char (&field)[Size], const std::string& text) {
   ASSERT_LT(text.size(), Size);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -48,10 +49,10 @@ class RecordingHost final : public IInputModuleHost {
   void ReportState(const char* text) override;
   void ReportError(const char* text) override;
 
-  std::string stopAt;              ///< the item that is answered with StopRecord
-  std::int32_t otherAnswer = 0;    ///< to every other item
-  std::string failingScript;       ///< the script that is answered with 7
-  const void* lastData = nullptr;  ///< the pointer of the last item
+  std::string stopAt;                           ///< the item that is answered with StopRecord
+  std::int32_t otherAnswer = 0;                 ///< to every other item
+  std::string failingScript;                    ///< the script that is answered with 7
+  std::atomic<const void*> lastData = nullptr;  ///< the pointer of the last item
 
  private:
   Journal& journal;

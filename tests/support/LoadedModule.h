@@ -10,7 +10,7 @@ namespace conduit {
 /// found by name. Fails by an exception that says why.
 class LoadedModule {
  public:
-  LoadedModule(const std::filesystem::path& library, IModuleLogger* logger);
+  LoadedModule(const std::filesystem::path& file, IModuleLogger* logger);
   LoadedModule(const LoadedModule&) = delete;
   LoadedModule& operator=(const LoadedModule&) = delete;
   ~LoadedModule();

@@ -23,7 +23,7 @@ class ModuleTest : public testing::Test {
     module->SetHost(&host);
     module->Initialise();
     journal.Take();
-    reader.onCall = [this](std::string call) { journal.Write("reader " + call); };
+    reader.onCall = [this](const std::string& call) { journal.Write("reader " + call); };
   }
   ~ModuleTest() override { reader = {}; }
   ModuleTest(const ModuleTest&) = delete;

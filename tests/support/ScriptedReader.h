@@ -11,7 +11,7 @@ namespace conduit {
 /// A reader library that does what a test tells it, on the test's thread.
 struct ScriptedReader {
   /// Told of every call of the four functions.
-  std::function<void(std::string)> onCall = [](const std::string&) {};
+  std::function<void(const std::string&)> onCall = [](const std::string&) {};
   std::int32_t startCode = 0;
   std::int32_t state = static_cast<std::int32_t>(ReaderState::Enabled);
 
