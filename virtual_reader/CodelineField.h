@@ -1,0 +1,12 @@
+#pragma once
+
+#include "virtual_reader/CodelineReading.h"
+#include "virtual_reader/SessionField.h"
+
+namespace conduit {
+
+/// Reads the codeline that a session gives as a list of lines, or as an object
+/// of lines and of record fields that differ from what the lines say.
+CodelineReading ReadCodelineField(const SessionField& field);
+
+}  // namespace conduit

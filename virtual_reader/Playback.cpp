@@ -1,0 +1,168 @@
+#include "virtual_reader/Playback.h"
+
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "interfaces/ReaderBarcodeData.h"
+
+namespace conduit {
+namespace {
+
+/// A device takes a moment to answer, so that the host is told of the state
+/// after the start before it is told of the connection.
+constexpr Pause ConnectionTime = {std::chrono::milliseconds(50)};
+
+/// What the reader is doing from the moment it announces an event.
+constexpr struct {
+  ReaderEventCode code;
+  ReaderState activity;
+} ActivityOfEvents[] = {
+    {ReaderEventCode::StartOfDocumentData, ReaderState::Reading},
+    {ReaderEventCode::EndOfDocumentData, ReaderState::Enabled},
+    {ReaderEventCode::StartOfSwipeData, ReaderState::Reading},
+    {ReaderEventCode::EndOfSwipeData, ReaderState::Enabled},
+    {ReaderEventCode::DeviceConnected, ReaderState::Enabled},
+    {ReaderEventCode::DeviceDisconnected, ReaderState::Disabled},
+};
+
+thread_local Playback* playbackOfThisThread = nullptr;
+
+std::string NameOf(ReaderDataType type) {
+  for (const ReaderItemName& item : ReaderItemNames) {
+    if (item.type == type) {
+      return item.name;
+    }
+  }
+  for (const ReaderBarcodeName& barcode : ReaderBarcodeNames) {
+    if (barcode.type == type) {
+      return barcode.name;
+    }
+  }
+  return "record";
+}
+
+std::string ItemLine(ReaderDataType type, std::size_t size) {
+  return "item " + NameOf(type) + " (" + std::to_string(static_cast<std::int32_t>(type)) + "), " +
+         std::to_string(size) + " bytes";
+}
+
+}  // namespace
+
+Playback::Playback(Session session, const ReaderCallbacks& callbacks,
+                   std::atomic<ReaderState>* state, ReaderLog* log)
+    : session(std::move(session)), callbacks(callbacks), state(state), log(log), thread([this] {
+        Run();
+      }) {}
+
+Playback::~Playback() {
+  RequestStop();
+  thread.join();
+}
+
+void Playback::RequestStop() {
+  const std::lock_guard lock(mutex);
+  over = true;
+  stopRequested.notify_all();
+}
+
+bool Playback::IsOver() {
+  const std::lock_guard lock(mutex);
+  return over;
+}
+
+Playback* Playback::OfThisThread() { return playbackOfThisThread; }
+
+void Playback::Run() {
+  playbackOfThisThread = this;
+  Perform(ConnectionTime);
+  Perform(SendEvent{ReaderEventCode::DeviceConnected, {}});
+  for (Action& action : session.actions) {
+    std::visit([this](auto& kind) { Perform(kind); }, action);
+  }
+  Perform(SendEvent{ReaderEventCode::DeviceDisconnected, ReaderState::Terminated});
+  log->Write(LogLifecycle, IsOver() ? "session stopped" : "session played to its end");
+  RequestStop();
+}
+
+/// An exception out of a callback is the host's failure; the reader goes on.
+template <typename ActionType>
+void Playback::Perform(ActionType&& action) {
+  if (IsOver()) {
+    return;
+  }
+  try {
+    Play(action);
+  } catch (const std::exception& error) {
+    log->Write(LogFailures, std::string("exception out of a callback: ") + error.what());
+  } catch (...) {
+    log->Write(LogFailures, "unknown exception out of a callback");
+  }
+}
+
+void Playback::Play(const SendEvent& event) {
+  EnterState(event);
+  log->Write(LogEvents, std::string("event ") +
+                            ReaderEventNames[static_cast<std::size_t>(event.code)] + ", state " +
+                            ReaderStateNames[static_cast<std::size_t>(state->load())]);
+  if (callbacks.event != nullptr) {
+    callbacks.event(callbacks.context, event.code);
+  }
+}
+
+void Playback::Play(const RaiseError& error) {
+  errorStands = true;
+  PublishState();
+  log->Write(LogEvents, "error: " + error.text);
+  if (callbacks.error != nullptr) {
+    callbacks.error(nullptr, reinterpret_cast<const ReaderErrorInfo*>(error.text.c_str()),
+                    callbacks.context);
+  }
+}
+
+void Playback::Play(const Pause& pause) {
+  log->Write(LogPauses, "pause of " + std::to_string(pause.time.count()) + " ms");
+  std::unique_lock lock(mutex);
+  stopRequested.wait_for(lock, pause.time, [this] { return over; });
+}
+
+void Playback::Play(SendItem& item) {
+  log->Write(LogItems, ItemLine(item.type, item.bytes.size()));
+  if (callbacks.data != nullptr) {
+    callbacks.data(callbacks.context, item.type, static_cast<std::int32_t>(item.bytes.size()),
+                   item.bytes.data());
+  }
+}
+
+void Playback::Play(SendBarcode& barcode) {
+  log->Write(LogItems, ItemLine(barcode.type, barcode.data.size()));
+  ReaderBarcodeData record = {};
+  record.index = barcode.index;
+  record.count = barcode.count;
+  record.format = barcode.format;
+  record.data = barcode.data.data();
+  record.length = static_cast<std::int32_t>(barcode.data.size());
+  if (callbacks.data != nullptr) {
+    callbacks.data(callbacks.context, barcode.type, sizeof record, &record);
+  }
+}
+
+void Playback::EnterState(const SendEvent& event) {
+  if (event.state) {
+    errorStands = *event.state == ReaderState::Error;
+    activity = errorStands ? activity : *event.state;
+  }
+  if (event.code == ReaderEventCode::ReaderErrorResolved) {
+    errorStands = false;
+  }
+  for (const auto& row : ActivityOfEvents) {
+    if (row.code == event.code && !event.state) {
+      activity = row.activity;
+    }
+  }
+  PublishState();
+}
+
+void Playback::PublishState() { state->store(errorStands ? ReaderState::Error : activity); }
+
+}  // namespace conduit

@@ -1,0 +1,72 @@
+#pragma once
+
+#include <atomic>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+#include "interfaces/HaldenReaderHighLevelAPI.h"
+#include "virtual_reader/ReaderLog.h"
+#include "virtual_reader/Session.h"
+
+namespace conduit {
+
+/// Where the reader sends what it reads. A null callback is not called.
+struct ReaderCallbacks {
+  ReaderDataCallback data;
+  ReaderEventCallback event;
+  ReaderErrorCallback error;
+  void* context;
+};
+
+/// One session being played, on a thread of its own. It begins with the
+/// construction. The destructor stops it and waits for the thread, so
+/// REQUIRES: destroyed on another thread than that.
+class Playback {
+ public:
+  /// @param state  set before the callback that announces it; outlives the playback
+  Playback(Session session, const ReaderCallbacks& callbacks, std::atomic<ReaderState>* state,
+           ReaderLog* log);
+  ~Playback();
+  Playback(const Playback&) = delete;
+  Playback& operator=(const Playback&) = delete;
+
+  /// Lets no callback begin that has not begun yet, as seen from a callback, and
+  /// cuts a pause short. [any thread]
+  void RequestStop();
+
+  /// Whether no callback begins any more; one may still be under way. [any thread]
+  bool IsOver();
+
+  /// The playback that is calling back on this thread; null on other threads.
+  static Playback* OfThisThread();
+
+ private:
+  void Run();
+  template <typename ActionType>
+  void Perform(ActionType&& action);
+
+  void Play(const SendEvent& event);
+  void Play(const RaiseError& error);
+  void Play(const Pause& pause);
+  void Play(SendItem& item);
+  void Play(SendBarcode& barcode);
+
+  void EnterState(const SendEvent& event);
+  void PublishState();
+
+  Session session;
+  const ReaderCallbacks callbacks;
+  std::atomic<ReaderState>* const state;
+  ReaderLog* const log;
+
+  ReaderState activity = ReaderState::Enabled;  ///< [playing thread]
+  bool errorStands = false;                     ///< hides the activity [playing thread]
+
+  std::mutex mutex;
+  std::condition_variable stopRequested;
+  bool over = false;  ///< guarded by mutex
+  std::thread thread;
+};
+
+}  // namespace conduit

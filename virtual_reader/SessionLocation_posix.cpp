@@ -1,0 +1,12 @@
+#include <cstdlib>
+
+#include "virtual_reader/SessionLocation.h"
+
+namespace conduit {
+
+std::filesystem::path SessionLocation() {
+  const char* const name = std::getenv(SessionVariable);
+  return name != nullptr ? name : "";
+}
+
+}  // namespace conduit

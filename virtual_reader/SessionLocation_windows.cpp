@@ -1,0 +1,20 @@
+#include <windows.h>
+
+#include <string>
+
+#include "virtual_reader/SessionLocation.h"
+
+namespace conduit {
+
+// Asks the system and not the C runtime, whose copy of the environment misses
+// what the host has set since its start, and whose narrow texts lose characters.
+std::filesystem::path SessionLocation() {
+  const std::filesystem::path variable = SessionVariable;
+  std::wstring name(32768, L'\0');  // no variable is longer
+  const DWORD length =
+      GetEnvironmentVariableW(variable.c_str(), name.data(), static_cast<DWORD>(name.size()));
+  name.resize(length < name.size() ? length : 0);
+  return name;
+}
+
+}  // namespace conduit

@@ -1,0 +1,197 @@
+#include "virtual_reader/StepReading.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <iterator>
+#include <limits>
+#include <stdexcept>
+#include <type_traits>
+
+#include "interfaces/ReaderSwipeData.h"
+#include "virtual_reader/AamvaReading.h"
+#include "virtual_reader/CodelineField.h"
+#include "virtual_reader/InputFile.h"
+#include "virtual_reader/RecordField.h"
+
+namespace conduit {
+namespace {
+
+/// Room for an uncompressed page image of 600 dpi.
+constexpr std::uintmax_t LargestItem = 64 * 1024 * 1024;
+
+constexpr std::int32_t LongestPause = 60 * 60 * 1000;
+
+template <typename Row, std::size_t Size>
+std::vector<std::string> NamesOf(const Row (&table)[Size]) {
+  std::vector<std::string> names;
+  for (const Row& row : table) {
+    if constexpr (std::is_convertible_v<Row, const char*>) {
+      names.emplace_back(row);
+    } else {
+      names.emplace_back(row.name);
+    }
+  }
+  return names;
+}
+
+}  // namespace
+
+const std::vector<StepReading::FieldReader> StepReading::StepFields = {
+    {"event", &StepReading::ReadEvent},       {"error", &StepReading::ReadError},
+    {"state", &StepReading::ReadState},       {"pause", &StepReading::ReadPause},
+    {"document", &StepReading::ReadDocument}, {"swipe", &StepReading::ReadSwipe},
+};
+
+const std::vector<StepReading::FieldReader> StepReading::DocumentFields = {
+    {"codeline", &StepReading::ReadPageCodeline},
+    {"images", &StepReading::ReadImages},
+    {"barcodes", &StepReading::ReadBarcodes},
+    {"aamva", &StepReading::ReadAamvaText},
+    {"chip", &StepReading::ReadChip},
+    {"error", &StepReading::ReadError},
+};
+
+void StepReading::ReadFields(const SessionField& object, const std::vector<FieldReader>& readers) {
+  std::vector<std::string> names;
+  for (const FieldReader& reader : readers) {
+    names.emplace_back(reader.name);
+  }
+  for (const auto& [name, field] : object.Fields(names)) {
+    const auto position = std::find(names.begin(), names.end(), name) - names.begin();
+    (this->*readers[static_cast<std::size_t>(position)].read)(field);
+  }
+}
+
+void StepReading::ReadStep(const SessionField& step) {
+  if (step.IsObject() && step.Size() != 1) {
+    step.Refuse("a step has exactly one field, this one has " + std::to_string(step.Size()));
+  }
+  ReadFields(step, StepFields);
+}
+
+void StepReading::ReadEvent(const SessionField& field) {
+  AddEvent(static_cast<ReaderEventCode>(field.NameAmong("event", NamesOf(ReaderEventNames))));
+}
+
+void StepReading::ReadError(const SessionField& field) { Add(RaiseError{field.Text()}); }
+
+void StepReading::ReadState(const SessionField& field) {
+  // A host asks for the state when it hears of an event, so there is one.
+  Add(SendEvent{ReaderEventCode::AutomaticStateChange,
+                static_cast<ReaderState>(field.NameAmong("state", NamesOf(ReaderStateNames)))});
+}
+
+void StepReading::ReadPause(const SessionField& field) {
+  Add(Pause{std::chrono::milliseconds(field.Integer(0, LongestPause))});
+}
+
+void StepReading::ReadSwipe(const SessionField& field) {
+  ReaderSwipeData record = {};
+  char(*const tracks[])[sizeof record.track1] = {&record.track1, &record.track2, &record.track3};
+  std::size_t next = 0;
+  for (const SessionField& track : field.Elements(1, std::size(tracks))) {
+    track.Try([&] { PutText(*tracks[next++], track.Text(), "the track"); });
+  }
+  AddEvent(ReaderEventCode::StartOfSwipeData);
+  Add(SendItem{ReaderDataType::SwipeRecord, BytesOf(record)});
+  AddEvent(ReaderEventCode::EndOfSwipeData);
+}
+
+void StepReading::ReadDocument(const SessionField& field) {
+  AddEvent(ReaderEventCode::DocOnWindow);
+  AddEvent(ReaderEventCode::StartOfDocumentData);
+  ReadFields(field, DocumentFields);
+  AddEvent(ReaderEventCode::EndOfDocumentData);
+  AddEvent(ReaderEventCode::DocRemoved);
+}
+
+void StepReading::ReadPageCodeline(const SessionField& field) {
+  AddCodeline(field, ReaderDataType::Codeline, ReaderDataType::CodelineRecord);
+}
+
+void StepReading::AddCodeline(const SessionField& field, ReaderDataType textType,
+                              ReaderDataType recordType) {
+  const CodelineReading codeline = ReadCodelineField(field);
+  Warn(field, codeline.warnings);
+  Add(SendItem{textType, codeline.record.codeline});
+  Add(SendItem{recordType, BytesOf(codeline.record)});
+}
+
+void StepReading::ReadImages(const SessionField& field) {
+  std::vector<std::string> names;
+  std::vector<ReaderDataType> types;
+  for (const ReaderItemName& item : ReaderItemNames) {
+    if (item.itemType == ItemTypeImage) {
+      names.emplace_back(item.name);
+      types.push_back(item.type);
+    }
+  }
+  for (const auto& [name, file] : field.Fields(names)) {
+    const auto position = std::find(names.begin(), names.end(), name) - names.begin();
+    Add(SendItem{types[static_cast<std::size_t>(position)], FileOf(file)});
+  }
+}
+
+void StepReading::ReadBarcodes(const SessionField& field) {
+  constexpr std::size_t most = 1000;
+  const std::vector<SessionField> barcodes = field.Elements(1, most);
+  std::int32_t index = 0;
+  for (const SessionField& barcode : barcodes) {
+    barcode.Fields({"symbology", "text", "file", "format"});
+    const std::size_t symbology =
+        barcode.Require("symbology").NameAmong("symbology", NamesOf(ReaderBarcodeNames));
+    const auto text = barcode.Find("text");
+    const auto file = barcode.Find("file");
+    if (text.has_value() == file.has_value()) {
+      barcode.Refuse("a barcode has either \"text\" or \"file\"");
+    }
+    const auto format = barcode.Find("format");
+    using Limits = std::numeric_limits<std::int32_t>;
+    Add(SendBarcode{ReaderBarcodeNames[symbology].type, index++,
+                    static_cast<std::int32_t>(barcodes.size()),
+                    format ? format->Integer(Limits::min(), Limits::max()) : 0,
+                    text ? text->TextOrBytes() : FileOf(*file)});
+  }
+}
+
+void StepReading::ReadAamvaText(const SessionField& field) {
+  if (field.IsObject()) {
+    field.Fields({"file"});
+  }
+  const std::string text = field.IsObject() ? FileOf(field.Require("file")) : field.Text();
+  field.Try([&] {
+    const AamvaReading reading = ReadAamva(text);
+    Warn(field, reading.warnings);
+    Add(SendItem{ReaderDataType::AamvaBarcodeRecord, BytesOf(reading.record)});
+  });
+}
+
+void StepReading::ReadChip(const SessionField& field) {
+  AddEvent(ReaderEventCode::RfChipOpenedSuccessfully);
+  AddEvent(ReaderEventCode::RfApplicationOpenedSuccessfully);
+  for (const auto& [name, part] : field.Fields({"dg1", "photo"})) {
+    if (name == "dg1") {
+      AddCodeline(part, ReaderDataType::ChipDataGroup1, ReaderDataType::ChipCodelineRecord);
+    } else {
+      Add(SendItem{ReaderDataType::ChipDataGroup2Photo, FileOf(part)});
+    }
+  }
+  AddEvent(ReaderEventCode::RfChipRemovalSuccess);
+}
+
+void StepReading::Warn(const SessionField& field, const std::vector<std::string>& warnings) {
+  for (const std::string& warning : warnings) {
+    session.warnings.push_back(field.Place() + ": " + warning);
+  }
+}
+
+std::string StepReading::FileOf(const SessionField& field) const {
+  const std::string name = field.Text();
+  try {
+    return ReadInputFile(folder / PathFromUtf8(name), LargestItem);
+  } catch (const std::invalid_argument& reason) {
+    field.Refuse('"' + name + "\": " + reason.what());
+  }
+}
+
+}  // namespace conduit

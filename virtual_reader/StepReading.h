@@ -1,0 +1,60 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "virtual_reader/Session.h"
+#include "virtual_reader/SessionField.h"
+
+namespace conduit {
+
+/// Turns the steps of a session file into the actions that play them.
+class StepReading {
+ public:
+  /// @param folder  where the file names of the session start from
+  explicit StepReading(std::filesystem::path folder) : folder(std::move(folder)) {}
+
+  void ReadStep(const SessionField& step);
+
+  Session TakeSession() { return std::move(session); }
+
+ private:
+  using Reader = void (StepReading::*)(const SessionField&);
+
+  /// What each field that an object may have is read by.
+  struct FieldReader {
+    const char* name;
+    Reader read;
+  };
+  static const std::vector<FieldReader> StepFields;
+  static const std::vector<FieldReader> DocumentFields;
+
+  void ReadFields(const SessionField& object, const std::vector<FieldReader>& readers);
+
+  void ReadEvent(const SessionField& field);
+  void ReadError(const SessionField& field);
+  void ReadState(const SessionField& field);
+  void ReadPause(const SessionField& field);
+  void ReadSwipe(const SessionField& field);
+  void ReadDocument(const SessionField& field);
+
+  void ReadPageCodeline(const SessionField& field);
+  void ReadImages(const SessionField& field);
+  void ReadBarcodes(const SessionField& field);
+  void ReadAamvaText(const SessionField& field);
+  void ReadChip(const SessionField& field);
+
+  /// Adds a codeline as plain text and as a record.
+  void AddCodeline(const SessionField& field, ReaderDataType textType, ReaderDataType recordType);
+  void AddEvent(ReaderEventCode code) { Add(SendEvent{code, {}}); }
+  void Add(Action action) { session.actions.push_back(std::move(action)); }
+  void Warn(const SessionField& field, const std::vector<std::string>& warnings);
+
+  /// The bytes of the file that a field names.
+  std::string FileOf(const SessionField& field) const;
+
+  std::filesystem::path folder;
+  Session session;
+};
+
+}  // namespace conduit

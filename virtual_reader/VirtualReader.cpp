@@ -1,0 +1,104 @@
+#include "virtual_reader/VirtualReader.h"
+
+#include <exception>
+#include <string>
+
+#include "virtual_reader/InputFile.h"
+#include "virtual_reader/Session.h"
+#include "virtual_reader/SessionLocation.h"
+
+namespace conduit {
+
+ReaderResult VirtualReader::EnableLogging(bool enable, std::int32_t level, std::int32_t mask,
+                                          const char* file) {
+  if (enable) {
+    return log.Open(level, mask, file);
+  }
+  log.Close();
+  return ReaderResult::Success;
+}
+
+ReaderResult VirtualReader::Initialise(const ReaderCallbacks& callbacks) {
+  ReaderResult result = ReaderResult::Success;
+  std::string reason;
+  if (Playback::OfThisThread() != nullptr) {
+    log.Write(LogFailures, "not started: called from one of the reader's own callbacks");
+    return ReaderResult::AlreadyRunning;
+  }
+  {
+    const std::lock_guard lock(lifecycle);
+    if (playback != nullptr && !playback->IsOver()) {
+      log.Write(LogFailures, "not started: a session is being played already");
+      return ReaderResult::AlreadyRunning;
+    }
+    try {
+      Start(callbacks);
+      return ReaderResult::Success;
+    } catch (const SessionError& error) {
+      result = error.result;
+      reason = error.what();
+    } catch (const std::exception& error) {
+      result = ReaderResult::Failed;
+      reason = std::string("the session cannot be played: ") + error.what();
+    }
+    state = ReaderState::Error;
+  }
+  // Without the lock: the callback may call Shutdown.
+  ReportRefusal(reason, callbacks);
+  return result;
+}
+
+void VirtualReader::Start(const ReaderCallbacks& callbacks) {
+  playback.reset();
+  state = ReaderState::NotInitialised;
+  const std::filesystem::path file = SessionLocation();
+  if (file.empty()) {
+    throw SessionError(ReaderResult::NoSession, std::string("the environment variable ") +
+                                                    SessionVariable +
+                                                    " does not name a session file to play");
+  }
+  Session session = ReadSession(file);
+  log.Write(LogLifecycle, "playing the session " + Utf8FromPath(file));
+  for (const std::string& warning : session.warnings) {
+    log.Write(LogLifecycle, "warning: " + warning);
+  }
+  state = ReaderState::Enabled;
+  playback = std::make_unique<Playback>(std::move(session), callbacks, &state, &log);
+}
+
+void VirtualReader::ReportRefusal(const std::string& reason, const ReaderCallbacks& callbacks) {
+  log.Write(LogFailures, "not started: " + reason);
+  if (callbacks.error == nullptr) {
+    return;
+  }
+  try {
+    callbacks.error(nullptr, reinterpret_cast<const ReaderErrorInfo*>(reason.c_str()),
+                    callbacks.context);
+  } catch (...) {
+    log.Write(LogFailures, "exception out of the error callback");
+  }
+}
+
+void VirtualReader::Shutdown() {
+  if (Playback* const own = Playback::OfThisThread(); own != nullptr) {
+    own->RequestStop();
+    state = ReaderState::NotInitialised;
+    return;
+  }
+  const std::lock_guard lock(lifecycle);
+  playback.reset();
+  state = ReaderState::NotInitialised;
+}
+
+void VirtualReader::Release() {
+  if (Playback::OfThisThread() != nullptr) {
+    // The process is being ended from within a callback: the thread that runs
+    // this cannot be waited for, and does not come back to play on.
+    Playback::OfThisThread()->RequestStop();
+    return;
+  }
+  Shutdown();
+  log.Close();
+}
+
+}  // namespace conduit
