@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+#include "interfaces/ItemType.h"
+
+namespace conduit {
+
+/// The format that the data's first bytes tell, "PNG"; empty for any other.
+std::string_view DataFormat(std::string_view data);
+
+/// Whether an item's data is to be shown as text. Text and image items say so
+/// themselves; the other types only name the format of a barcode, and their
+/// bytes decide.
+bool ReadsAsText(ItemType type, std::string_view data);
+
+}  // namespace conduit

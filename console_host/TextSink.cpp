@@ -1,0 +1,156 @@
+#include "console_host/TextSink.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <sstream>
+#include <stdexcept>
+
+#include "console_host/DataFormat.h"
+#include "console_host/FilePath.h"
+#include "console_host/Utf8.h"
+#include "interfaces/ResultCode.h"
+
+namespace conduit {
+
+namespace {
+
+constexpr const char* Plain = "";
+constexpr const char* Bold = "1";
+constexpr const char* Dim = "2";
+constexpr const char* Red = "1;31";
+constexpr const char* Cyan = "36";
+
+constexpr int KeywordWidth = 6;    // "script"
+constexpr int ItemNameWidth = 29;  // "BARCODE_1D_INTERLEAVED_2_OF_5"
+
+std::string Padded(const std::string& text, int width) {
+  std::ostringstream padded;
+  padded << std::left << std::setw(width) << text;
+  return padded.str();
+}
+
+std::string Described(const ItemReceived& item) {
+  const std::string length = std::to_string(item.length);
+  if (item.length < 0) return "(no data, impossible length " + length + ")";
+  if (!item.data) return "(no data, " + length + " bytes announced)";
+  if (ReadsAsText(item.type, *item.data)) return Escaped(*item.data);
+  if (item.data->empty()) return "(empty)";
+  const std::string format(DataFormat(*item.data));
+  return (format.empty() ? "(binary data" : "(" + format + " image") + ", " + length + " bytes)";
+}
+
+}  // namespace
+
+TextSink::TextSink(std::ostream& output, TextSinkOptions options)
+    : output(output), options(options) {}
+
+void TextSink::Receive(const Happening& happening) {
+  if (Holds(happening)) {
+    held.push_back(happening);
+    return;
+  }
+  const auto* call = std::get_if<CallReturned>(&happening);
+  if (!std::holds_alternative<LogLine>(happening))
+    WriteHeld(!call || call->result == ResultSuccess);
+  Write(happening);
+  if (!output.flush()) throw std::runtime_error("cannot write to standard output");
+}
+
+/// Only errors and states come from a call that fails; anything else shows that
+/// the reader runs, and order matters from there on.
+bool TextSink::Holds(const Happening& happening) const {
+  return callUnderWay && (std::holds_alternative<ErrorReported>(happening) ||
+                          std::holds_alternative<StateReported>(happening));
+}
+
+void TextSink::WriteHeld(bool withErrors) {
+  for (const Happening& happening : held) {
+    if (withErrors || !std::holds_alternative<ErrorReported>(happening)) Write(happening);
+  }
+  held.clear();
+}
+
+void TextSink::Write(const Happening& happening) {
+  std::visit([this](const auto& one) { Write(one); }, happening);
+}
+
+void TextSink::Write(const RunBegan& run) {
+  const std::string module = Utf8FromPath(PathFromUtf8(run.module).filename());
+  const std::string session = run.session.empty() ? "" : ", session " + Escaped(run.session);
+  Line(Bold, "run", Escaped(module) + session);
+}
+
+void TextSink::Write(const CallBegan&) { callUnderWay = true; }
+
+void TextSink::Write(const CallReturned&) { callUnderWay = false; }
+
+void TextSink::Write(const LogLine& line) {
+  if (line.level > options.logLevel) return;
+  Line(Dim, "log " + std::to_string(line.level), Escaped(line.tag) + ": " + Escaped(line.message));
+}
+
+void TextSink::Write(const ItemReceived& item) {
+  std::string name = Padded(item.name.empty() ? "(unnamed)" : Escaped(item.name), ItemNameWidth);
+  std::string text = Described(item);
+  if (item.feature) {
+    text += " (feature " + Escaped(*item.feature) + (item.last ? ", last)" : ", more follow)");
+  }
+  if (item.answer != 0) text += " (refused)";
+  Line(Plain, name, text);
+}
+
+void TextSink::Write(const EventReceived& event) { Line(Cyan, "event", Escaped(event.name)); }
+
+void TextSink::Write(const DataBegan&) {
+  Line(Bold, "begin", "");
+  ++depth;
+}
+
+void TextSink::Write(const DataEnded&) {
+  depth = std::max(depth - 1, 0);
+  Line(Bold, "end", "");
+}
+
+void TextSink::Write(const ScriptActivated& script) { Line(Cyan, "script", Escaped(script.name)); }
+
+void TextSink::Write(const StateReported& state) {
+  Line(Plain, "state", state.text.empty() ? "(without a name)" : Escaped(state.text));
+}
+
+void TextSink::Write(const ErrorReported& error) {
+  if (error.routine) return;
+  if (error.text.empty()) {
+    Line(Plain, "error", "(none stands any more)");
+  } else {
+    Line(Red, "ERROR", Escaped(error.text));
+  }
+}
+
+void TextSink::Write(const RunEnded& run) {
+  depth = 0;
+  switch (run.reason) {
+    case EndReason::ReaderTerminated:
+      Line(Bold, "stop", "the reader has terminated");
+      break;
+    case EndReason::Interrupted:
+      Line(Bold, "stop", "interrupted");
+      break;
+    case EndReason::Failed:
+      break;  // told as trouble
+  }
+}
+
+void TextSink::Line(const char* style, const std::string& keyword, const std::string& text) {
+  const bool styled = options.colour && *style != '\0';
+  if (styled) output << "\x1b[" << style << 'm';
+  output << std::string(static_cast<std::size_t>(depth) * 2, ' ');
+  if (text.empty()) {
+    output << keyword;
+  } else {
+    output << Padded(keyword, KeywordWidth) << "  " << text;
+  }
+  if (styled) output << "\x1b[0m";
+  output << '\n';
+}
+
+}  // namespace conduit

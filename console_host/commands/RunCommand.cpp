@@ -1,0 +1,233 @@
+#include "console_host/commands/RunCommand.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "console_host/EndOfSession.h"
+#include "console_host/FilePath.h"
+#include "console_host/HostRecorder.h"
+#include "console_host/JsonSink.h"
+#include "console_host/LoadedModule.h"
+#include "console_host/TextSink.h"
+#include "console_host/TroubleSink.h"
+#include "console_host/Utf8.h"
+#include "console_host/platform/Interrupt.h"
+#include "console_host/platform/Process.h"
+#include "console_host/platform/Terminal.h"
+#include "interfaces/ResultCode.h"
+
+namespace conduit {
+
+namespace {
+
+constexpr const char* SessionVariable = "HALDEN_READER_SESSION";
+
+constexpr const char* Examples = R"(
+Examples:
+  conduit run samples/session.json
+      plays a session through the module beside this program
+  conduit run samples/session.json --set DateOfBirthFormat=%d.%m.%Y
+      shows dates of birth as 31.12.1990
+  conduit run samples/session.json --on DOC_ON_WINDOW=greet --log 2
+      makes "greet" the active script when a document is laid down, and shows
+      the module's trace
+  conduit run samples/session.json --json | grep '"kind":"item"'
+      gives programs one JSON object a line
+  conduit run --module ./MyModule.so --set LogFileName=reader.log
+      drives the reader that the module's own reader library finds
+
+Exit status: 0 the session was played to its end; 1 something failed; 2 wrong
+usage; 130 Ctrl-C, 143 SIGTERM.)";
+
+struct RunOptions {
+  std::string session;
+  std::string module;
+  std::vector<std::string> settings;   ///< NAME=VALUE
+  std::vector<std::string> reactions;  ///< EVENT=SCRIPT
+  std::vector<std::string> refusedSignals;
+  std::int32_t logLevel = -1;
+  bool json = false;
+};
+
+/// The parts before and after the first '='.
+std::pair<std::string, std::string> Split(const std::string& pair) {
+  const std::size_t equals = pair.find('=');
+  return {pair.substr(0, equals), pair.substr(equals + 1)};
+}
+
+CLI::Validator NamedPair(const char* form) {
+  return CLI::Validator(
+      [form](const std::string& text) {
+        const std::size_t equals = text.find('=');
+        const bool named = equals != std::string::npos && equals > 0;
+        return named ? std::string() : "'" + text + "' is not of the form " + form;
+      },
+      form);
+}
+
+std::string ParameterNames(LoadedModule& module) {
+  std::string names;
+  const std::int32_t count = module->GetParameterCount();
+  for (std::int32_t i = 0; i < count; ++i) {
+    const char* name = nullptr;
+    const char* value = nullptr;
+    module->GetParameterAt(i, &name, &value);
+    if (name) names += (names.empty() ? "" : ", ") + Escaped(name);
+  }
+  return names;
+}
+
+/// Sets all of the parameters rather than stopping at the first that is
+/// refused: the user learns of every mistake at once.
+void SetParameters(LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
+  bool refused = false;
+  bool unknown = false;
+  for (const std::string& setting : options.settings) {
+    const auto [name, value] = Split(setting);
+    const std::int32_t result =
+        recorder.Call("the module refuses --set " + setting, [&, &name = name, &value = value] {
+          return module->SetParameter(name.c_str(), value.c_str());
+        });
+    refused |= result != ResultSuccess;
+    unknown |= result == ResultUnknownParameter;
+  }
+  if (unknown) throw std::runtime_error("the module's parameters are: " + ParameterNames(module));
+  if (refused) throw std::runtime_error("");
+}
+
+/// Adds one condition for each event, however many scripts it has: actions go
+/// to the first condition of their event, and a second one would stay empty.
+void AddReactions(LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
+  std::set<std::string> events;
+  for (const std::string& reaction : options.reactions) {
+    const auto [event, script] = Split(reaction);
+    const bool firstOfEvent = events.insert(event).second;
+    const std::int32_t result = recorder.Call(
+        "the module refuses --on " + reaction,
+        [&, firstOfEvent, &event = event, &script = script]() -> std::int32_t {
+          if (firstOfEvent) {
+            const std::int32_t added = module->AddCondition("ReceiveEvent", event.c_str());
+            if (added != ResultSuccess) return added;
+          }
+          return module->AddAction("ReceiveEvent", event.c_str(), "SetActiveScript",
+                                   script.c_str());
+        });
+    if (result != ResultSuccess) throw std::runtime_error("");
+  }
+}
+
+RunEnded WaitForEnd(EndOfSession& end, const HostRecorder& recorder) {
+  // How long a Ctrl-C may go unnoticed: a signal handler cannot notify.
+  constexpr std::chrono::milliseconds pollInterval(50);
+  while (!end.WaitFor(pollInterval)) {
+    if (const auto failure = recorder.SinkFailure()) return {EndReason::Failed, *failure};
+    if (InterruptStatus() != 0) return {EndReason::Interrupted, ""};
+  }
+  return {EndReason::ReaderTerminated, ""};
+}
+
+RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& end) {
+  if (!options.session.empty()) {
+    const std::filesystem::path session = PathFromUtf8(options.session);
+    RequireReadableFile("session file", session);
+    SetEnvironment(SessionVariable, session);
+  }
+
+  LoadedModule module(PathFromUtf8(options.module), recorder);
+  module->SetHost(&recorder);
+  SetParameters(module, options, recorder);
+  AddReactions(module, options, recorder);
+  const std::int32_t started =
+      recorder.Call("the reader did not start", [&] { return module->Initialise(); });
+  if (started != ResultSuccess) return {EndReason::Failed, ""};
+
+  const RunEnded ended = WaitForEnd(end, recorder);
+  recorder.Call("the reader did not stop", [&] { return module->Shutdown(); });
+  return ended;
+}
+
+int Run(const RunOptions& options) {
+  const bool colour = PrepareTerminal() && !std::getenv("NO_COLOR");
+  CatchInterrupts();
+
+  TextSink text(std::cout, {colour, options.logLevel});
+  JsonSink json(std::cout, options.logLevel);
+  TroubleSink trouble(std::cerr, options.logLevel < 0);
+  EndOfSession end;
+  ISink* const shown = options.json ? static_cast<ISink*>(&json) : &text;
+  HostRecorder recorder({shown, &trouble, &end},
+                        {options.refusedSignals.begin(), options.refusedSignals.end()});
+
+  recorder.Record(RunBegan{options.module, options.session});
+  RunEnded ended{};
+  try {
+    ended = Play(options, recorder, end);
+  } catch (const std::exception& problem) {
+    ended = {EndReason::Failed, problem.what()};
+  }
+  recorder.Record(ended);
+
+  if (const auto failure = recorder.SinkFailure(); failure && ended.reason != EndReason::Failed) {
+    ended = {EndReason::Failed, *failure};
+    trouble.Receive(ended);
+  }
+  switch (ended.reason) {
+    case EndReason::ReaderTerminated:
+      return EXIT_SUCCESS;
+    case EndReason::Interrupted:
+      return InterruptStatus();
+    case EndReason::Failed:
+      break;
+  }
+  return EXIT_FAILURE;
+}
+
+}  // namespace
+
+void AddRunCommand(CLI::App& app, int& exitStatus) {
+  const auto options = std::make_shared<RunOptions>();
+  options->module = Utf8FromPath(ProgramFile().replace_filename(CONDUIT_DEFAULT_MODULE));
+
+  CLI::App* command = app.add_subcommand("run", "Run a module and show what it delivers");
+  command->footer(Examples);
+  command
+      ->add_option("SESSION", options->session,
+                   "Session file for the virtual reader; without one, the variable " +
+                       std::string(SessionVariable) + " or a real reader decides")
+      ->option_text("FILE");
+  command->add_option("--module", options->module, "The module's library")
+      ->option_text("FILE (default: " CONDUIT_DEFAULT_MODULE " beside this program)");
+  // Without extra arguments: `--set A=1 session.json` must not take the file.
+  command->add_option("--set", options->settings, "Set a parameter of the module; repeatable")
+      ->allow_extra_args(false)
+      ->check(NamedPair("NAME=VALUE"))
+      ->option_text("NAME=VALUE");
+  command
+      ->add_option("--on", options->reactions,
+                   "Make SCRIPT the active script when EVENT comes; repeatable")
+      ->allow_extra_args(false)
+      ->check(NamedPair("EVENT=SCRIPT"))
+      ->option_text("EVENT=SCRIPT");
+  command
+      ->add_option("--refuse", options->refusedSignals,
+                   "Answer this signal so that the rest of its codeline is not delivered: "
+                   "UNKNOWN_DOCUMENT or BAD_CHARS; repeatable")
+      ->allow_extra_args(false)
+      ->check(CLI::IsMember({"UNKNOWN_DOCUMENT", "BAD_CHARS"}))
+      ->option_text("SIGNAL");
+  command
+      ->add_option("--log", options->logLevel,
+                   "Show the module's log: 0 failures, 1 unknown parameters, 2 items and events, "
+                   "3 configuration. Without it, failures go to standard error")
+      ->check(CLI::Range(0, 3))
+      ->option_text("LEVEL");
+  command->add_flag("--json", options->json, "Write one JSON object a line");
+  command->callback([options, &exitStatus] { exitStatus = Run(*options); });
+}
+
+}  // namespace conduit

@@ -1,0 +1,41 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdlib>
+#include <iostream>
+
+#include "console_host/commands/RunCommand.h"
+#include "console_host/platform/Process.h"
+
+namespace {
+
+constexpr int WrongUsage = 2;
+
+constexpr const char* Examples = R"(
+Examples:
+  conduit run samples/session.json
+  conduit run samples/session.json --set DateOfBirthFormat=%d.%m.%Y --on DOC_ON_WINDOW=greet
+  conduit run --help)";
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  int exitStatus = EXIT_SUCCESS;
+  CLI::App app("A host for input modules on the console.", "conduit");
+  app.footer(Examples);
+  app.set_version_flag("--version", "conduit " CONDUIT_VERSION);
+  app.allow_windows_style_options(false);  // a path may begin with a slash everywhere
+  app.require_subcommand(1);
+  conduit::AddRunCommand(app, exitStatus);
+
+  try {
+    std::vector<std::string> given = conduit::ProgramArguments(count, arguments);
+    std::reverse(given.begin(), given.end());  // the order in which this parse takes them
+    app.parse(std::move(given));
+  } catch (const CLI::ParseError& problem) {
+    return app.exit(problem) == EXIT_SUCCESS ? EXIT_SUCCESS : WrongUsage;
+  } catch (const std::exception& problem) {
+    std::cerr << "conduit: " << problem.what() << '\n';
+    return EXIT_FAILURE;
+  }
+  return exitStatus;
+}

@@ -1,0 +1,18 @@
+#include <cstdlib>
+
+#include "console_host/platform/Process.h"
+
+namespace conduit {
+
+std::vector<std::string> ProgramArguments(int count, const char* const* arguments) {
+  return count > 1 ? std::vector<std::string>(arguments + 1, arguments + count)
+                   : std::vector<std::string>();
+}
+
+std::filesystem::path ProgramFile() { return std::filesystem::read_symlink("/proc/self/exe"); }
+
+void SetEnvironment(const char* name, const std::filesystem::path& value) {
+  setenv(name, value.c_str(), 1);
+}
+
+}  // namespace conduit

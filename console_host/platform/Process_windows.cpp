@@ -1,0 +1,34 @@
+#include <windows.h>
+// After windows.h, whose types it uses.
+#include <shellapi.h>
+
+#include <cstdlib>
+#include <cwchar>
+
+#include "console_host/FilePath.h"
+#include "console_host/platform/Process.h"
+
+namespace conduit {
+
+/// main's own arguments come in the system's code page, which loses characters.
+std::vector<std::string> ProgramArguments(int, const char* const*) {
+  int count = 0;
+  wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::string> arguments;
+  for (int i = 1; i < count; ++i) arguments.push_back(Utf8FromPath(wide[i]));
+  LocalFree(wide);
+  return arguments;
+}
+
+std::filesystem::path ProgramFile() {
+  std::wstring file(32768, L'\0');  // the longest path that Windows has
+  file.resize(GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size())));
+  return file;
+}
+
+void SetEnvironment(const char* name, const std::filesystem::path& value) {
+  // Unlike SetEnvironmentVariable this also reaches getenv of the C library.
+  _wputenv_s(std::filesystem::path(name).c_str(), value.c_str());
+}
+
+}  // namespace conduit

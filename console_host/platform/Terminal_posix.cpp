@@ -1,0 +1,15 @@
+#include <unistd.h>
+
+#include <cstdlib>
+#include <string_view>
+
+#include "console_host/platform/Terminal.h"
+
+namespace conduit {
+
+bool PrepareTerminal() {
+  const char* terminal = std::getenv("TERM");
+  return isatty(STDOUT_FILENO) != 0 && terminal && std::string_view(terminal) != "dumb";
+}
+
+}  // namespace conduit

@@ -1,0 +1,15 @@
+#include <windows.h>
+
+#include "console_host/platform/Terminal.h"
+
+namespace conduit {
+
+bool PrepareTerminal() {
+  SetConsoleOutputCP(CP_UTF8);
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  DWORD mode = 0;
+  if (!GetConsoleMode(output, &mode)) return false;
+  return SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
+}
+
+}  // namespace conduit

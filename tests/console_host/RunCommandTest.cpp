@@ -1,0 +1,234 @@
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+#include "RunConduit.h"
+
+using testing::AllOf;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+namespace {
+
+const std::string Folder = TEST_FOLDER;
+const std::string Terminated = "event DEVICE_DISCONNECTED\nstate Terminated\n";
+
+Outcome RunFake(std::vector<std::string> arguments, const std::string& script,
+                const Interruption& interruption = {}) {
+  arguments.insert(arguments.begin(), {"run", "--module", Folder + "/FakeModule.so"});
+  return RunConduit(arguments, script, interruption);
+}
+
+std::string WriteFile(const std::string& name, const std::string& contents) {
+  const std::string file = Folder + "/" + name;
+  std::ofstream(file) << contents;
+  return file;
+}
+
+TEST(RunCommand, ShowsWhatArrivesInOrder) {
+  const Outcome outcome = RunFake(
+      {},
+      "event START_OF_DOCUMENT_DATA\nbegin\nstate Reading\nitem CODELINE_SURNAME 4 534D495448\n"
+      "item SCDG2_PHOTO 5 FFD8FFE0\nmissing IMAGEIR\nitem BARCODE_PDF417 0 41 0 more\n"
+      "item BARCODE_QRCODE 3 00FF 1 last\nend\nerror Paper jam\nevent READER_ERROR_RESOLVED\n" +
+          Terminated);
+  EXPECT_EQ(outcome.output,
+            "run     FakeModule.so\n"
+            "state   Enabled\n"
+            "event   START_OF_DOCUMENT_DATA\n"
+            "begin\n"
+            "  state   Reading\n"
+            "  CODELINE_SURNAME               SMITH\n"
+            "  SCDG2_PHOTO                    (JPEG image, 4 bytes)\n"
+            "  IMAGEIR                        (no data, 12 bytes announced)\n"
+            "  BARCODE_PDF417                 A (feature 0, more follow)\n"
+            "  BARCODE_QRCODE                 (binary data, 2 bytes) (feature 1, last)\n"
+            "end\n"
+            "ERROR   Paper jam\n"
+            "error   (none stands any more)\n"
+            "event   READER_ERROR_RESOLVED\n"
+            "event   DEVICE_DISCONNECTED\n"
+            "state   Terminated\n"
+            "stop    the reader has terminated\n");
+  EXPECT_EQ(outcome.trouble, "");
+  EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(RunCommand, GivesProgramsOneObjectALine) {
+  const Outcome outcome =
+      RunFake({"--json", "--log", "2"},
+              "begin\nitem NAME 4 41FF\nitem IMAGEVIS 5 424D00\nitem BARCODE_QRCODE 0 42 0 more\n"
+              "missing IMAGEIR\nend\nlog 2 trace\nlog 3 detail\nerror \nerror Jam\n" +
+                  Terminated);
+  const std::string module = Folder + "/FakeModule.so";
+  EXPECT_EQ(outcome.output, R"({"kind":"run","schema":1,"conduit":"1.0.0","module":")" + module +
+                                "\"}\n" +
+                                R"({"kind":"state","text":"Enabled"}
+{"kind":"begin"}
+{"kind":"item","name":"NAME","itemType":4,"length":2,"value":"A�","valueHex":"41ff","last":true}
+{"kind":"item","name":"IMAGEVIS","itemType":5,"length":3,"format":"BMP","last":true}
+{"kind":"item","name":"BARCODE_QRCODE","itemType":0,"length":1,"value":"B","feature":"0","last":false}
+{"kind":"item","name":"IMAGEIR","itemType":5,"length":12,"missing":true,"last":true}
+{"kind":"end"}
+{"kind":"log","level":2,"tag":"Fake::Play","message":"trace"}
+{"kind":"error","text":"Jam"}
+{"kind":"error","text":""}
+{"kind":"event","name":"DEVICE_DISCONNECTED"}
+{"kind":"state","text":"Terminated"}
+{"kind":"stop","reason":"terminated"}
+)");
+  EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(RunCommand, HandsSessionAndConfigurationToTheModule) {
+  const std::string session = WriteFile("sitzung-ä.json", "{}");
+  const Outcome outcome =
+      RunFake({"--set", "Format=a=b", "--set", "Format=", session, "--on", "DOC=first", "--on",
+               "DOC=second", "--on", "OTHER=third", "--log", "3"},
+              "event DOC\nconditions\n" + Terminated);
+  EXPECT_THAT(outcome.output,
+              AllOf(HasSubstr("Fake::Fake: " + session + "\n"), HasSubstr("Format = a=b\n"),
+                    HasSubstr("Format = \n"),
+                    HasSubstr("script  first\nscript  second\nevent   DOC\nstate   2\n"),
+                    Not(HasSubstr("third"))));
+  EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(RunCommand, RefusesTheSignalsThatItIsTold) {
+  const std::string script = "ask BAD_CHARS\nask UNKNOWN_DOCUMENT\n" + Terminated;
+  EXPECT_THAT(
+      RunFake({"--refuse", "BAD_CHARS"}, script).output,
+      AllOf(HasSubstr("? (refused)\nstate   answered 1\n"), HasSubstr("?\nstate   answered 0\n")));
+}
+
+TEST(RunCommand, StopsTheModuleBeforeItDestroysIt) {
+  struct Case {
+    int signal;
+    int status;
+  };
+  for (const Case& one : {Case{SIGINT, 130}, Case{SIGTERM, 143}}) {
+    const Outcome outcome =
+        RunFake({"--log", "3"}, "state Terminated\nbegin\nevent READY", {one.signal, "READY"});
+    EXPECT_THAT(outcome.output,
+                HasSubstr("stopped\n  log 3   Fake::~Fake: destroyed\nstop    interrupted\n"));
+    EXPECT_EQ(outcome.status, one.status);
+  }
+}
+
+TEST(RunCommand, KeepsLinesOfSeveralThreadsApart) {
+  std::istringstream lines(RunFake({}, "storm\n" + Terminated).output);
+  int items = 0;
+  for (std::string line; std::getline(lines, line);) {
+    if (line.find("aaaa") + line.find("bbbb") + line.find("cccc") + line.find("dddd") == 0)
+      continue;
+    const std::string text(8, line[0]);
+    items += line == text + std::string(23, ' ') + text;
+  }
+  EXPECT_EQ(items, 800);
+}
+
+TEST(RunCommand, SurvivesNullTexts) {
+  const Outcome outcome = RunFake({}, "nulls\n" + Terminated);
+  EXPECT_THAT(outcome.output, HasSubstr("(unnamed)"));
+  EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(RunCommand, TellsTheModulesFailuresWithoutALog) {
+  const Outcome outcome = RunFake({}, "log 0 it broke\nlog 1 it wondered\n" + Terminated);
+  EXPECT_EQ(outcome.trouble, "conduit: Fake::Play: it broke\n");
+  EXPECT_EQ(RunFake({"--log", "0"}, "log 0 it broke\n" + Terminated).trouble, "");
+}
+
+TEST(RunCommand, TellsWhyTheReaderDidNotStartOnce) {
+  const Outcome outcome =
+      RunFake({}, "refuse\nlog 0 Reader Error: no device\nerror no device\nstate Error\n");
+  EXPECT_EQ(outcome.trouble,
+            "conduit: the reader did not start (result 13: the reader library refused)\n"
+            "  Reader Error: no device\n");
+  EXPECT_EQ(outcome.output, "run     FakeModule.so\nstate   Error\n");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_THAT(
+      RunFake({"--json"}, "refuse\nerror no \xff device\n").output,
+      HasSubstr(R"({"kind":"failure","message":"the reader did not start","result":13,"reasons":)"
+                R"(["no \\xff device"]})"
+                "\n"
+                R"({"kind":"stop","reason":"failed"})"));
+}
+
+TEST(RunCommand, FailsWhenItsOutputIsLost) {
+  const std::string full = "/dev/full";
+  const std::string command = "FAKE_MODULE_SCRIPT='event A' " CONDUIT " run --module " + Folder +
+                              "/FakeModule.so > /dev/full 2> " + Folder + "/lost";
+  if (!std::filesystem::exists(full)) GTEST_SKIP() << "this system has no " << full;
+  EXPECT_EQ(WEXITSTATUS(std::system(command.c_str())), 1);
+  std::string trouble;
+  std::getline(std::ifstream(Folder + "/lost"), trouble);
+  EXPECT_EQ(trouble, "conduit: cannot write to standard output");
+}
+
+struct Refusal {
+  const char* what;
+  std::vector<std::string> arguments;
+  std::string script;
+  int status;
+  std::vector<std::string> trouble;
+};
+
+TEST(RunCommand, NamesWhatItRefusesAndWhy) {
+  const std::string fake = Folder + "/FakeModule.so";
+  const std::string text = WriteFile("text.so", "no library");
+  const Refusal refusals[] = {
+      {"no command", {}, "", 2, {"subcommand is required"}},
+      {"unknown option", {"run", "--wrong"}, "", 2, {"--wrong"}},
+      {"setting without =", {"run", "--set", "Format"}, "", 2, {"'Format'", "NAME=VALUE"}},
+      {"setting without name", {"run", "--set", "=1"}, "", 2, {"'=1'", "NAME=VALUE"}},
+      {"reaction without =", {"run", "--on", "DOC"}, "", 2, {"'DOC'", "EVENT=SCRIPT"}},
+      {"unknown signal", {"run", "--refuse", "IMAGEIR"}, "", 2, {"IMAGEIR"}},
+      {"log level", {"run", "--log", "4"}, "", 2, {"4"}},
+      {"no session", {"run", "no.json", "--module", fake}, "", 1, {"no.json: No such file"}},
+      {"session folder", {"run", Folder, "--module", fake}, "", 1, {Folder + ": it is a folder"}},
+      {"no module", {"run", "--module", "no.so"}, "", 1, {"load module no.so: no such file"}},
+      {"module folder", {"run", "--module", Folder}, "", 1, {Folder + ": it is a folder"}},
+      {"text file", {"run", "--module", text}, "", 1, {text + ": file too short"}},
+      {"no functions",
+       {"run", "--module", Folder + "/NoModule.so"},
+       "",
+       1,
+       {"NoModule.so: it does not export CIM_GetInputModule"}},
+      {"no memory", {"run", "--module", fake}, "no memory", 1, {"CIM_GetInputModule answered 6"}},
+      {"null module", {"run", "--module", fake}, "no module", 1, {"gave no module"}},
+      {"refused values",
+       {"run", "--module", fake, "--set", "Level=9", "--set", "Wrong=1"},
+       "",
+       1,
+       {"refuses --set Level=9 (result 6: the value breaks a rule)\n  Level is too high\n",
+        "refuses --set Wrong=1 (result 2: no parameter has that name)\n  never heard\n",
+        "the module's parameters are: Format, Level\n"}},
+      {"refused event",
+       {"run", "--module", fake, "--on", "NO_SUCH_EVENT=a"},
+       "",
+       1,
+       {"refuses --on NO_SUCH_EVENT=a (result 3: no such condition)"}},
+  };
+  for (const Refusal& refusal : refusals) {
+    SCOPED_TRACE(refusal.what);
+    const Outcome outcome = RunConduit(refusal.arguments, refusal.script);
+    EXPECT_EQ(outcome.status, refusal.status);
+    for (const std::string& part : refusal.trouble) EXPECT_THAT(outcome.trouble, HasSubstr(part));
+  }
+}
+
+TEST(RunCommand, ExplainsItself) {
+  EXPECT_THAT(RunConduit({"--version"}).output, StartsWith("conduit 1."));
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"--help"}, std::vector<std::string>{"run", "--help"}}) {
+    const Outcome outcome = RunConduit(arguments);
+    EXPECT_THAT(outcome.output, HasSubstr("Examples:"));
+    EXPECT_EQ(outcome.status, 0);
+  }
+}
+
+}  // namespace
