@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "tests/support/Journal.h"
-#include "tests/support/LoadedModule.h"
 #include "tests/support/ScriptedReader.h"
+#include "tests/support/TestedModule.h"
 
 namespace conduit {
 
@@ -44,7 +44,7 @@ class ModuleTest : public testing::Test {
   Journal journal;
   RecordingLogger logger{journal};
   RecordingHost host{journal};
-  LoadedModule module{MODULE_FILE, &logger};
+  TestedModule module{MODULE_FILE, &logger};
 };
 
 /// The two journal lines of an item that a translator delivers.

@@ -1,0 +1,96 @@
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <chrono>
+#include <cstdlib>
+#include <fstream>
+#include <thread>
+
+#include "console_host/platform/Process.h"
+#include "tests/support/Journal.h"
+#include "tests/support/TestedModule.h"
+
+namespace conduit {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// Lets the calls of the host's own thread through first, so that the state report
+/// of Initialise has its place in the journal, and tells when the reader is done.
+class OrderedHost final : public IInputModuleHost {
+ public:
+  explicit OrderedHost(Journal& journal) : recorder(journal) {}
+
+  std::int32_t SendData(const char* name, ItemType itemType, std::int32_t length, const void* data,
+                        IStringMap* properties, bool last) override {
+    return recorder.SendData(name, itemType, length, data, properties, last);
+  }
+  void SendEvent(const char* name) override { recorder.SendEvent(name); }
+  void BeginData() override { recorder.BeginData(); }
+  void EndData() override { recorder.EndData(); }
+  std::int32_t SetActiveScript(const char* name) override { return recorder.SetActiveScript(name); }
+  void ReportError(const char* text) override {
+    if (std::this_thread::get_id() != hostThread) {
+      started.wait(false);
+    }
+    recorder.ReportError(text);
+  }
+  void ReportState(const char* text) override {
+    recorder.ReportState(text);
+    if (std::string(text) == "Terminated") {
+      ended = true;
+      ended.notify_all();
+    }
+  }
+
+  std::atomic<bool> started = false;
+  std::atomic<bool> ended = false;
+
+ private:
+  RecordingHost recorder;
+  std::thread::id hostThread = std::this_thread::get_id();
+};
+
+/// The journal on file, its comments left out.
+Lines ExpectedJournal() {
+  Lines lines;
+  std::ifstream file(JOURNAL_FILE);
+  for (std::string line; std::getline(file, line);) {
+    if (!line.starts_with("#")) {
+      lines.push_back(line);
+    }
+  }
+  return lines;
+}
+
+TEST(SampleSession, GivesTheJournalOnFile) {
+  SetEnvironment("HALDEN_READER_SESSION", SESSION_FILE);
+  Journal journal;
+  RecordingLogger logger(journal);
+  OrderedHost host(journal);
+  TestedModule module(MODULE_FILE, &logger);
+  module->SetHost(&host);
+  const std::string readerLog = testing::TempDir() + "sample_session.log";
+  ASSERT_EQ(module->SetParameter("LogFileName", readerLog.c_str()), 0);
+  ASSERT_EQ(module->SetParameter("DateOfBirthFormat", "%d.%m.%Y"), 0);
+  ASSERT_EQ(module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW"), 0);
+  ASSERT_EQ(module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "greet"), 0);
+  journal.Take();
+  ASSERT_EQ(module->Initialise(), 0);
+  host.started = true;
+  host.started.notify_all();
+  host.ended.wait(false);
+  EXPECT_EQ(module->Shutdown(), 0);
+
+  const Lines actual = journal.Take();
+  const Lines expected = ExpectedJournal();
+  for (std::size_t index = 0; index < std::max(actual.size(), expected.size()); ++index) {
+    const std::string missing = "(no line)";
+    ASSERT_EQ(index < actual.size() ? actual[index] : missing,
+              index < expected.size() ? expected[index] : missing)
+        << "line " << index + 1 << " of the journal";
+  }
+}
+
+}  // namespace
+}  // namespace conduit
