@@ -1,7 +1,6 @@
 #include "platform/LocalTime.h"
 
 #define WIN32_LEAN_AND_MEAN
-#define NOMINMAX
 #include <windows.h>
 
 namespace conduit {

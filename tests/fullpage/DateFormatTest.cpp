@@ -6,6 +6,7 @@
 
 #include "fullpage/DateFormat.h"
 #include "platform/LocalTime.h"
+#include "platform/TimeConversions.h"
 #include "platform/TimeFormat.h"
 
 namespace conduit {
@@ -81,6 +82,25 @@ TEST(DateFormat, RefusesWhatTheFormatterDoesNotKnow) {
     EXPECT_FALSE(FormatTime(format, LocalTime()).accepted);
   }
   EXPECT_STREQ(FormatDate("100%% %d/%m/%y", 5, 11, 85, false).buffer, "100% 05/11/85");
+}
+
+TEST(DateFormat, TakesTheConversionsOfItsSystem) {
+#if defined(_WIN32)
+  const char* const accepted = "%#d";
+  const char* const refused = "%Ey";
+#else
+  const char* const accepted = "%Ey";
+  const char* const refused = "%#d";
+#endif
+  EXPECT_TRUE(FormatTime(accepted, LocalTime()).accepted);
+  EXPECT_FALSE(FormatTime(refused, LocalTime()).accepted);
+  // None of them is refused by the runtime itself, which on Windows would end here.
+  for (const TimeConversions* row = AcceptedTimeConversions; row->conversions != nullptr; ++row) {
+    const std::string sign = row->modifier != '\0' ? std::string("%") + row->modifier : "%";
+    for (const char conversion : std::string(row->conversions)) {
+      EXPECT_TRUE(FormatTime((sign + conversion).c_str(), LocalTime()).accepted) << conversion;
+    }
+  }
 }
 
 TEST(DateFormat, RefusesFieldsOutOfRange) {
