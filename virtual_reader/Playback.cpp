@@ -81,7 +81,7 @@ void Playback::Run() {
     std::visit([this](auto& kind) { Perform(kind); }, action);
   }
   Perform(SendEvent{ReaderEventCode::DeviceDisconnected, ReaderState::Terminated});
-  log->Write(LogLifecycle, IsOver() ? "session stopped" : "session played to its end");
+  log->Write(LogLifecycle, "session ended");
   RequestStop();
 }
 

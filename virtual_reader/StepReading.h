@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "virtual_reader/Session.h"
 #include "virtual_reader/SessionField.h"
@@ -47,7 +49,11 @@ class StepReading {
   /// Adds a codeline as plain text and as a record.
   void AddCodeline(const SessionField& field, ReaderDataType textType, ReaderDataType recordType);
   void AddEvent(ReaderEventCode code) { Add(SendEvent{code, {}}); }
-  void Add(Action action) { session.actions.push_back(std::move(action)); }
+  /// Made in place: GCC takes a moved Action for one that may be uninitialised.
+  template <typename ActionType>
+  void Add(ActionType action) {
+    session.actions.emplace_back(std::in_place_type<ActionType>, std::move(action));
+  }
   void Warn(const SessionField& field, const std::vector<std::string>& warnings);
 
   /// The bytes of the file that a field names.

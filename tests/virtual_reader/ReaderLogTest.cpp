@@ -1,0 +1,95 @@
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "interfaces/ReaderCodelineData.h"
+#include "tests/virtual_reader/ReaderSession.h"
+
+namespace conduit {
+namespace {
+
+constexpr std::int32_t EveryPart = -1;
+
+/// The lines without their times.
+std::vector<std::string> Lines(const std::string& log) {
+  const std::string time = "YYYY-MM-DDThh:mm:ss.mmmZ ";
+  std::vector<std::string> lines;
+  std::istringstream stream(log);
+  for (std::string line; std::getline(stream, line);) {
+    EXPECT_TRUE(line.size() > time.size() && line[10] == 'T' && line[23] == 'Z') << line;
+    lines.push_back(line.substr(std::min(line.size(), time.size())));
+  }
+  return lines;
+}
+
+TEST(ReaderLog, WritesWhatTheLevelAdmits) {
+  ReaderSession session(R"({"steps": [{"error": "two\nlines"}, {"pause": 1}, {"document": {
+      "codeline": ["P<UTOERIKSSON<<ANNA<MARIA<<<<<<<<<<<<<<<<<<<",
+                   "L898902C30UTO7408122F1204159ZE184226B<<<<<10"]}}]})");
+  const std::vector<std::string> lines = {
+      "1 playing the session " + (session.folder / "session.json").string(),
+      "1 warning: step 3, document.codeline: the check digit of the document number is '0', by "
+      "the codeline it would be '6'",
+      "1 warning: step 3, document.codeline: the check digit of the whole codeline is '0', by the "
+      "codeline it would be '8'",
+      "4 pause of 50 ms",
+      "2 event DEVICE_CONNECTED, state Enabled",
+      "2 error: two lines",
+      "4 pause of 1 ms",
+      "2 event DOC_ON_WINDOW, state Error",
+      "2 event START_OF_DOCUMENT_DATA, state Error",
+      "3 item CODELINE (0), 89 bytes",
+      "3 item record (1), " + std::to_string(sizeof(ReaderCodelineData)) + " bytes",
+      "2 event END_OF_DOCUMENT_DATA, state Error",
+      "2 event DOC_REMOVED, state Error",
+      "2 event DEVICE_DISCONNECTED, state Terminated",
+      "1 session ended",
+  };
+  for (int level = 0; level <= 5; ++level) {
+    const std::string file = "log" + std::to_string(level);
+    ASSERT_EQ(HaldenReader_EnableLogging(true, level, EveryPart, (session.folder / file).c_str()),
+              0);
+    session.PlayUntil();
+    HaldenReader_Shutdown();
+    HaldenReader_EnableLogging(false, 0, 0, nullptr);
+    std::vector<std::string> wanted;
+    std::copy_if(lines.begin(), lines.end(), std::back_inserter(wanted),
+                 [level](const std::string& line) { return line[0] - '0' <= level; });
+    EXPECT_EQ(Lines(session.Read(file)), wanted) << "level " << level;
+  }
+}
+
+TEST(ReaderLog, AppendsUnderAnyNameAndKeepsToItsMask) {
+  ReaderSession session("no JSON");
+  const std::string file = (session.folder / "l\xC3\xB6g").string();
+  for (const std::int32_t mask : {EveryPart, 0, 1}) {
+    ASSERT_EQ(HaldenReader_EnableLogging(true, 5, mask, file.c_str()), 0);
+    session.Start();
+  }
+  HaldenReader_EnableLogging(false, 0, 0, nullptr);
+  session.Start();
+  EXPECT_EQ(Lines(session.Read("l\xC3\xB6g")).size(), 2U);
+}
+
+TEST(ReaderLog, RefusesAFileThatCannotBeOpenedAndKeepsTheOneBefore) {
+  ReaderSession session("no JSON");
+  const std::string good = (session.folder / "log").string();
+  ASSERT_EQ(HaldenReader_EnableLogging(true, 0, EveryPart, good.c_str()), 0);
+  const std::string missing = (session.folder / "no" / "log").string();
+  for (const char* file :
+       {static_cast<const char*>(nullptr), "", session.folder.c_str(), missing.c_str()}) {
+    EXPECT_EQ(HaldenReader_EnableLogging(true, 0, EveryPart, file),
+              Code(ReaderResult::LogNotOpened));
+  }
+  for (const std::int32_t level : {-1, 6}) {
+    EXPECT_EQ(HaldenReader_EnableLogging(true, level, EveryPart, good.c_str()),
+              Code(ReaderResult::LogLevelInvalid));
+  }
+  session.Start();
+  HaldenReader_EnableLogging(false, 0, 0, nullptr);
+  EXPECT_THAT(Lines(session.Read("log")), testing::ElementsAre(testing::HasSubstr("not JSON")));
+}
+
+}  // namespace
+}  // namespace conduit
