@@ -17,32 +17,32 @@ std::vector<std::string> Journal::Take() {
   return std::exchange(lines, {});
 }
 
-std::string Quote(const char* bytes, std::size_t length) {
-  std::string quoted = "'";
-  for (std::size_t index = 0; index < length; ++index) {
-    const auto byte = static_cast<unsigned char>(bytes[index]);
+std::string Escape(std::string_view bytes) {
+  std::string escaped;
+  for (const char character : bytes) {
+    const auto byte = static_cast<unsigned char>(character);
     if (byte >= 0x20 && byte < 0x7F) {
-      quoted += bytes[index];
+      escaped += character;
     } else {
-      char escaped[5];
-      std::snprintf(escaped, sizeof escaped, "\\x%02X", byte);
-      quoted += escaped;
+      char number[5];
+      std::snprintf(number, sizeof number, "\\x%02X", byte);
+      escaped += number;
     }
   }
-  return quoted + "'";
+  return escaped;
 }
 
 void RecordingLogger::Log(std::int32_t level, const char* tag, const char* message) {
-  journal.Write("log " + std::to_string(level) + " " + tag + ": " + message);
+  journal.Write("log " + std::to_string(level) + " " + tag + ": " + Escape(message));
 }
 
 std::int32_t RecordingHost::SendData(const char* name, ItemType itemType, std::int32_t length,
                                      const void* data, IStringMap* properties, bool last) {
-  constexpr std::int32_t shown = 300;
+  constexpr std::int32_t shown = 300;  // enough for any text of the tests
   std::string line = std::string("SendData ") + name + " " + std::to_string(itemType) + " " +
                      std::to_string(length);
   if (itemType == ItemTypeText && length <= shown) {
-    line += " " + Quote(static_cast<const char*>(data), static_cast<std::size_t>(length));
+    line += " '" + Escape({static_cast<const char*>(data), static_cast<std::size_t>(length)}) + "'";
   }
   if (properties != nullptr) {
     line += std::string(" feature=") + properties->Get("feature");

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <mutex>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "interfaces/IInputModuleHost.h"
@@ -24,7 +25,7 @@ class Journal {
 };
 
 /// Text, made safe for one line: what is not printable stands as \xNN.
-std::string Quote(const char* bytes, std::size_t length);
+std::string Escape(std::string_view bytes);
 
 class RecordingLogger final : public IModuleLogger {
  public:

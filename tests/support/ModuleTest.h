@@ -53,8 +53,8 @@ inline void ExpectItem(Lines& expected, const std::string& name, const std::stri
       "log 2 FullPageInputModule::ProcessStringDataItem: ProcessStringDataItem - "
       "aName " +
       name + "  aValue " + value);
-  expected.push_back("SendData " + name + " 4 " + std::to_string(value.size()) + " " +
-                     Quote(value.data(), value.size()) + " last");
+  expected.push_back("SendData " + name + " 4 " + std::to_string(value.size()) + " " + "'" +
+                     Escape(value) + "' last");
 }
 
 }  // namespace conduit
