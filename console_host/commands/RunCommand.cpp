@@ -61,13 +61,12 @@ std::pair<std::string, std::string> Split(const std::string& pair) {
 }
 
 CLI::Validator NamedPair(const char* form) {
-  return CLI::Validator(
-      [form](const std::string& text) {
-        const std::size_t equals = text.find('=');
-        const bool named = equals != std::string::npos && equals > 0;
-        return named ? std::string() : "'" + text + "' is not of the form " + form;
-      },
-      form);
+  return {[form](const std::string& text) {
+            const std::size_t equals = text.find('=');
+            const bool named = equals != std::string::npos && equals > 0;
+            return named ? std::string() : "'" + text + "' is not of the form " + form;
+          },
+          form};
 }
 
 std::string ParameterNames(LoadedModule& module) {
@@ -77,7 +76,9 @@ std::string ParameterNames(LoadedModule& module) {
     const char* name = nullptr;
     const char* value = nullptr;
     module->GetParameterAt(i, &name, &value);
-    if (name) names += (names.empty() ? "" : ", ") + Escaped(name);
+    if (name) {
+      names += (names.empty() ? "" : ", ") + Escaped(name);
+    }
   }
   return names;
 }
@@ -96,8 +97,12 @@ void SetParameters(LoadedModule& module, const RunOptions& options, HostRecorder
     refused |= result != ResultSuccess;
     unknown |= result == ResultUnknownParameter;
   }
-  if (unknown) throw std::runtime_error("the module's parameters are: " + ParameterNames(module));
-  if (refused) throw std::runtime_error("");
+  if (unknown) {
+    throw std::runtime_error("the module's parameters are: " + ParameterNames(module));
+  }
+  if (refused) {
+    throw std::runtime_error("");
+  }
 }
 
 /// Adds one condition for each event, however many scripts it has: actions go
@@ -112,12 +117,16 @@ void AddReactions(LoadedModule& module, const RunOptions& options, HostRecorder&
         [&, firstOfEvent, &event = event, &script = script]() -> std::int32_t {
           if (firstOfEvent) {
             const std::int32_t added = module->AddCondition("ReceiveEvent", event.c_str());
-            if (added != ResultSuccess) return added;
+            if (added != ResultSuccess) {
+              return added;
+            }
           }
           return module->AddAction("ReceiveEvent", event.c_str(), "SetActiveScript",
                                    script.c_str());
         });
-    if (result != ResultSuccess) throw std::runtime_error("");
+    if (result != ResultSuccess) {
+      throw std::runtime_error("");
+    }
   }
 }
 
@@ -125,8 +134,12 @@ RunEnded WaitForEnd(EndOfSession& end, const HostRecorder& recorder) {
   // How long a Ctrl-C may go unnoticed: a signal handler cannot notify.
   constexpr std::chrono::milliseconds pollInterval(50);
   while (!end.WaitFor(pollInterval)) {
-    if (const auto failure = recorder.SinkFailure()) return {EndReason::Failed, *failure};
-    if (InterruptStatus() != 0) return {EndReason::Interrupted, ""};
+    if (const auto failure = recorder.SinkFailure()) {
+      return {EndReason::Failed, *failure};
+    }
+    if (InterruptStatus() != 0) {
+      return {EndReason::Interrupted, ""};
+    }
   }
   return {EndReason::ReaderTerminated, ""};
 }
@@ -144,9 +157,11 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
   AddReactions(module, options, recorder);
   const std::int32_t started =
       recorder.Call("the reader did not start", [&] { return module->Initialise(); });
-  if (started != ResultSuccess) return {EndReason::Failed, ""};
+  if (started != ResultSuccess) {
+    return {EndReason::Failed, ""};
+  }
 
-  const RunEnded ended = WaitForEnd(end, recorder);
+  RunEnded ended = WaitForEnd(end, recorder);
   recorder.Call("the reader did not stop", [&] { return module->Shutdown(); });
   return ended;
 }
