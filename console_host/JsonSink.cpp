@@ -76,6 +76,10 @@ struct ToJson {
     return object;
   }
 
+  std::optional<Json> operator()(const Warned& warning) const {
+    return Kind("warning", "message", warning.message);
+  }
+
   std::optional<Json> operator()(const LogLine& line) const {
     if (line.level > logLevel) {
       return std::nullopt;

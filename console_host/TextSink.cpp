@@ -21,7 +21,7 @@ constexpr const char* Red = "1;31";
 constexpr const char* Cyan = "36";
 
 constexpr int KeywordWidth = 6;    // "script"
-constexpr int ItemNameWidth = 29;  // "BARCODE_1D_INTERLEAVED_2_OF_5"
+constexpr int ItemNameWidth = 36;  // "CODELINE_DATE_OF_BIRTH_STR_FORMATTED"
 
 std::string Padded(const std::string& text, int width) {
   std::ostringstream padded;
@@ -37,11 +37,11 @@ std::string Described(const ItemReceived& item) {
   if (!item.data) {
     return "(no data, " + length + " bytes announced)";
   }
-  if (ReadsAsText(item.type, *item.data)) {
-    return Escaped(*item.data);
-  }
   if (item.data->empty()) {
     return "(empty)";
+  }
+  if (ReadsAsText(item.type, *item.data)) {
+    return Escaped(*item.data);
   }
   const std::string format(DataFormat(*item.data));
   return (format.empty() ? "(binary data" : "(" + format + " image") + ", " + length + " bytes)";
@@ -96,6 +96,8 @@ void TextSink::Write(const RunBegan& run) {
 void TextSink::Write(const CallBegan& /*call*/) { callUnderWay = true; }
 
 void TextSink::Write(const CallReturned& /*call*/) { callUnderWay = false; }
+
+void TextSink::Write(const Warned& /*warning*/) {}  // told as trouble
 
 void TextSink::Write(const LogLine& line) {
   if (line.level > options.logLevel) {

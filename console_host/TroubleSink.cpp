@@ -50,6 +50,9 @@ void TroubleSink::Receive(const Happening& happening) {
   if (const auto* call = std::get_if<CallReturned>(&happening)) {
     Tell(*call);
   }
+  if (const auto* warning = std::get_if<Warned>(&happening)) {
+    output << Prefix << "warning: " << warning->message << '\n';
+  }
   if (const auto* end = std::get_if<RunEnded>(&happening); end && !end->message.empty()) {
     output << Prefix << end->message << '\n';
   }

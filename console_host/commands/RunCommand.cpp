@@ -1,10 +1,13 @@
 #include "console_host/commands/RunCommand.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,6 +22,7 @@
 #include "console_host/platform/Interrupt.h"
 #include "console_host/platform/Process.h"
 #include "console_host/platform/Terminal.h"
+#include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
@@ -105,6 +109,18 @@ void SetParameters(LoadedModule& module, const RunOptions& options, HostRecorder
   }
 }
 
+/// A module takes any event name, so that one with a mistake in it never comes.
+void WarnOfUnknownEvent(const std::string& event, HostRecorder& recorder) {
+  if (std::ranges::find(ReaderEventNames, std::string_view(event)) != std::end(ReaderEventNames)) {
+    return;
+  }
+  std::string names;
+  for (const char* name : ReaderEventNames) {
+    names.append(names.empty() ? "" : ", ").append(name);
+  }
+  recorder.Record(Warned{"no reader event is named " + event + "; the events are: " + names});
+}
+
 /// Adds one condition for each event, however many scripts it has: actions go
 /// to the first condition of their event, and a second one would stay empty.
 void AddReactions(LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
@@ -112,6 +128,9 @@ void AddReactions(LoadedModule& module, const RunOptions& options, HostRecorder&
   for (const std::string& reaction : options.reactions) {
     const auto [event, script] = Split(reaction);
     const bool firstOfEvent = events.insert(event).second;
+    if (firstOfEvent) {
+      WarnOfUnknownEvent(event, recorder);
+    }
     const std::int32_t result = recorder.Call(
         "the module refuses --on " + reaction,
         [&, firstOfEvent, &event = event, &script = script]() -> std::int32_t {

@@ -46,11 +46,11 @@ TEST(RunCommand, ShowsWhatArrivesInOrder) {
             "event   START_OF_DOCUMENT_DATA\n"
             "begin\n"
             "  state   Reading\n"
-            "  CODELINE_SURNAME               SMITH\n"
-            "  SCDG2_PHOTO                    (JPEG image, 4 bytes)\n"
-            "  IMAGEIR                        (no data, 12 bytes announced)\n"
-            "  BARCODE_PDF417                 A (feature 0, more follow)\n"
-            "  BARCODE_QRCODE                 (binary data, 2 bytes) (feature 1, last)\n"
+            "  CODELINE_SURNAME                      SMITH\n"
+            "  SCDG2_PHOTO                           (JPEG image, 4 bytes)\n"
+            "  IMAGEIR                               (no data, 12 bytes announced)\n"
+            "  BARCODE_PDF417                        A (feature 0, more follow)\n"
+            "  BARCODE_QRCODE                        (binary data, 2 bytes) (feature 1, last)\n"
             "end\n"
             "ERROR   Paper jam\n"
             "error   (none stands any more)\n"
@@ -68,8 +68,9 @@ TEST(RunCommand, GivesProgramsOneObjectALine) {
       ToItsEnd("begin\nitem NAME 4 41FF\nitem IMAGEVIS 5 424D00\nitem BARCODE_QRCODE 0 42 0 more\n"
                "missing IMAGEIR\nend\nlog 2 trace\nlog 3 detail\nerror \nerror Jam\n"));
   const std::string module = InFolder("FakeModule.so");
-  EXPECT_EQ(outcome.output, R"({"kind":"run","schema":1,"conduit":"1.0.0","module":")" + module +
-                                "\"}\n" +
+  EXPECT_EQ(outcome.output, R"({"kind":"run","schema":1,"conduit":")" CONDUIT_VERSION
+                            R"(","module":")" +
+                                module + "\"}\n" +
                                 R"({"kind":"state","text":"Enabled"}
 {"kind":"begin"}
 {"kind":"item","name":"NAME","itemType":4,"length":2,"value":"A�","valueHex":"41ff","last":true}
@@ -90,14 +91,16 @@ TEST(RunCommand, GivesProgramsOneObjectALine) {
 TEST(RunCommand, HandsSessionAndConfigurationToTheModule) {
   const std::string session = WriteFile("sitzung-ä.json", "{}");
   const Outcome outcome =
-      RunFake({"--set", "Format=a=b", "--set", "Format=", session, "--on", "DOC=first", "--on",
-               "DOC=second", "--on", "OTHER=third", "--log", "3"},
-              ToItsEnd("event DOC\nconditions\n"));
+      RunFake({"--set", "Format=a=b", "--set", "Format=", session, "--on", "DOC_ON_WINDOW=first",
+               "--on", "DOC_ON_WINDOW=second", "--on", "OTHER=third", "--log", "3"},
+              ToItsEnd("event DOC_ON_WINDOW\nconditions\n"));
   EXPECT_THAT(outcome.output,
               AllOf(HasSubstr("Fake::Fake: " + session + "\n"), HasSubstr("Format = a=b\n"),
                     HasSubstr("Format = \n"),
-                    HasSubstr("script  first\nscript  second\nevent   DOC\nstate   2\n"),
+                    HasSubstr("script  first\nscript  second\nevent   DOC_ON_WINDOW\nstate   2\n"),
                     Not(HasSubstr("third"))));
+  EXPECT_THAT(outcome.trouble, AllOf(HasSubstr("warning: no reader event is named OTHER;"),
+                                     Not(HasSubstr("named DOC_ON_WINDOW"))));
   EXPECT_EQ(outcome.status, 0);
 }
 
@@ -128,7 +131,7 @@ TEST(RunCommand, KeepsLinesOfSeveralThreadsApart) {
   for (std::string line; std::getline(lines, line);) {
     for (const char letter : {'a', 'b', 'c', 'd'}) {
       const std::string text(8, letter);
-      const std::string expected = text + std::string(23, ' ').append(text);
+      const std::string expected = text + std::string(30, ' ').append(text);
       items += line == expected ? 1 : 0;
     }
   }
