@@ -1,5 +1,7 @@
 #include "console_host/DataFormat.h"
 
+#include <algorithm>
+
 #include "console_host/Utf8.h"
 
 namespace conduit {
@@ -28,27 +30,30 @@ constexpr Signature Signatures[] = {
 /// and the end mark of ISO/IEC 15434 messages.
 constexpr std::string_view BarcodeControls = "\t\n\r\x04\x1C\x1D\x1E\x1F";
 
-bool HasOtherControls(std::string_view data) {
-  for (const char character : data) {
-    const bool control = (character >= 0 && character < ' ') || character == '\x7F';
-    if (control && BarcodeControls.find(character) == std::string_view::npos) return true;
-  }
-  return false;
+bool IsOtherControl(char character) {
+  const bool control = (character >= 0 && character < ' ') || character == '\x7F';
+  return control && BarcodeControls.find(character) == std::string_view::npos;
 }
 
 }  // namespace
 
 std::string_view DataFormat(std::string_view data) {
   for (const Signature& signature : Signatures) {
-    if (data.starts_with(signature.bytes)) return signature.name;
+    if (data.starts_with(signature.bytes)) {
+      return signature.name;
+    }
   }
   return "";
 }
 
 bool ReadsAsText(ItemType type, std::string_view data) {
-  if (type == ItemTypeText) return true;
-  if (type == ItemTypeImage) return false;
-  return IsUtf8(data) && !HasOtherControls(data);
+  if (type == ItemTypeText) {
+    return true;
+  }
+  if (type == ItemTypeImage) {
+    return false;
+  }
+  return IsUtf8(data) && std::ranges::none_of(data, IsOtherControl);
 }
 
 }  // namespace conduit

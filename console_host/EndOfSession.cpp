@@ -17,12 +17,18 @@ const char* NameOf(ReaderEventCode code) {
 
 void EndOfSession::Receive(const Happening& happening) {
   if (const auto* event = std::get_if<EventReceived>(&happening)) {
-    if (event->name == NameOf(ReaderEventCode::DeviceDisconnected)) disconnected = true;
-    if (event->name == NameOf(ReaderEventCode::DeviceConnected)) disconnected = false;
+    if (event->name == NameOf(ReaderEventCode::DeviceDisconnected)) {
+      disconnected = true;
+    }
+    if (event->name == NameOf(ReaderEventCode::DeviceConnected)) {
+      disconnected = false;
+    }
   }
   const auto* state = std::get_if<StateReported>(&happening);
   const char* terminated = ReaderStateNames[static_cast<std::size_t>(ReaderState::Terminated)];
-  if (!state || !disconnected || state->text != terminated) return;
+  if (!state || !disconnected || state->text != terminated) {
+    return;
+  }
 
   const std::lock_guard lock(mutex);
   reached = true;

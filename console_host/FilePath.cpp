@@ -8,12 +8,12 @@
 namespace conduit {
 
 std::filesystem::path PathFromUtf8(const std::string& text) {
-  return std::filesystem::path(std::u8string(text.begin(), text.end()));
+  return {std::u8string(text.begin(), text.end())};
 }
 
 std::string Utf8FromPath(const std::filesystem::path& path) {
   const std::u8string text = path.u8string();
-  return std::string(text.begin(), text.end());
+  return {text.begin(), text.end()};
 }
 
 void RequireReadableFile(const char* what, const std::filesystem::path& file) {
@@ -22,8 +22,12 @@ void RequireReadableFile(const char* what, const std::filesystem::path& file) {
                              reason);
   };
   std::error_code problem;
-  if (std::filesystem::is_directory(file, problem)) refuse("it is a folder");
-  if (!std::ifstream(file, std::ios::binary)) refuse(std::generic_category().message(errno));
+  if (std::filesystem::is_directory(file, problem)) {
+    refuse("it is a folder");
+  }
+  if (!std::ifstream(file, std::ios::binary)) {
+    refuse(std::generic_category().message(errno));
+  }
 }
 
 }  // namespace conduit

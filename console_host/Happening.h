@@ -29,6 +29,11 @@ struct CallReturned {
   std::vector<std::string> reasons;  ///< of a failure: what the module said meanwhile
 };
 
+/// What the host has doubts about, though it goes on.
+struct Warned {
+  std::string message;
+};
+
 struct LogLine {
   std::int32_t level;
   std::string tag;
@@ -74,8 +79,8 @@ struct RunEnded {
 };
 
 using Happening =
-    std::variant<RunBegan, CallBegan, CallReturned, LogLine, ItemReceived, EventReceived, DataBegan,
-                 DataEnded, ScriptActivated, StateReported, ErrorReported, RunEnded>;
+    std::variant<RunBegan, CallBegan, CallReturned, Warned, LogLine, ItemReceived, EventReceived,
+                 DataBegan, DataEnded, ScriptActivated, StateReported, ErrorReported, RunEnded>;
 
 /// Takes in what happens in a run. HostRecorder hands everything to one sink
 /// after the other under its lock, so a sink needs none of its own. One that

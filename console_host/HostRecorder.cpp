@@ -19,8 +19,12 @@ constexpr std::int32_t LastExplainingLevel = 1;
 std::string CopyText(const char* text) { return text ? text : ""; }
 
 std::optional<std::string> CopyData(const void* data, std::int32_t length) {
-  if (length <= 0) return "";
-  if (!data) return std::nullopt;
+  if (length <= 0) {
+    return "";
+  }
+  if (!data) {
+    return std::nullopt;
+  }
   return std::string(static_cast<const char*>(data), static_cast<std::size_t>(length));
 }
 
@@ -39,7 +43,9 @@ std::vector<std::string> WithoutRepeats(const std::vector<std::string>& texts) {
       const bool contained = texts[other].find(texts[i]) != std::string::npos;
       repeated = contained && (texts[other].size() > texts[i].size() || other < i);
     }
-    if (!repeated) distinct.push_back(texts[i]);
+    if (!repeated) {
+      distinct.push_back(texts[i]);
+    }
   }
   return distinct;
 }
@@ -56,14 +62,18 @@ void HostRecorder::Record(const Happening& happening) {
 
 void HostRecorder::HandOut(const Happening& happening) {
   for (ISink*& sink : sinks) {
-    if (!sink) continue;
+    if (!sink) {
+      continue;
+    }
     // An exception that left here would unwind through the module and the
     // reader's threads.
     try {
       sink->Receive(happening);
     } catch (const std::exception& problem) {
       sink = nullptr;
-      if (!sinkFailure) sinkFailure = problem.what();
+      if (!sinkFailure) {
+        sinkFailure = problem.what();
+      }
     }
   }
 }
@@ -94,7 +104,9 @@ std::optional<std::string> HostRecorder::SinkFailure() const {
 void HostRecorder::Log(std::int32_t level, const char* tag, const char* message) {
   const LogLine line{level, CopyText(tag), CopyText(message)};
   const std::lock_guard lock(mutex);
-  if (level <= LastExplainingLevel) said.push_back(line.message);
+  if (level <= LastExplainingLevel) {
+    said.push_back(line.message);
+  }
   HandOut(line);
 }
 
@@ -102,7 +114,9 @@ std::int32_t HostRecorder::SendData(const char* name, ItemType itemType, std::in
                                     const void* data, IStringMap* properties, bool last) {
   ItemReceived item{CopyText(name),          itemType, length, CopyData(data, length),
                     CopyFeature(properties), last,     0};
-  if (refusedSignals.contains(item.name)) item.answer = StopRecord;
+  if (refusedSignals.contains(item.name)) {
+    item.answer = StopRecord;
+  }
   Record(item);
   return item.answer;
 }
@@ -125,7 +139,9 @@ void HostRecorder::ReportError(const char* text) {
   const std::lock_guard lock(mutex);
   const bool routine = copy.empty() && !errorStands;
   errorStands = !copy.empty();
-  if (errorStands) said.push_back(copy);
+  if (errorStands) {
+    said.push_back(copy);
+  }
   HandOut(ErrorReported{copy, routine});
 }
 

@@ -37,7 +37,9 @@ std::string Hexadecimal(std::string_view bytes) {
 /// and a second field keeps all of the bytes.
 void AddText(Json& object, const std::string& key, const std::string& text) {
   object[key] = text;
-  if (!IsUtf8(text)) object[key + "Hex"] = Hexadecimal(text);
+  if (!IsUtf8(text)) {
+    object[key + "Hex"] = Hexadecimal(text);
+  }
 }
 
 Json Kind(const char* kind) { return Json{{"kind", kind}}; }
@@ -53,14 +55,18 @@ struct ToJson {
   std::optional<Json> operator()(const RunBegan& run) const {
     Json object{{"kind", "run"}, {"schema", Schema}, {"conduit", CONDUIT_VERSION}};
     AddText(object, "module", run.module);
-    if (!run.session.empty()) AddText(object, "session", run.session);
+    if (!run.session.empty()) {
+      AddText(object, "session", run.session);
+    }
     return object;
   }
 
-  std::optional<Json> operator()(const CallBegan&) const { return std::nullopt; }
+  std::optional<Json> operator()(const CallBegan& /*call*/) const { return std::nullopt; }
 
   std::optional<Json> operator()(const CallReturned& call) const {
-    if (call.result == ResultSuccess) return std::nullopt;
+    if (call.result == ResultSuccess) {
+      return std::nullopt;
+    }
     Json object = Kind("failure", "message", call.failure);
     object["result"] = call.result;
     object["reasons"] = Json::array();
@@ -70,8 +76,14 @@ struct ToJson {
     return object;
   }
 
+  std::optional<Json> operator()(const Warned& warning) const {
+    return Kind("warning", "message", warning.message);
+  }
+
   std::optional<Json> operator()(const LogLine& line) const {
-    if (line.level > logLevel) return std::nullopt;
+    if (line.level > logLevel) {
+      return std::nullopt;
+    }
     Json object{{"kind", "log"}, {"level", line.level}};
     AddText(object, "tag", line.tag);
     AddText(object, "message", line.message);
@@ -90,9 +102,13 @@ struct ToJson {
       const std::string_view format = DataFormat(*item.data);
       object["format"] = format.empty() ? Json("binary") : Json(format);
     }
-    if (item.feature) AddText(object, "feature", *item.feature);
+    if (item.feature) {
+      AddText(object, "feature", *item.feature);
+    }
     object["last"] = item.last;
-    if (item.answer != 0) object["answer"] = item.answer;
+    if (item.answer != 0) {
+      object["answer"] = item.answer;
+    }
     return object;
   }
 
@@ -100,9 +116,9 @@ struct ToJson {
     return Kind("event", "name", event.name);
   }
 
-  std::optional<Json> operator()(const DataBegan&) const { return Kind("begin"); }
+  std::optional<Json> operator()(const DataBegan& /*data*/) const { return Kind("begin"); }
 
-  std::optional<Json> operator()(const DataEnded&) const { return Kind("end"); }
+  std::optional<Json> operator()(const DataEnded& /*data*/) const { return Kind("end"); }
 
   std::optional<Json> operator()(const ScriptActivated& script) const {
     return Kind("script", "name", script.name);
@@ -113,13 +129,17 @@ struct ToJson {
   }
 
   std::optional<Json> operator()(const ErrorReported& error) const {
-    if (error.routine) return std::nullopt;
+    if (error.routine) {
+      return std::nullopt;
+    }
     return Kind("error", "text", error.text);
   }
 
   std::optional<Json> operator()(const RunEnded& run) const {
     Json object{{"kind", "stop"}, {"reason", EndReasons[static_cast<std::size_t>(run.reason)]}};
-    if (!run.message.empty()) AddText(object, "message", run.message);
+    if (!run.message.empty()) {
+      AddText(object, "message", run.message);
+    }
     return object;
   }
 
@@ -133,9 +153,13 @@ JsonSink::JsonSink(std::ostream& output, std::int32_t logLevel)
 
 void JsonSink::Receive(const Happening& happening) {
   const std::optional<Json> object = std::visit(ToJson{logLevel}, happening);
-  if (!object) return;
+  if (!object) {
+    return;
+  }
   output << object->dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
-  if (!output.flush()) throw std::runtime_error("cannot write to standard output");
+  if (!output.flush()) {
+    throw std::runtime_error("cannot write to standard output");
+  }
 }
 
 }  // namespace conduit

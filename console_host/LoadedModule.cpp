@@ -17,8 +17,12 @@ namespace {
 /// The system's own words for a missing file differ, and some systems then look
 /// for the name in folders of theirs.
 SharedLibrary Load(const std::filesystem::path& file) {
-  if (!std::filesystem::exists(file)) Refuse(file, "no such file");
-  if (std::filesystem::is_directory(file)) Refuse(file, "it is a folder");
+  if (!std::filesystem::exists(file)) {
+    Refuse(file, "no such file");
+  }
+  if (std::filesystem::is_directory(file)) {
+    Refuse(file, "it is a folder");
+  }
   try {
     return SharedLibrary(std::filesystem::absolute(file));
   } catch (const std::runtime_error& problem) {
@@ -30,7 +34,9 @@ template <typename Function>
 Function Require(const SharedLibrary& library, const char* name,
                  const std::filesystem::path& file) {
   const auto function = library.Find<Function>(name);
-  if (!function) Refuse(file, std::string("it does not export ") + name);
+  if (!function) {
+    Refuse(file, std::string("it does not export ") + name);
+  }
   return function;
 }
 
@@ -43,7 +49,9 @@ LoadedModule::LoadedModule(const std::filesystem::path& file, IModuleLogger& log
   if (result != ResultSuccess) {
     Refuse(file, "CIM_GetInputModule answered " + std::to_string(result));
   }
-  if (!module) Refuse(file, "CIM_GetInputModule answered 0 but gave no module");
+  if (!module) {
+    Refuse(file, "CIM_GetInputModule answered 0 but gave no module");
+  }
 }
 
 LoadedModule::~LoadedModule() { destroy(module); }

@@ -21,7 +21,7 @@ constexpr const char* Red = "1;31";
 constexpr const char* Cyan = "36";
 
 constexpr int KeywordWidth = 6;    // "script"
-constexpr int ItemNameWidth = 29;  // "BARCODE_1D_INTERLEAVED_2_OF_5"
+constexpr int ItemNameWidth = 36;  // "CODELINE_DATE_OF_BIRTH_STR_FORMATTED"
 
 std::string Padded(const std::string& text, int width) {
   std::ostringstream padded;
@@ -31,10 +31,18 @@ std::string Padded(const std::string& text, int width) {
 
 std::string Described(const ItemReceived& item) {
   const std::string length = std::to_string(item.length);
-  if (item.length < 0) return "(no data, impossible length " + length + ")";
-  if (!item.data) return "(no data, " + length + " bytes announced)";
-  if (ReadsAsText(item.type, *item.data)) return Escaped(*item.data);
-  if (item.data->empty()) return "(empty)";
+  if (item.length < 0) {
+    return "(no data, impossible length " + length + ")";
+  }
+  if (!item.data) {
+    return "(no data, " + length + " bytes announced)";
+  }
+  if (item.data->empty()) {
+    return "(empty)";
+  }
+  if (ReadsAsText(item.type, *item.data)) {
+    return Escaped(*item.data);
+  }
   const std::string format(DataFormat(*item.data));
   return (format.empty() ? "(binary data" : "(" + format + " image") + ", " + length + " bytes)";
 }
@@ -50,10 +58,13 @@ void TextSink::Receive(const Happening& happening) {
     return;
   }
   const auto* call = std::get_if<CallReturned>(&happening);
-  if (!std::holds_alternative<LogLine>(happening))
+  if (!std::holds_alternative<LogLine>(happening)) {
     WriteHeld(!call || call->result == ResultSuccess);
+  }
   Write(happening);
-  if (!output.flush()) throw std::runtime_error("cannot write to standard output");
+  if (!output.flush()) {
+    throw std::runtime_error("cannot write to standard output");
+  }
 }
 
 /// Only errors and states come from a call that fails; anything else shows that
@@ -65,7 +76,9 @@ bool TextSink::Holds(const Happening& happening) const {
 
 void TextSink::WriteHeld(bool withErrors) {
   for (const Happening& happening : held) {
-    if (withErrors || !std::holds_alternative<ErrorReported>(happening)) Write(happening);
+    if (withErrors || !std::holds_alternative<ErrorReported>(happening)) {
+      Write(happening);
+    }
   }
   held.clear();
 }
@@ -80,12 +93,16 @@ void TextSink::Write(const RunBegan& run) {
   Line(Bold, "run", Escaped(module) + session);
 }
 
-void TextSink::Write(const CallBegan&) { callUnderWay = true; }
+void TextSink::Write(const CallBegan& /*call*/) { callUnderWay = true; }
 
-void TextSink::Write(const CallReturned&) { callUnderWay = false; }
+void TextSink::Write(const CallReturned& /*call*/) { callUnderWay = false; }
+
+void TextSink::Write(const Warned& /*warning*/) {}  // told as trouble
 
 void TextSink::Write(const LogLine& line) {
-  if (line.level > options.logLevel) return;
+  if (line.level > options.logLevel) {
+    return;
+  }
   Line(Dim, "log " + std::to_string(line.level), Escaped(line.tag) + ": " + Escaped(line.message));
 }
 
@@ -95,18 +112,20 @@ void TextSink::Write(const ItemReceived& item) {
   if (item.feature) {
     text += " (feature " + Escaped(*item.feature) + (item.last ? ", last)" : ", more follow)");
   }
-  if (item.answer != 0) text += " (refused)";
+  if (item.answer != 0) {
+    text += " (refused)";
+  }
   Line(Plain, name, text);
 }
 
 void TextSink::Write(const EventReceived& event) { Line(Cyan, "event", Escaped(event.name)); }
 
-void TextSink::Write(const DataBegan&) {
+void TextSink::Write(const DataBegan& /*data*/) {
   Line(Bold, "begin", "");
   ++depth;
 }
 
-void TextSink::Write(const DataEnded&) {
+void TextSink::Write(const DataEnded& /*data*/) {
   depth = std::max(depth - 1, 0);
   Line(Bold, "end", "");
 }
@@ -118,7 +137,9 @@ void TextSink::Write(const StateReported& state) {
 }
 
 void TextSink::Write(const ErrorReported& error) {
-  if (error.routine) return;
+  if (error.routine) {
+    return;
+  }
   if (error.text.empty()) {
     Line(Plain, "error", "(none stands any more)");
   } else {
@@ -142,14 +163,18 @@ void TextSink::Write(const RunEnded& run) {
 
 void TextSink::Line(const char* style, const std::string& keyword, const std::string& text) {
   const bool styled = options.colour && *style != '\0';
-  if (styled) output << "\x1b[" << style << 'm';
+  if (styled) {
+    output << "\x1b[" << style << 'm';
+  }
   output << std::string(static_cast<std::size_t>(depth) * 2, ' ');
   if (text.empty()) {
     output << keyword;
   } else {
     output << Padded(keyword, KeywordWidth) << "  " << text;
   }
-  if (styled) output << "\x1b[0m";
+  if (styled) {
+    output << "\x1b[0m";
+  }
   output << '\n';
 }
 

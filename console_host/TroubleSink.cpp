@@ -28,7 +28,9 @@ constexpr ResultMeaning ResultMeanings[] = {
 std::string Explained(std::int32_t result) {
   std::string text = "result " + std::to_string(result);
   for (const ResultMeaning& meaning : ResultMeanings) {
-    if (meaning.result == result) text += std::string(": ") + meaning.text;
+    if (meaning.result == result) {
+      text += std::string(": ") + meaning.text;
+    }
   }
   return text;
 }
@@ -39,9 +41,18 @@ TroubleSink::TroubleSink(std::ostream& output, bool showsLog)
     : output(output), showsLog(showsLog) {}
 
 void TroubleSink::Receive(const Happening& happening) {
-  if (std::holds_alternative<CallBegan>(happening)) callUnderWay = true;
-  if (const auto* line = std::get_if<LogLine>(&happening)) Tell(*line);
-  if (const auto* call = std::get_if<CallReturned>(&happening)) Tell(*call);
+  if (std::holds_alternative<CallBegan>(happening)) {
+    callUnderWay = true;
+  }
+  if (const auto* line = std::get_if<LogLine>(&happening)) {
+    Tell(*line);
+  }
+  if (const auto* call = std::get_if<CallReturned>(&happening)) {
+    Tell(*call);
+  }
+  if (const auto* warning = std::get_if<Warned>(&happening)) {
+    output << Prefix << "warning: " << warning->message << '\n';
+  }
   if (const auto* end = std::get_if<RunEnded>(&happening); end && !end->message.empty()) {
     output << Prefix << end->message << '\n';
   }
@@ -49,7 +60,9 @@ void TroubleSink::Receive(const Happening& happening) {
 }
 
 void TroubleSink::Tell(const LogLine& line) {
-  if (line.level > FailureLevel || !showsLog) return;
+  if (line.level > FailureLevel || !showsLog) {
+    return;
+  }
   if (callUnderWay) {
     held.push_back(line);
   } else {
@@ -60,10 +73,14 @@ void TroubleSink::Tell(const LogLine& line) {
 void TroubleSink::Tell(const CallReturned& call) {
   callUnderWay = false;
   if (call.result == ResultSuccess) {
-    for (const LogLine& line : held) Tell(line);
+    for (const LogLine& line : held) {
+      Tell(line);
+    }
   } else {
     output << Prefix << call.failure << " (" << Explained(call.result) << ")\n";
-    for (const std::string& reason : call.reasons) output << "  " << Escaped(reason) << '\n';
+    for (const std::string& reason : call.reasons) {
+      output << "  " << Escaped(reason) << '\n';
+    }
   }
   held.clear();
 }

@@ -63,12 +63,18 @@ std::string Hexadecimal(const char* before, char32_t value, const char* after) {
 }
 
 std::string Escaped(const Utf8Character& character, std::string_view bytes) {
-  if (!character.valid) return Hexadecimal("\\x", character.codePoint, "");
+  if (!character.valid) {
+    return Hexadecimal("\\x", character.codePoint, "");
+  }
   for (const ShortEscape& escape : ShortEscapes) {
-    if (escape.character == character.codePoint) return escape.text;
+    if (escape.character == character.codePoint) {
+      return escape.text;
+    }
   }
   for (const Range& range : HarmfulRanges) {
-    if (character.codePoint < range.first || character.codePoint > range.last) continue;
+    if (character.codePoint < range.first || character.codePoint > range.last) {
+      continue;
+    }
     return character.length == 1 ? Hexadecimal("\\x", character.codePoint, "")
                                  : Hexadecimal("\\u{", character.codePoint, "}");
   }
@@ -82,14 +88,22 @@ Utf8Character FirstCharacter(std::string_view text) {
   const Utf8Character invalid{byteAt(0), 1, false};
 
   for (const SequenceForm& form : SequenceForms) {
-    if ((byteAt(0) & form.mask) != form.lead) continue;
-    if (text.size() < form.length) return invalid;
+    if ((byteAt(0) & form.mask) != form.lead) {
+      continue;
+    }
+    if (text.size() < form.length) {
+      return invalid;
+    }
     char32_t codePoint = byteAt(0) & static_cast<std::uint8_t>(~form.mask);
     for (std::size_t i = 1; i < form.length; ++i) {
-      if ((byteAt(i) & 0xC0) != 0x80) return invalid;
-      codePoint = (codePoint << 6) | (byteAt(i) & 0x3Fu);
+      if ((byteAt(i) & 0xC0) != 0x80) {
+        return invalid;
+      }
+      codePoint = (codePoint << 6) | (byteAt(i) & 0x3FU);
     }
-    if (codePoint < form.lowest || codePoint > 0x10FFFF || IsSurrogate(codePoint)) return invalid;
+    if (codePoint < form.lowest || codePoint > 0x10FFFF || IsSurrogate(codePoint)) {
+      return invalid;
+    }
     return {codePoint, form.length, true};
   }
   return invalid;
@@ -98,7 +112,9 @@ Utf8Character FirstCharacter(std::string_view text) {
 bool IsUtf8(std::string_view text) {
   while (!text.empty()) {
     const Utf8Character character = FirstCharacter(text);
-    if (!character.valid) return false;
+    if (!character.valid) {
+      return false;
+    }
     text.remove_prefix(character.length);
   }
   return true;

@@ -1,7 +1,11 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
-#include <iostream>
+#include <exception>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "console_host/commands/RunCommand.h"
 #include "console_host/platform/Process.h"
@@ -16,9 +20,7 @@ Examples:
   conduit run samples/session.json --set DateOfBirthFormat=%d.%m.%Y --on DOC_ON_WINDOW=greet
   conduit run --help)";
 
-}  // namespace
-
-int main(int count, char** arguments) {
+int Run(int count, const char* const* arguments) {
   int exitStatus = EXIT_SUCCESS;
   CLI::App app("A host for input modules on the console.", "conduit");
   app.footer(Examples);
@@ -33,9 +35,17 @@ int main(int count, char** arguments) {
     app.parse(std::move(given));
   } catch (const CLI::ParseError& problem) {
     return app.exit(problem) == EXIT_SUCCESS ? EXIT_SUCCESS : WrongUsage;
-  } catch (const std::exception& problem) {
-    std::cerr << "conduit: " << problem.what() << '\n';
-    return EXIT_FAILURE;
   }
   return exitStatus;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  try {
+    return Run(count, arguments);
+  } catch (const std::exception& problem) {
+    std::fprintf(stderr, "conduit: %s\n", problem.what());
+    return EXIT_FAILURE;
+  }
 }

@@ -1,10 +1,13 @@
 #include "console_host/commands/RunCommand.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
+#include <iterator>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -19,6 +22,7 @@
 #include "console_host/platform/Interrupt.h"
 #include "console_host/platform/Process.h"
 #include "console_host/platform/Terminal.h"
+#include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
@@ -61,13 +65,12 @@ std::pair<std::string, std::string> Split(const std::string& pair) {
 }
 
 CLI::Validator NamedPair(const char* form) {
-  return CLI::Validator(
-      [form](const std::string& text) {
-        const std::size_t equals = text.find('=');
-        const bool named = equals != std::string::npos && equals > 0;
-        return named ? std::string() : "'" + text + "' is not of the form " + form;
-      },
-      form);
+  return {[form](const std::string& text) {
+            const std::size_t equals = text.find('=');
+            const bool named = equals != std::string::npos && equals > 0;
+            return named ? std::string() : "'" + text + "' is not of the form " + form;
+          },
+          form};
 }
 
 std::string ParameterNames(LoadedModule& module) {
@@ -77,7 +80,9 @@ std::string ParameterNames(LoadedModule& module) {
     const char* name = nullptr;
     const char* value = nullptr;
     module->GetParameterAt(i, &name, &value);
-    if (name) names += (names.empty() ? "" : ", ") + Escaped(name);
+    if (name) {
+      names += (names.empty() ? "" : ", ") + Escaped(name);
+    }
   }
   return names;
 }
@@ -96,8 +101,24 @@ void SetParameters(LoadedModule& module, const RunOptions& options, HostRecorder
     refused |= result != ResultSuccess;
     unknown |= result == ResultUnknownParameter;
   }
-  if (unknown) throw std::runtime_error("the module's parameters are: " + ParameterNames(module));
-  if (refused) throw std::runtime_error("");
+  if (unknown) {
+    throw std::runtime_error("the module's parameters are: " + ParameterNames(module));
+  }
+  if (refused) {
+    throw std::runtime_error("");
+  }
+}
+
+/// A module takes any event name, so that one with a mistake in it never comes.
+void WarnOfUnknownEvent(const std::string& event, HostRecorder& recorder) {
+  if (std::ranges::find(ReaderEventNames, std::string_view(event)) != std::end(ReaderEventNames)) {
+    return;
+  }
+  std::string names;
+  for (const char* name : ReaderEventNames) {
+    names.append(names.empty() ? "" : ", ").append(name);
+  }
+  recorder.Record(Warned{"no reader event is named " + event + "; the events are: " + names});
 }
 
 /// Adds one condition for each event, however many scripts it has: actions go
@@ -107,17 +128,24 @@ void AddReactions(LoadedModule& module, const RunOptions& options, HostRecorder&
   for (const std::string& reaction : options.reactions) {
     const auto [event, script] = Split(reaction);
     const bool firstOfEvent = events.insert(event).second;
+    if (firstOfEvent) {
+      WarnOfUnknownEvent(event, recorder);
+    }
     const std::int32_t result = recorder.Call(
         "the module refuses --on " + reaction,
         [&, firstOfEvent, &event = event, &script = script]() -> std::int32_t {
           if (firstOfEvent) {
             const std::int32_t added = module->AddCondition("ReceiveEvent", event.c_str());
-            if (added != ResultSuccess) return added;
+            if (added != ResultSuccess) {
+              return added;
+            }
           }
           return module->AddAction("ReceiveEvent", event.c_str(), "SetActiveScript",
                                    script.c_str());
         });
-    if (result != ResultSuccess) throw std::runtime_error("");
+    if (result != ResultSuccess) {
+      throw std::runtime_error("");
+    }
   }
 }
 
@@ -125,8 +153,12 @@ RunEnded WaitForEnd(EndOfSession& end, const HostRecorder& recorder) {
   // How long a Ctrl-C may go unnoticed: a signal handler cannot notify.
   constexpr std::chrono::milliseconds pollInterval(50);
   while (!end.WaitFor(pollInterval)) {
-    if (const auto failure = recorder.SinkFailure()) return {EndReason::Failed, *failure};
-    if (InterruptStatus() != 0) return {EndReason::Interrupted, ""};
+    if (const auto failure = recorder.SinkFailure()) {
+      return {EndReason::Failed, *failure};
+    }
+    if (InterruptStatus() != 0) {
+      return {EndReason::Interrupted, ""};
+    }
   }
   return {EndReason::ReaderTerminated, ""};
 }
@@ -144,9 +176,11 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
   AddReactions(module, options, recorder);
   const std::int32_t started =
       recorder.Call("the reader did not start", [&] { return module->Initialise(); });
-  if (started != ResultSuccess) return {EndReason::Failed, ""};
+  if (started != ResultSuccess) {
+    return {EndReason::Failed, ""};
+  }
 
-  const RunEnded ended = WaitForEnd(end, recorder);
+  RunEnded ended = WaitForEnd(end, recorder);
   recorder.Call("the reader did not stop", [&] { return module->Shutdown(); });
   return ended;
 }

@@ -1,6 +1,5 @@
-#include <signal.h>
-
 #include <atomic>
+#include <csignal>
 
 #include "console_host/platform/Interrupt.h"
 
@@ -26,7 +25,9 @@ void CatchInterrupts() {
   // Under nohup the end of the terminal stays ignored.
   struct sigaction present = {};
   sigaction(SIGHUP, nullptr, &present);
-  if (present.sa_handler != SIG_IGN) sigaction(SIGHUP, &once, nullptr);
+  if (present.sa_handler != SIG_IGN) {
+    sigaction(SIGHUP, &once, nullptr);
+  }
 
   signal(SIGPIPE, SIG_IGN);
 }

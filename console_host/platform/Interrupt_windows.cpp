@@ -10,7 +10,7 @@ namespace {
 
 std::atomic<bool> interrupted = false;
 
-BOOL WINAPI RememberInterrupt(DWORD) { return interrupted.exchange(true) ? FALSE : TRUE; }
+BOOL WINAPI RememberInterrupt(DWORD /*event*/) { return interrupted.exchange(true) ? FALSE : TRUE; }
 
 }  // namespace
 

@@ -11,7 +11,7 @@
 namespace conduit {
 
 /// main's own arguments come in the system's code page, which loses characters.
-std::vector<std::string> ProgramArguments(int, const char* const*) {
+std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*arguments*/) {
   int count = 0;
   wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;

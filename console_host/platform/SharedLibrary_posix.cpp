@@ -9,11 +9,15 @@ namespace conduit {
 
 SharedLibrary::SharedLibrary(const std::filesystem::path& file)
     : handle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-  if (handle) return;
+  if (handle) {
+    return;
+  }
   // The loader mostly begins with the file, which the caller names as well.
   std::string reason = dlerror();
   const std::string prefix = file.string() + ": ";
-  if (reason.starts_with(prefix)) reason.erase(0, prefix.size());
+  if (reason.starts_with(prefix)) {
+    reason.erase(0, prefix.size());
+  }
   throw std::runtime_error(reason);
 }
 

@@ -47,6 +47,8 @@ class FakeModule : public IInputModule {
   explicit FakeModule(IModuleLogger* logger) : logger(logger) {
     logger->Log(3, "Fake::Fake", Environment("HALDEN_READER_SESSION"));
   }
+  FakeModule(const FakeModule&) = delete;
+  FakeModule& operator=(const FakeModule&) = delete;
   ~FakeModule() override { logger->Log(3, "Fake::~Fake", "destroyed"); }
 
   std::int32_t SetParameter(const char* name, const char* value) override {
@@ -58,24 +60,30 @@ class FakeModule : public IInputModule {
     logger->Log(known ? 0 : 1, "Fake::SetParameter", known ? "Level is too high" : "never heard");
     return known ? ResultInvalidValue : ResultUnknownParameter;
   }
-  std::int32_t GetParameter(const char*, const char**) override { return ResultUnknownParameter; }
+  std::int32_t GetParameter(const char* /*name*/, const char** /*value*/) override {
+    return ResultUnknownParameter;
+  }
   std::int32_t GetParameterCount() override { return 2; }
   void GetParameterAt(std::int32_t index, const char** name, const char** value) override {
     *name = index == 0 ? "Format" : "Level";
     *value = "";
   }
 
-  std::int32_t AddCondition(const char*, const char* value) override {
-    if (std::string(value) == "NO_SUCH_EVENT") return ResultUnknownCondition;
+  std::int32_t AddCondition(const char* /*name*/, const char* value) override {
+    if (std::string(value) == "NO_SUCH_EVENT") {
+      return ResultUnknownCondition;
+    }
     ++conditions;
     return ResultSuccess;
   }
-  std::int32_t AddAction(const char*, const char* event, const char*, const char* script) override {
+  std::int32_t AddAction(const char* /*name*/, const char* event, const char* /*action*/,
+                         const char* script) override {
     scripts.emplace(event, script);
     return ResultSuccess;
   }
   std::int32_t GetConditionCount() override { return conditions; }
-  void GetConditionAt(std::int32_t, const char**, const char**) override {}
+  void GetConditionAt(std::int32_t /*index*/, const char** /*name*/,
+                      const char** /*value*/) override {}
 
   void SetHost(IInputModuleHost* newHost) override { host = newHost; }
   std::int32_t Initialise() override {
@@ -97,7 +105,9 @@ class FakeModule : public IInputModule {
  private:
   void Play(const std::string& script) {
     std::istringstream lines(script);
-    for (std::string line; std::getline(lines, line);) PlayLine(line);
+    for (std::string line; std::getline(lines, line);) {
+      PlayLine(line);
+    }
   }
 
   void PlayLine(const std::string& line) {
@@ -107,28 +117,51 @@ class FakeModule : public IInputModule {
     words >> verb >> first;
     const std::string rest = line.size() > verb.size() ? line.substr(verb.size() + 1) : "";
 
-    if (verb == "begin") host->BeginData();
-    if (verb == "end") host->EndData();
-    if (verb == "state") host->ReportState(rest.c_str());
-    if (verb == "error") host->ReportError(rest.c_str());
-    if (verb == "log") logger->Log(std::stoi(first), "Fake::Play", rest.substr(2).c_str());
-    if (verb == "conditions") host->ReportState(std::to_string(conditions).c_str());
-    if (verb == "event") PlayEvent(rest);
+    if (verb == "begin") {
+      host->BeginData();
+    }
+    if (verb == "end") {
+      host->EndData();
+    }
+    if (verb == "state") {
+      host->ReportState(rest.c_str());
+    }
+    if (verb == "error") {
+      host->ReportError(rest.c_str());
+    }
+    if (verb == "log") {
+      logger->Log(std::stoi(first), "Fake::Play", rest.substr(2).c_str());
+    }
+    if (verb == "conditions") {
+      host->ReportState(std::to_string(conditions).c_str());
+    }
+    if (verb == "event") {
+      PlayEvent(rest);
+    }
     if (verb == "ask") {
       const std::int32_t answer = host->SendData(first.c_str(), 4, 1, "?", nullptr, true);
       host->ReportState(("answered " + std::to_string(answer)).c_str());
     }
-    if (verb == "item") PlayItem(first, words);
-    if (verb == "missing") host->SendData(first.c_str(), 5, 12, nullptr, nullptr, true);
-    if (verb == "nulls") PlayNulls();
-    if (verb == "storm") PlayStorm();
+    if (verb == "item") {
+      PlayItem(first, words);
+    }
+    if (verb == "missing") {
+      host->SendData(first.c_str(), 5, 12, nullptr, nullptr, true);
+    }
+    if (verb == "nulls") {
+      PlayNulls();
+    }
+    if (verb == "storm") {
+      PlayStorm();
+    }
   }
 
   void PlayEvent(const std::string& name) {
     host->ReportError("");
     const auto [begin, end] = scripts.equal_range(name);
-    for (auto script = begin; script != end; ++script)
+    for (auto script = begin; script != end; ++script) {
       host->SetActiveScript(script->second.c_str());
+    }
     host->SendEvent(name.c_str());
   }
 
@@ -159,10 +192,14 @@ class FakeModule : public IInputModule {
     std::vector<std::thread> threads;
     for (const char* text : {"aaaaaaaa", "bbbbbbbb", "cccccccc", "dddddddd"}) {
       threads.emplace_back([this, text] {
-        for (int i = 0; i < 200; ++i) host->SendData(text, 4, 8, text, nullptr, true);
+        for (int i = 0; i < 200; ++i) {
+          host->SendData(text, 4, 8, text, nullptr, true);
+        }
       });
     }
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads) {
+      thread.join();
+    }
   }
 
   IModuleLogger* const logger;
@@ -177,7 +214,9 @@ class FakeModule : public IInputModule {
 
 std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputModule** module) {
   const std::string script = conduit::Environment("FAKE_MODULE_SCRIPT");
-  if (script == "no memory") return 6;
+  if (script == "no memory") {
+    return 6;
+  }
   *module = script == "no module" ? nullptr : new conduit::FakeModule(logger);
   return conduit::ResultSuccess;
 }

@@ -17,7 +17,9 @@ std::string Contents(std::FILE* file) {
   const int descriptor = fileno(file);
   for (off_t at = 0;;) {
     const ssize_t count = pread(descriptor, buffer, sizeof buffer, at);
-    if (count <= 0) return contents;
+    if (count <= 0) {
+      return contents;
+    }
     contents.append(buffer, static_cast<std::size_t>(count));
     at += count;
   }
@@ -30,7 +32,9 @@ std::string Contents(std::FILE* file) {
   std::vector<char*> words;
   static std::string program = CONDUIT;
   words.push_back(program.data());
-  for (const std::string& argument : arguments) words.push_back(const_cast<char*>(argument.data()));
+  for (const std::string& argument : arguments) {
+    words.push_back(const_cast<char*>(argument.data()));
+  }
   words.push_back(nullptr);
   execv(program.c_str(), words.data());
   _exit(127);
@@ -39,12 +43,14 @@ std::string Contents(std::FILE* file) {
 }  // namespace
 
 Outcome RunConduit(const std::vector<std::string>& arguments, const std::string& script,
-                   const Interruption& interruption) {
+                   const Interruption& interruption, const char* outputFile) {
   setenv("FAKE_MODULE_SCRIPT", script.c_str(), 1);
-  std::FILE* output = std::tmpfile();
+  std::FILE* output = outputFile ? std::fopen(outputFile, "w") : std::tmpfile();
   std::FILE* trouble = std::tmpfile();
   const pid_t child = fork();
-  if (child == 0) Become(arguments, output, trouble);
+  if (child == 0) {
+    Become(arguments, output, trouble);
+  }
 
   if (interruption.signal != 0) {
     const auto ended = [child] {
@@ -59,8 +65,8 @@ Outcome RunConduit(const std::vector<std::string>& arguments, const std::string&
   }
   int status = 0;
   waitpid(child, &status, 0);
-  const Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status),
-                        Contents(output), Contents(trouble)};
+  Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), Contents(output),
+                  Contents(trouble)};
   std::fclose(output);
   std::fclose(trouble);
   return outcome;

@@ -16,5 +16,6 @@ struct Interruption {
 };
 
 /// Runs `conduit` with the arguments and the fake module's script.
+/// @param outputFile  takes the output, which is then not in the outcome
 Outcome RunConduit(const std::vector<std::string>& arguments, const std::string& script = "",
-                   const Interruption& interruption = {});
+                   const Interruption& interruption = {}, const char* outputFile = nullptr);

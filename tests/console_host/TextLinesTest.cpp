@@ -24,7 +24,7 @@ TEST(Escaped, LetsNothingReachTheTerminal) {
       {"a\0b"s, "a\\x00b"},
       {"C:\\new", "C:\\\\new"},
       {"\u009b31m", "\\u{9b}31m"},
-      {"\u202Etxt\u2028", "\\u{202e}txt\\u{2028}"},
+      {"\u202Etxt\u202C\u2028", "\\u{202e}txt\\u{202c}\\u{2028}"},
       {"M\xDCLLER", "M\\xdcLLER"},
       {"\xC0\xAF", "\\xc0\\xaf"},                    // longer than it needs to be
       {"\xED\xA0\x80", "\\xed\\xa0\\x80"},           // half of a surrogate pair
@@ -32,7 +32,9 @@ TEST(Escaped, LetsNothingReachTheTerminal) {
       {"\xE6\x97", "\\xe6\\x97"},                    // cut short
       {"\xE6z", "\\xe6z"},
   };
-  for (const Case& one : cases) EXPECT_EQ(Escaped(one.text), one.escaped);
+  for (const Case& one : cases) {
+    EXPECT_EQ(Escaped(one.text), one.escaped);
+  }
 }
 
 TEST(DataFormat, KnowsImagesByTheirFirstBytes) {
