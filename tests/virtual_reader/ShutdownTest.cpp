@@ -1,3 +1,4 @@
+#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -96,6 +97,25 @@ TEST(Shutdown, MayComeFromTheCallbackThatReportsARefusal) {
   const auto shutDown = [](void*, const ReaderErrorInfo*, void*) { HaldenReader_Shutdown(); };
   EXPECT_NE(HaldenReader_Initialise(nullptr, nullptr, shutDown, nullptr, false, false, nullptr), 0);
   EXPECT_EQ(StateName(), "Not Initialised");
+}
+
+TEST(Shutdown, IsNotNeededBeforeTheLibraryIsUnloaded) {
+  ReaderSession session(LongSession);
+  // A copy is a library of its own; the one that is linked to stays loaded.
+  const std::filesystem::path copy = session.folder / "reader.so";
+  std::filesystem::copy_file(READER_LIBRARY, copy);
+  void* const library = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
+  ASSERT_NE(library, nullptr) << dlerror();
+  const auto initialise = reinterpret_cast<decltype(&HaldenReader_Initialise)>(
+      dlsym(library, "HaldenReader_Initialise"));
+  static std::atomic<int> events = 0;
+  const auto count = [](void*, ReaderEventCode) { ++events; };
+  ASSERT_EQ(initialise(nullptr, count, nullptr, nullptr, false, false, nullptr), 0);
+  while (events < 2) {
+    std::this_thread::yield();
+  }
+  dlclose(library);
+  EXPECT_EQ(dlopen(copy.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
 }
 
 /// A host's object that is destroyed after the reader library let go of everything.
