@@ -228,7 +228,7 @@ void ReadSex(char read, ReaderCodelineData* record) {
 
 /// A number too long for its field has a filler for a check digit, and goes on
 /// in the optional data up to the next filler, its check digit last (Doc 9303-5
-/// and 9303-6, note j).
+/// and 9303-6).
 void ReadNumber(const Lines& lines, const Format& format, CodelineReading* reading) {
   std::string number(At(lines, format.layout.number));
   char digit = At(lines, Behind(format.layout.number))[0];
