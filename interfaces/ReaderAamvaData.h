@@ -41,9 +41,6 @@ enum class ReaderEyeColor : std::int32_t {
   Dichromatic = 9,
 };
 
-/// A part of a ReaderDate with this value marks the whole date as absent.
-inline constexpr std::int32_t ReaderDateAbsent = -1;
-
 #pragma pack(push, 1)
 
 /// The holder's data of a driving licence or identity card after the AAMVA

@@ -21,4 +21,8 @@ static_assert(offsetof(ReaderDate, month) == 4);
 static_assert(offsetof(ReaderDate, year) == 8);
 static_assert(sizeof(ReaderDate) == 12 && alignof(ReaderDate) == 1);
 
+/// A part with this value marks a date of ReaderAamvaData as absent; codelines
+/// have no such mark.
+inline constexpr std::int32_t ReaderDateAbsent = -1;
+
 }  // namespace conduit
