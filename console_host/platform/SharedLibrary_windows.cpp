@@ -2,18 +2,33 @@
 
 #include <stdexcept>
 #include <string>
-#include <system_error>
 
+#include "console_host/FilePath.h"
 #include "console_host/platform/SharedLibrary.h"
 
 namespace conduit {
 
+namespace {
+
+/// MinGW's std::system_category knows few of the system's codes.
+std::string Explained(DWORD problem) {
+  wchar_t text[512];
+  DWORD length = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                problem, 0, text, 512, nullptr);
+  while (length > 0 && text[length - 1] <= L' ') {
+    --length;  // the system ends its sentences with a line end
+  }
+  return Utf8FromPath(std::wstring(text, length)) + " (error " + std::to_string(problem) + ")";
+}
+
+}  // namespace
+
 SharedLibrary::SharedLibrary(const std::filesystem::path& file)
     // The flag makes the system look for dependencies beside the file.
     : handle(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
-  if (handle) return;
-  const int problem = static_cast<int>(GetLastError());
-  throw std::runtime_error(std::system_category().message(problem));
+  if (!handle) {
+    throw std::runtime_error(Explained(GetLastError()));
+  }
 }
 
 SharedLibrary::~SharedLibrary() { FreeLibrary(static_cast<HMODULE>(handle)); }
