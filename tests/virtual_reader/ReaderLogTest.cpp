@@ -48,8 +48,7 @@ TEST(ReaderLog, WritesWhatTheLevelAdmits) {
   };
   for (int level = 0; level <= 5; ++level) {
     const std::string file = "log" + std::to_string(level);
-    ASSERT_EQ(HaldenReader_EnableLogging(true, level, EveryPart, (session.folder / file).c_str()),
-              0);
+    ASSERT_EQ(HaldenReader_EnableLogging(true, level, EveryPart, session.NameOf(file).c_str()), 0);
     session.PlayUntil();
     HaldenReader_Shutdown();
     HaldenReader_EnableLogging(false, 0, 0, nullptr);
@@ -62,7 +61,7 @@ TEST(ReaderLog, WritesWhatTheLevelAdmits) {
 
 TEST(ReaderLog, AppendsUnderAnyNameAndKeepsToItsMask) {
   ReaderSession session("no JSON");
-  const std::string file = (session.folder / "l\xC3\xB6g").string();
+  const std::string file = session.NameOf("l\xC3\xB6g");
   for (const std::int32_t mask : {EveryPart, 0, 1}) {
     ASSERT_EQ(HaldenReader_EnableLogging(true, 5, mask, file.c_str()), 0);
     session.Start();
@@ -74,11 +73,12 @@ TEST(ReaderLog, AppendsUnderAnyNameAndKeepsToItsMask) {
 
 TEST(ReaderLog, RefusesAFileThatCannotBeOpenedAndKeepsTheOneBefore) {
   ReaderSession session("no JSON");
-  const std::string good = (session.folder / "log").string();
+  const std::string good = session.NameOf("log");
   ASSERT_EQ(HaldenReader_EnableLogging(true, 0, EveryPart, good.c_str()), 0);
-  const std::string missing = (session.folder / "no" / "log").string();
+  const std::string missing = session.NameOf("no/log");
+  const std::string folder = session.NameOf("");
   for (const char* file :
-       {static_cast<const char*>(nullptr), "", session.folder.c_str(), missing.c_str()}) {
+       {static_cast<const char*>(nullptr), "", folder.c_str(), missing.c_str()}) {
     EXPECT_EQ(HaldenReader_EnableLogging(true, 0, EveryPart, file),
               Code(ReaderResult::LogNotOpened));
   }

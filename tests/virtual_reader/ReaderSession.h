@@ -1,17 +1,16 @@
 #pragma once
 
-#include <unistd.h>
-
 #include <condition_variable>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <functional>
 #include <mutex>
+#include <random>
 #include <string>
 #include <vector>
 
+#include "console_host/platform/Process.h"
 #include "interfaces/HaldenReaderHighLevelAPI.h"
 #include "virtual_reader/ReaderResult.h"
 
@@ -29,8 +28,10 @@ inline std::string StateName() {
 class ReaderSession {
  public:
   explicit ReaderSession(const std::string& json = "") {
-    std::string pattern = (std::filesystem::temp_directory_path() / "reader-XXXXXX").string();
-    folder = mkdtemp(pattern.data());
+    do {
+      folder = std::filesystem::temp_directory_path() /
+               ("reader-" + std::to_string(std::random_device()()));
+    } while (!std::filesystem::create_directory(folder));
     Write("session.json", json);
     Name(folder / "session.json");
   }
@@ -44,15 +45,26 @@ class ReaderSession {
   ReaderSession& operator=(const ReaderSession&) = delete;
 
   static void Name(const std::filesystem::path& file) {
-    setenv("HALDEN_READER_SESSION", file.c_str(), 1);
+    SetEnvironment("HALDEN_READER_SESSION", file);
+  }
+
+  /// A file of the folder, by a name in UTF-8.
+  std::filesystem::path PathOf(const std::string& file) const {
+    return folder / std::u8string(file.begin(), file.end());
+  }
+
+  /// The same in UTF-8, as the reader takes it.
+  std::string NameOf(const std::string& file) const {
+    const std::u8string name = PathOf(file).u8string();
+    return {name.begin(), name.end()};
   }
 
   void Write(const std::string& file, const std::string& bytes) const {
-    std::ofstream(folder / file, std::ios::binary) << bytes;
+    std::ofstream(PathOf(file), std::ios::binary) << bytes;
   }
 
   std::string Read(const std::string& file) const {
-    std::ifstream stream(folder / file, std::ios::binary);
+    std::ifstream stream(PathOf(file), std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 

@@ -1,4 +1,3 @@
-#include <dlfcn.h>
 #include <gmock/gmock.h>
 
 #include <atomic>
@@ -97,59 +96,6 @@ TEST(Shutdown, MayComeFromTheCallbackThatReportsARefusal) {
   const auto shutDown = [](void*, const ReaderErrorInfo*, void*) { HaldenReader_Shutdown(); };
   EXPECT_NE(HaldenReader_Initialise(nullptr, nullptr, shutDown, nullptr, false, false, nullptr), 0);
   EXPECT_EQ(StateName(), "Not Initialised");
-}
-
-TEST(Shutdown, IsNotNeededBeforeTheLibraryIsUnloaded) {
-  // A thread left behind would wake up in code that is gone.
-  ReaderSession session(R"({"steps": [{"event": "DATA_READ"}, {"pause": 30}]})");
-  // A copy is a library of its own; the one that is linked to stays loaded.
-  const std::filesystem::path copy = session.folder / "reader.so";
-  std::filesystem::copy_file(READER_LIBRARY, copy);
-  void* const library = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
-  ASSERT_NE(library, nullptr) << dlerror();
-  const auto initialise = reinterpret_cast<decltype(&HaldenReader_Initialise)>(
-      dlsym(library, "HaldenReader_Initialise"));
-  static std::atomic<int> events = 0;
-  const auto count = [](void*, ReaderEventCode) { ++events; };
-  ASSERT_EQ(initialise(nullptr, count, nullptr, nullptr, false, false, nullptr), 0);
-  while (events < 2) {
-    std::this_thread::yield();
-  }
-  dlclose(library);
-  EXPECT_EQ(dlopen(copy.c_str(), RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
-  std::this_thread::sleep_for(std::chrono::milliseconds(60));
-}
-
-/// A host's object that is destroyed after the reader library let go of everything.
-struct LateHost {
-  ~LateHost() { HaldenReader_Shutdown(); }
-};
-
-TEST(ShutdownDeathTest, IsNotNeededForTheProcessToEnd) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  ReaderSession session(LongSession);
-  const auto whilePlaying = [&] {
-    static const LateHost host;
-    session.PlayUntil(LastOfLongSession);
-    std::exit(0);
-  };
-  const auto afterShutdownInACallback = [&] {
-    std::promise<void> stopped;
-    session.onEvent = [&](ReaderEventCode) {
-      HaldenReader_Shutdown();
-      stopped.set_value();
-    };
-    session.Start();
-    stopped.get_future().wait();
-    std::exit(0);
-  };
-  const auto insideACallback = [&] {
-    session.onEvent = [](ReaderEventCode) { std::exit(0); };
-    session.PlayUntil("never");
-  };
-  EXPECT_EXIT(whilePlaying(), testing::ExitedWithCode(0), "");
-  EXPECT_EXIT(afterShutdownInACallback(), testing::ExitedWithCode(0), "");
-  EXPECT_EXIT(insideACallback(), testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
