@@ -64,7 +64,7 @@ class ReaderSession {
   }
 
   std::string Read(const std::string& file) const {
-    std::ifstream stream(PathOf(file), std::ios::binary);
+    std::ifstream stream(PathOf(file));
     return {std::istreambuf_iterator<char>(stream), {}};
   }
 

@@ -72,7 +72,7 @@ const Refusal Refusals[] = {
      "document.images.IMAGEVIS: \"none.png\": there is no such file"},
     {InDocument(R"("images": {"IMAGEVIS": "."})"), "this is a folder or a device"},
     {InDocument(R"("images": {"IMAGEVIS": "empty"})"), "the file is empty"},
-    {InDocument(R"("images": {"IMAGEVIS": "huge"})"), "the file has 1099511627776 bytes, at most"},
+    {InDocument(R"("images": {"IMAGEVIS": "huge"})"), "the file has 1073741824 bytes, at most"},
     {InDocument(R"("barcodes": [{"symbology": "QR", "text": ""}])"),
      "document.barcodes #1.symbology: there is no symbology \"QR\"; known: "},
     {InDocument(R"("barcodes": [{"symbology": "BARCODE_QRCODE", "text": "", "file": "x"}])"),
@@ -88,7 +88,7 @@ TEST(SessionRefusal, NamesTheFileThePlaceAndTheReason) {
     ReaderSession session(refusal.json);
     session.Write("empty", "");
     session.Write("huge", "");
-    std::filesystem::resize_file(session.folder / "huge", std::uintmax_t{1} << 40);
+    std::filesystem::resize_file(session.folder / "huge", std::uintmax_t{1} << 30);
     EXPECT_EQ(session.Start(), Code(refusal.result));
     EXPECT_THAT(session.Calls(),
                 ElementsAre(testing::AllOf(HasSubstr("session.json: "), HasSubstr(refusal.reason),
