@@ -116,6 +116,7 @@ void BaseString<Char>::FormatArguments(const char* format, std::va_list argument
   std::array<Char, 128> scratch;
   std::va_list again;
   va_copy(again, arguments);
+  // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): both callers start the list
   const int count = std::vsnprintf(scratch.data(), scratch.size(), format, arguments);
   if (count < 0) {
     Assign(nullptr, 0);

@@ -130,7 +130,7 @@ Header ReadHeader(std::string_view text) {
     at = text.find("AAMVA");  // the file type of early cards
   }
   constexpr std::size_t separators = 8;  // "@", LF, RS, CR, and a few that a scanner adds
-  if (at == std::string_view::npos || at > separators) {
+  if (at > separators) {
     Refuse("the file type \"ANSI \" does not follow the \"@\" of the AAMVA barcode");
   }
   const std::string_view rest = text.substr(at + fileTypeSize);
@@ -269,8 +269,8 @@ std::int32_t ColorOf(const Elements& elements, const char* id,
 
 void ReadSex(const Elements& elements, ReaderAamvaData* record) {
   const std::string code = ValueOf(elements, "DBC");
-  const auto found = std::find_if(std::begin(Sexes), std::end(Sexes),
-                                  [&code](const auto& row) { return row.code == code; });
+  const auto* const found = std::find_if(std::begin(Sexes), std::end(Sexes),
+                                         [&code](const auto& row) { return row.code == code; });
   if (found != std::end(Sexes)) {
     PutText(record->sex, found->sex, "sex");
     record->shortSex = found->shortSex;
@@ -327,7 +327,7 @@ AamvaReading ReadAamva(std::string_view text) {
   const Header header = ReadHeader(text);
   AamvaReading reading = {};
   if (header.licence.empty()) {
-    reading.warnings.push_back(
+    reading.warnings.emplace_back(
         "the AAMVA header does not lead to a DL or ID subfile: its elements are found by name");
   }
   Elements elements = FindElements(header.licence.empty() ? header.body : header.licence);

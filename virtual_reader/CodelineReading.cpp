@@ -277,8 +277,9 @@ CodelineReading ReadCodeline(const Lines& lines) {
   ReaderCodelineData& record = reading.record;
 
   const std::string code(WithoutFillersAtEnd(std::string_view(lines[0]).substr(0, 2)));
-  const auto type = std::find_if(std::begin(DocumentTypes), std::end(DocumentTypes),
-                                 [&](const auto& row) { return code.starts_with(row.code); });
+  const auto* const type =
+      std::find_if(std::begin(DocumentTypes), std::end(DocumentTypes),
+                   [&](const auto& row) { return code.starts_with(row.code); });
   PutText(record.docId, code, "docId");
   PutText(record.docType, type->docType, "docType");
   PutText(record.issuingState, WithoutFillersAtEnd(std::string_view(lines[0]).substr(2, 3)),

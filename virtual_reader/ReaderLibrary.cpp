@@ -1,4 +1,5 @@
 #include <exception>
+#include <memory>
 #include <new>
 
 #include "interfaces/HaldenReaderHighLevelAPI.h"
@@ -10,13 +11,10 @@ namespace {
 /// Never destroyed, so that a host may still call Shutdown from its own late
 /// destructors; what it holds is let go when the library is unloaded.
 VirtualReader& Reader() {
-  struct Releaser {
-    VirtualReader* reader;
-    ~Releaser() { reader->Release(); }
-  };
   alignas(VirtualReader) static char storage[sizeof(VirtualReader)];
-  static VirtualReader* const reader = new (storage) VirtualReader;
-  static const Releaser releaser = {reader};
+  static auto* const reader = new (storage) VirtualReader;
+  constexpr auto release = [](VirtualReader* released) { released->Release(); };
+  static const std::unique_ptr<VirtualReader, decltype(release)> releaser(reader, release);
   return *reader;
 }
 

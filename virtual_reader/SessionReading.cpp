@@ -13,7 +13,7 @@ namespace {
 using Json = SessionField::Json;
 
 /// Images stand in files of their own, so a session is text of modest size.
-constexpr std::uintmax_t LargestSession = 16 * 1024 * 1024;
+constexpr std::uintmax_t LargestSession = std::uintmax_t{16} << 20;
 
 /// Refuses a field that an object names twice, of which the parser would
 /// silently keep one.

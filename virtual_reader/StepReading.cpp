@@ -17,7 +17,7 @@ namespace conduit {
 namespace {
 
 /// Room for an uncompressed page image of 600 dpi.
-constexpr std::uintmax_t LargestItem = 64 * 1024 * 1024;
+constexpr std::uintmax_t LargestItem = std::uintmax_t{64} << 20;
 
 constexpr std::int32_t LongestPause = 60 * 60 * 1000;
 
@@ -53,6 +53,7 @@ const std::vector<StepReading::FieldReader> StepReading::DocumentFields = {
 
 void StepReading::ReadFields(const SessionField& object, const std::vector<FieldReader>& readers) {
   std::vector<std::string> names;
+  names.reserve(readers.size());
   for (const FieldReader& reader : readers) {
     names.emplace_back(reader.name);
   }
@@ -90,6 +91,7 @@ void StepReading::ReadSwipe(const SessionField& field) {
   char(*const tracks[])[sizeof record.track1] = {&record.track1, &record.track2, &record.track3};
   std::size_t next = 0;
   for (const SessionField& track : field.Elements(1, std::size(tracks))) {
+    // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): there are no more than the tracks
     track.Try([&] { PutText(*tracks[next++], track.Text(), "the track"); });
   }
   AddEvent(ReaderEventCode::StartOfSwipeData);
