@@ -1,0 +1,244 @@
+#include <CLI/CLI.hpp>
+#include <cstring>
+#include <iostream>
+#include <memory>
+
+#include "interfaces/ReaderAamvaData.h"
+#include "interfaces/ReaderBarcodeData.h"
+#include "interfaces/ReaderCodelineData.h"
+#include "interfaces/ReaderSwipeData.h"
+#include "soaking/SoakHost.h"
+#include "tests/support/AllocationCount.h"
+#include "tests/support/ScriptedReader.h"
+#include "tests/support/TestedModule.h"
+
+namespace conduit {
+namespace {
+
+/// Every seventh document is preceded by an error, so that errors meet every kind.
+constexpr std::int64_t DocumentsPerError = 7;
+constexpr std::int64_t FirstThousand = 1000;
+constexpr std::int64_t MostDocuments = 1'000'000'000;
+
+class CountingLogger final : public IModuleLogger {
+ public:
+  void Log(std::int32_t, const char*, const char*) override { ++lines; }
+  std::int64_t lines = 0;
+};
+
+void SendCodeline(ReaderDataType type, const char* docType, const char* number) {
+  ReaderCodelineData record{};
+  std::strcpy(record.codeline, "P<UTOERIKSSON<<ANNA<MARIA");
+  std::strcpy(record.docType, docType);
+  std::strcpy(record.docNumber, number);
+  record.dateOfBirth = {5, 11, 85};
+  record.expiryDate = {15, 4, 30};
+  TheScriptedReader().SendRecord(type, record);
+}
+
+void SendPagePassport(const char* number) {
+  SendCodeline(ReaderDataType::CodelineRecord, "PASSPORT", number);
+}
+
+void SendChipPassport(const char* number) {
+  SendCodeline(ReaderDataType::ChipCodelineRecord, "PASSPORT", number);
+}
+
+void SendUnknownPage(const char* number) {
+  SendCodeline(ReaderDataType::CodelineRecord, "", number);
+}
+
+void SendLicence(const char* number) {
+  static ReaderAamvaData record{};
+  std::strcpy(record.licenceNumber, number);
+  record.height = 180;
+  record.heightUnit = static_cast<std::int32_t>(ReaderMeasurementUnit::Centimetre);
+  TheScriptedReader().SendRecord(ReaderDataType::AamvaBarcodeRecord, record);
+}
+
+void SendSwipe(const char* number) {
+  ReaderSwipeData record{};
+  std::strcpy(record.track1, number);
+  TheScriptedReader().SendRecord(ReaderDataType::SwipeRecord, record);
+}
+
+void SendBarcodes(const char* number) {
+  ReaderBarcodeData barcode{};
+  barcode.count = 3;
+  barcode.data = number;
+  barcode.length = static_cast<std::int32_t>(std::strlen(number));
+  for (; barcode.index < barcode.count; ++barcode.index) {
+    TheScriptedReader().SendRecord(ReaderDataType::BarcodeQr, barcode);
+  }
+}
+
+void SendImages(const char* number) {
+  std::string image = number;
+  for (const ReaderDataType type : {ReaderDataType::ImageVis, ReaderDataType::ImagePhoto}) {
+    TheScriptedReader().SendData(type, static_cast<std::int32_t>(image.size()), image.data());
+  }
+}
+
+struct PlayedKind {
+  DocumentKind kind;
+  void (*send)(const char* number);
+};
+
+std::vector<PlayedKind> PlayedKinds() {
+  std::vector<const char*> chip = {"CODELINE_DATA",
+                                   "CODELINE_LINE_1",
+                                   "CODELINE_LINE_2",
+                                   "CODELINE_LINE_3",
+                                   "CODELINE_DATE_OF_BIRTH_STR",
+                                   "CODELINE_DATE_OF_BIRTH_STR_FORMATTED",
+                                   "CODELINE_EXPIRY_DATE_STR",
+                                   "CODELINE_EXPIRY_DATE_STR_FORMATTED",
+                                   "CODELINE_DOC_ID",
+                                   "CODELINE_DOC_NUMBER",
+                                   "CODELINE_DOC_TYPE",
+                                   "CODELINE_OPTIONAL_DATA_1",
+                                   "CODELINE_OPTIONAL_DATA_2",
+                                   "CODELINE_SURNAME",
+                                   "CODELINE_FORENAME",
+                                   "CODELINE_FORENAMES",
+                                   "CODELINE_ISSUING_STATE",
+                                   "CODELINE_NATIONALITY",
+                                   "CODELINE_SECOND_NAME",
+                                   "CODELINE_SEX",
+                                   "CODELINE_SHORT_SEX"};
+  std::vector<const char*> page = chip;
+  page.insert(page.begin(), "INPUT_SOURCE");
+  return {
+      {{"passport page", page, "CODELINE_DOC_NUMBER"}, SendPagePassport},
+      {{"passport chip", chip, "CODELINE_DOC_NUMBER"}, SendChipPassport},
+      {{"unknown page", {"INPUT_SOURCE", "UNKNOWN_DOCUMENT"}, nullptr}, SendUnknownPage},
+      {{"driving licence",
+        {"AAMVA_PARSED_LICENCENUMBER",   "AAMVA_PARSED_FULLNAME",
+         "AAMVA_PARSED_SURNAME",         "AAMVA_PARSED_FORENAME",
+         "AAMVA_PARSED_MIDDLENAME",      "AAMVA_PARSED_NAMESUFFIX",
+         "AAMVA_PARSED_GIVENNAMES",      "AAMVA_PARSED_SEX",
+         "AAMVA_PARSED_ADDRESS_STREET",  "AAMVA_PARSED_ADDRESS_CITY",
+         "AAMVA_PARSED_ADDRESS_STATE",   "AAMVA_PARSED_ADDRESS_POSTALCODE",
+         "AAMVA_PARSED_ADDRESS_COUNTRY", "AAMVA_PARSED_SHORTSEX",
+         "AAMVA_PARSED_DATEOFBIRTH",     "AAMVA_PARSED_DATEOFBIRTH_FORMATTED",
+         "AAMVA_PARSED_ISSUEDATE",       "AAMVA_PARSED_ISSUEDATE_FORMATTED",
+         "AAMVA_PARSED_EXPIRYDATE",      "AAMVA_PARSED_EXPIRYDATE_FORMATTED",
+         "AAMVA_PARSED_HEIGHT",          "AAMVA_PARSED_WEIGHT",
+         "AAMVA_PARSED_HAIR_COLOR",      "AAMVA_PARSED_EYE_COLOR"},
+        "AAMVA_PARSED_LICENCENUMBER"},
+       SendLicence},
+      {{"swiped card",
+        {"INPUT_SOURCE", "SWIPE_MSR_TRACK_1", "SWIPE_MSR_TRACK_2", "SWIPE_MSR_TRACK_3"},
+        "SWIPE_MSR_TRACK_1"},
+       SendSwipe},
+      {{"barcodes", {"BARCODE_QRCODE", "BARCODE_QRCODE", "BARCODE_QRCODE"}, "BARCODE_QRCODE"},
+       SendBarcodes},
+      {{"images", {"IMAGEVIS", "IMAGEPHOTO"}, "IMAGEVIS"}, SendImages},
+  };
+}
+
+/// What the reader has sent: the other side of the host's counts.
+struct Sent {
+  std::int64_t documents = 0;
+  std::int64_t items = 0;
+  std::int64_t events = 0;
+  std::int64_t errors = 0;
+};
+
+void PlayDocument(const PlayedKind& played, std::int64_t number, SoakHost& host, Sent& sent) {
+  const ScriptedReader& reader = TheScriptedReader();
+  if (number % DocumentsPerError == 0) {
+    reader.SendError("Lamp failure");
+    reader.SendEvent(ReaderEventCode::ReaderErrorResolved);
+    ++sent.errors;
+    ++sent.events;
+  }
+  const bool swiped = played.send == SendSwipe;
+  host.Expect(played.kind, number);
+  reader.SendEvent(ReaderEventCode::DocOnWindow);
+  reader.SendEvent(swiped ? ReaderEventCode::StartOfSwipeData
+                          : ReaderEventCode::StartOfDocumentData);
+  played.send(std::to_string(number).c_str());
+  reader.SendEvent(swiped ? ReaderEventCode::EndOfSwipeData : ReaderEventCode::EndOfDocumentData);
+  reader.SendEvent(ReaderEventCode::DocRemoved);
+  host.CheckComplete();
+  ++sent.documents;
+  sent.items += static_cast<std::int64_t>(played.kind.items.size());
+  sent.events += 4;
+}
+
+void Compare(const char* what, std::int64_t sent, std::int64_t received) {
+  std::cout << what << ": " << sent << " sent, " << received << " received\n";
+  if (sent != received) {
+    throw SoakFault(std::string("the counts of ") + what + " differ");
+  }
+}
+
+void Soak(std::int64_t documents) {
+  const std::vector<PlayedKind> kinds = PlayedKinds();
+  CountingLogger logger;
+  SoakHost host;
+  TestedModule module(MODULE_FILE, &logger);
+  module->SetHost(&host);
+  module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
+  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "first");
+  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "second");
+  if (module->Initialise() != 0) {
+    throw SoakFault("the module does not start");
+  }
+  const bool counts = CountAllocations(true);
+  std::int64_t liveEarly = 0;
+  Sent sent;
+  for (std::int64_t number = 1; number <= documents; ++number) {
+    PlayDocument(kinds[static_cast<std::size_t>(number) % kinds.size()], number, host, sent);
+    if (number == FirstThousand) {
+      liveEarly = Allocations().live;
+    }
+  }
+  const AllocationCount heap = Allocations();
+  CountAllocations(false);
+  module->Shutdown();
+
+  Compare("documents", sent.documents, host.documents);
+  Compare("items", sent.items, host.items);
+  Compare("events", sent.events, host.events);
+  Compare("errors", sent.errors, host.errors);
+  Compare("scripts", 2 * sent.documents, host.scripts);
+  Compare("states", 1 + sent.events + sent.errors, host.states);
+  std::cout << "log lines: " << logger.lines << "\n";
+  if (counts && documents <= FirstThousand) {
+    std::cout << "heap: not compared, that takes more than " << FirstThousand << " documents\n";
+  } else if (counts) {
+    std::cout << "heap: " << heap.live - liveEarly << " bytes more at the end than after "
+              << FirstThousand << " documents, " << heap.calls << " allocations\n";
+    if (heap.live != liveEarly) {
+      throw SoakFault("memory grows with the number of documents");
+    }
+  }
+}
+
+}  // namespace
+}  // namespace conduit
+
+int main(int argc, char** argv) {
+  CLI::App app(
+      "Plays documents of every kind through the module, with conditions that fire and\n"
+      "errors between, and holds every call against what has to come.\n\nExamples:\n"
+      "  conduit_soak\n  conduit_soak 3000");
+  std::int64_t documents = 200000;
+  app.add_option("documents", documents, "How many documents")
+      ->capture_default_str()
+      ->check(CLI::Range(std::int64_t{1}, MostDocuments));
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;
+  }
+  try {
+    conduit::Soak(documents);
+  } catch (const std::exception& error) {
+    std::cerr << "soak: " << error.what() << "\n";
+    return 1;
+  }
+  return 0;
+}
