@@ -1,0 +1,326 @@
+// The least that a delivery takes: texts are read where they stand, log lines
+// are built on the stack, nothing is allocated.
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <ctime>
+#include <iterator>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "benchmarks/ComparedModule.h"
+#include "benchmarks/DeliveredItems.h"
+#include "interfaces/ReaderBarcodeData.h"
+#include "interfaces/ReaderState.h"
+#include "interfaces/ResultCode.h"
+
+namespace conduit {
+namespace {
+
+/// A text that is written from left to right; what does not fit is cut.
+class StackText {
+ public:
+  StackText& operator<<(std::string_view piece) {
+    const std::size_t room = sizeof text - 1 - length;
+    const std::size_t size = piece.size() < room ? piece.size() : room;
+    std::memcpy(text + length, piece.data(), size);
+    length += size;
+    return *this;
+  }
+  StackText& operator<<(std::int32_t number) {
+    length = static_cast<std::size_t>(
+        std::to_chars(text + length, text + sizeof text - 1, number).ptr - text);
+    return *this;
+  }
+  StackText& TwoDigits(std::int32_t number) {
+    return (number < 10 ? *this << "0" : *this) << number;
+  }
+  const char* Text() {
+    text[length] = '\0';
+    return text;
+  }
+
+ private:
+  std::size_t length = 0;
+  char text[4096];
+};
+
+class OneProperty final : public IStringMap {
+ public:
+  explicit OneProperty(std::int32_t number) {
+    *std::to_chars(value, value + sizeof value - 1, number).ptr = '\0';
+  }
+  std::int32_t Count() override { return 1; }
+  void Set(const char*, const char*) override {}
+  const char* Get(const char* key) override {
+    return std::strcmp(key, "feature") == 0 ? value : nullptr;
+  }
+  void RemoveAll() override {}
+  void Remove(const char*) override {}
+
+ private:
+  char value[12];
+};
+
+std::tm Now() {
+  const std::time_t now = std::time(nullptr);
+  std::tm local{};
+  ::localtime_r(&now, &local);
+  return local;
+}
+
+bool IsDateFormat(const char* format) {
+  while ((format = std::strchr(format, '%')) != nullptr) {
+    if (format[1] == '\0' || std::strchr(DateConversions, format[1]) == nullptr) {
+      return false;
+    }
+    format += 2;
+  }
+  return true;
+}
+
+class FloorModule final : public ComparedModule<FloorModule> {
+ public:
+  using ComparedModule::ComparedModule;
+
+  std::int32_t Initialise() override {
+    StartReader(level, parameters[LogFile].inUse);
+    ReportState();
+    return 0;
+  }
+
+  std::int32_t SetParameter(const char* name, const char* value) override {
+    Parameter* const parameter = FindParameter(name);
+    if (parameter == nullptr) {
+      return ResultUnknownParameter;
+    }
+    const std::size_t size = std::strlen(value);
+    if (parameter->kind == Kind::Level) {
+      std::int32_t number = 0;
+      if (std::from_chars(value, value + size, number).ptr != value + size || number < 0 ||
+          number > 5) {
+        return ResultInvalidValue;
+      }
+      level = number;
+    } else if (parameter->kind == Kind::Required) {
+      if (size == 0) {
+        return ResultValueMissing;
+      }
+    } else {
+      char formatted[1024];
+      const std::tm now = Now();
+      if (!IsDateFormat(value)) {
+        return ResultInvalidValue;
+      }
+      std::strftime(formatted, sizeof formatted, value, &now);
+    }
+    std::memcpy(parameter->inUse, value, size + 1);
+    std::memcpy(parameter->asSet, value, size + 1);
+    return ResultSuccess;
+  }
+
+  std::int32_t GetParameter(const char* name, const char** value) override {
+    Parameter* const parameter = FindParameter(name);
+    if (parameter == nullptr) {
+      return ResultUnknownParameter;
+    }
+    *value = parameter->asSet;
+    return ResultSuccess;
+  }
+
+  std::int32_t AddCondition(const char*, const char* value) override {
+    scripts.try_emplace(value);
+    return ResultSuccess;
+  }
+
+  std::int32_t AddAction(const char*, const char* value, const char*, const char* script) override {
+    scripts[value].push_back(script);
+    return ResultSuccess;
+  }
+
+  void OnData(ReaderDataType type, std::int32_t length, const void* data) {
+    const auto item = std::find_if(std::begin(ReaderItemNames), std::end(ReaderItemNames),
+                                   [type](const auto& row) { return row.type == type; });
+    if (logger != nullptr) {
+      StackText line;
+      logger->Log(
+          2, ItemTag,
+          (line << "ItemName: " << (item != std::end(ReaderItemNames) ? item->name : "")).Text());
+    }
+    if (item != std::end(ReaderItemNames)) {
+      host->SendData(item->name, item->itemType, length, data, nullptr, true);
+    } else if (type == ReaderDataType::CodelineRecord) {
+      Deliver("INPUT_SOURCE", "OCR");
+      DeliverCodeline(static_cast<const char*>(data));
+    } else if (type == ReaderDataType::AamvaBarcodeRecord) {
+      DeliverLicence(static_cast<const char*>(data));
+    } else {
+      DeliverBarcode(type, *static_cast<const ReaderBarcodeData*>(data));
+    }
+  }
+
+  void OnEvent(ReaderEventCode code) {
+    host->ReportError("");
+    const char* const name = ReaderEventNames[static_cast<std::size_t>(code)];
+    if (logger != nullptr) {
+      StackText line;
+      logger->Log(2, EventTag, (line << "Event: " << name).Text());
+    }
+    if (const auto waiting = scripts.find(name); waiting != scripts.end()) {
+      for (const char* const script : waiting->second) {
+        if (host->SetActiveScript(script) != 0) {
+          break;
+        }
+      }
+    }
+    if (code == ReaderEventCode::StartOfDocumentData || code == ReaderEventCode::StartOfSwipeData) {
+      host->BeginData();
+    } else if (code == ReaderEventCode::EndOfDocumentData ||
+               code == ReaderEventCode::EndOfSwipeData) {
+      host->EndData();
+    }
+    host->SendEvent(name);
+    ReportState();
+  }
+
+ private:
+  enum class Kind { Level, Required, Date };
+  enum Position { LogLevel, LogFile, BirthFormat, ExpiryFormat, IssueFormat, BadChars };
+  struct Parameter {
+    const char* name;
+    Kind kind;
+    char inUse[64];
+    char asSet[64];
+  };
+
+  Parameter* FindParameter(const char* name) {
+    const auto found = std::find_if(std::begin(parameters), std::end(parameters),
+                                    [&](auto& row) { return std::strcmp(row.name, name) == 0; });
+    return found != std::end(parameters) ? found : nullptr;
+  }
+
+  void ReportState() {
+    host->ReportState(ReaderStateNames[static_cast<std::size_t>(HaldenReader_GetState())]);
+  }
+
+  void Deliver(std::string_view name, const char* value) {
+    const std::size_t length = std::strlen(value);
+    if (logger != nullptr) {
+      StackText line;
+      line << "ProcessStringDataItem - aName " << name << "  aValue "
+           << std::string_view(value, length);
+      logger->Log(2, TextTag, line.Text());
+    }
+    host->SendData(name.data(), ItemTypeText, static_cast<std::int32_t>(length), value, nullptr,
+                   true);
+  }
+
+  void DeliverCharacter(std::string_view name, char character) {
+    const char text[] = {character, '\0'};
+    Deliver(name, text);
+  }
+
+  void DeliverDate(std::string_view name, ReaderDate date) {
+    StackText text;
+    text.TwoDigits(date.day) << "-";
+    text.TwoDigits(date.month) << "-";
+    Deliver(name, text.TwoDigits(date.year).Text());
+  }
+
+  void DeliverFormatted(std::string_view name, Position format, ReaderDate date, bool ahead) {
+    const std::int32_t current = Now().tm_year;
+    const std::int32_t ofCentury = current % 100;
+    std::tm time{};
+    time.tm_mday = std::clamp(date.day, 1, 31);
+    time.tm_mon = std::clamp(date.month, 1, 12) - 1;
+    time.tm_year = date.year + (ahead || date.year < ofCentury ? current - ofCentury : 0);
+    char text[1024];
+    std::strftime(text, sizeof text, parameters[format].inUse, &time);
+    Deliver(name, text);
+  }
+
+  void DeliverMeasure(std::string_view name, std::int32_t value, std::int32_t unit) {
+    StackText text;
+    if (value != 0) {
+      text << value << " " << UnitWords[unit];
+    }
+    Deliver(name, text.Text());
+  }
+
+  void DeliverCodeline(const char* record) {
+    const auto& fields = *reinterpret_cast<const ReaderCodelineData*>(record);
+    const char* const documentTypes[] = {"VISA", "RESIDENCE CARD", "PASSPORT", "IDENTITY CARD",
+                                         "DRIVING LICENCE"};
+    if (std::strpbrk(fields.codeline, parameters[BadChars].inUse) != nullptr) {
+      host->SendData("BAD_CHARS", ItemTypeText, 1, " ", nullptr, true);
+    }
+    for (const DeliveredText& text : CodelineLines) {
+      Deliver({text.name, text.nameLength}, record + text.offset);
+    }
+    if (std::none_of(std::begin(documentTypes), std::end(documentTypes),
+                     [&](const char* type) { return std::strcmp(type, fields.docType) == 0; })) {
+      return;
+    }
+    DeliverDate("CODELINE_DATE_OF_BIRTH_STR", fields.dateOfBirth);
+    DeliverFormatted("CODELINE_DATE_OF_BIRTH_STR_FORMATTED", BirthFormat, fields.dateOfBirth,
+                     false);
+    DeliverDate("CODELINE_EXPIRY_DATE_STR", fields.expiryDate);
+    DeliverFormatted("CODELINE_EXPIRY_DATE_STR_FORMATTED", ExpiryFormat, fields.expiryDate, true);
+    for (const DeliveredText& text : CodelineFields) {
+      Deliver({text.name, text.nameLength}, record + text.offset);
+    }
+    DeliverCharacter("CODELINE_SHORT_SEX", fields.shortSex);
+  }
+
+  void DeliverLicence(const char* record) {
+    const auto& fields = *reinterpret_cast<const ReaderAamvaData*>(record);
+    for (const DeliveredText& text : AamvaFields) {
+      Deliver({text.name, text.nameLength}, record + text.offset);
+    }
+    DeliverCharacter("AAMVA_PARSED_SHORTSEX", fields.shortSex);
+    DeliverDate("AAMVA_PARSED_DATEOFBIRTH", fields.dateOfBirth);
+    DeliverFormatted("AAMVA_PARSED_DATEOFBIRTH_FORMATTED", BirthFormat, fields.dateOfBirth, false);
+    DeliverDate("AAMVA_PARSED_ISSUEDATE", fields.issueDate);
+    DeliverFormatted("AAMVA_PARSED_ISSUEDATE_FORMATTED", IssueFormat, fields.issueDate, false);
+    DeliverDate("AAMVA_PARSED_EXPIRYDATE", fields.expiryDate);
+    DeliverFormatted("AAMVA_PARSED_EXPIRYDATE_FORMATTED", ExpiryFormat, fields.expiryDate, true);
+    DeliverMeasure("AAMVA_PARSED_HEIGHT", fields.height, fields.heightUnit);
+    DeliverMeasure("AAMVA_PARSED_WEIGHT", fields.weight, fields.weightUnit);
+    Deliver("AAMVA_PARSED_HAIR_COLOR", HairWords[fields.hairColor]);
+    Deliver("AAMVA_PARSED_EYE_COLOR", EyeWords[fields.eyeColor]);
+  }
+
+  void DeliverBarcode(ReaderDataType type, const ReaderBarcodeData& barcode) {
+    const auto row = std::find_if(std::begin(ReaderBarcodeNames), std::end(ReaderBarcodeNames),
+                                  [type](const auto& name) { return name.type == type; });
+    OneProperty properties(barcode.index);
+    host->SendData(row->name, ReaderBarcodeItemTypes[barcode.format], barcode.length, barcode.data,
+                   &properties, barcode.index + 1 == barcode.count);
+  }
+
+  std::int32_t level = 1;
+  Parameter parameters[6] = {
+      {"LogLevel", Kind::Level, "1", ""},
+      {"LogFileName", Kind::Required, "FullPageOutputConduit.log", ""},
+      {"DateOfBirthFormat", Kind::Date, "%d-%m-%Y", ""},
+      {"ExpiryDateFormat", Kind::Date, "%d-%m-%Y", ""},
+      {"IssueDateFormat", Kind::Date, "%d-%m-%Y", ""},
+      {"BadChars", Kind::Required, "*_", ""},
+  };
+  /// The texts are lent: the benchmark's are literals or live as long as it.
+  std::unordered_map<std::string_view, std::vector<const char*>> scripts;
+};
+
+}  // namespace
+}  // namespace conduit
+
+std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputModule** module) {
+  *module = new conduit::FloorModule(logger);
+  return 0;
+}
+
+std::int32_t CIM_Destroy(conduit::IInputModule* module) {
+  delete module;
+  return 0;
+}

@@ -1,0 +1,171 @@
+#include <benchmark/benchmark.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <memory>
+
+#include "benchmarks/RatioTable.h"
+#include "benchmarks/Workload.h"
+#include "tests/support/AllocationCount.h"
+#include "tests/support/ScriptedReader.h"
+
+namespace conduit {
+namespace {
+
+/// A host and a logger that take every call and do nothing with it, so that
+/// the times are the implementations' own.
+class IdleHost final : public IInputModuleHost {
+ public:
+  std::int32_t SendData(const char*, ItemType, std::int32_t, const void*, IStringMap*,
+                        bool) override {
+    return 0;
+  }
+  void SendEvent(const char*) override {}
+  void BeginData() override {}
+  void EndData() override {}
+  std::int32_t SetActiveScript(const char*) override { return 0; }
+  void ReportState(const char*) override {}
+  void ReportError(const char*) override {}
+};
+
+class IdleLogger final : public IModuleLogger {
+ public:
+  void Log(std::int32_t, const char*, const char*) override {}
+};
+
+IdleHost idleHost;
+IdleLogger idleLogger;
+
+std::unique_ptr<Subject> Prepare(const Workload& workload, const char* file) {
+  auto subject =
+      std::make_unique<Subject>(file, workload.logged ? &idleLogger : nullptr, &idleHost);
+  workload.prepare(*subject);
+  return subject;
+}
+
+/// Names the first call in which the outputs of two implementations differ.
+void CompareOutputs(const Workload& workload) {
+  const std::vector<std::string> expected = OutputOf(workload, Implementations[0].file);
+  for (const Implementation& implementation : Implementations) {
+    const std::vector<std::string> output = OutputOf(workload, implementation.file);
+    for (std::size_t index = 0; index < std::max(expected.size(), output.size()); ++index) {
+      const std::string wanted = index < expected.size() ? expected[index] : "(nothing)";
+      const std::string got = index < output.size() ? output[index] : "(nothing)";
+      if (wanted != got) {
+        throw std::runtime_error(std::string(workload.name) + ": " + Implementations[0].name +
+                                 " gives\n  " + wanted + "\nbut " + implementation.name +
+                                 " gives\n  " + got);
+      }
+    }
+  }
+}
+
+HeapUse MeasureHeap(const Workload& workload, const char* file, int deliveries) {
+  const auto subject = Prepare(workload, file);
+  const auto deliver = [&](int times) {
+    for (int number = 0; number < times; ++number) {
+      workload.deliver(*subject);
+    }
+    return Allocations();
+  };
+  deliver(10);
+  CountAllocations(true);
+  const AllocationCount start = Allocations();
+  const AllocationCount one = deliver(deliveries);
+  const AllocationCount many = deliver(10 * deliveries);
+  CountAllocations(false);
+  return {static_cast<double>(one.calls - start.calls) / deliveries,
+          static_cast<double>(one.bytes - start.bytes) / deliveries, many.live - one.live};
+}
+
+void RegisterTimings(const std::vector<Workload>& workloads,
+                     const std::vector<std::unique_ptr<Subject>>& subjects, double seconds,
+                     int repetitions) {
+  for (std::size_t index = 0; index < subjects.size(); ++index) {
+    const Workload& workload = workloads[index / ImplementationCount];
+    const Implementation& implementation = Implementations[index % ImplementationCount];
+    Subject* const subject = subjects[index].get();
+    const auto run = [&workload, subject](benchmark::State& state) {
+      for (auto _ : state) {
+        workload.deliver(*subject);
+      }
+    };
+    const auto add = [&](int threads) {
+      benchmark::RegisterBenchmark(TimingName(workload, implementation, threads).c_str(), run)
+          ->Threads(threads)
+          ->UseRealTime()
+          ->MinTime(seconds)
+          ->Repetitions(repetitions);
+    };
+    add(1);
+    if (workload.mostOfFloor > 0) {  // the documents, which several readers may bring
+      add(2);
+    }
+  }
+}
+
+void Run(bool quick, const std::string& only, const std::string& output) {
+  std::vector<Workload> workloads;
+  std::copy_if(Workloads().begin(), Workloads().end(), std::back_inserter(workloads),
+               [&only](const Workload& workload) {
+                 return std::string(workload.name).rfind(only, 0) == 0;
+               });
+  HeapUses heapUses;
+  std::vector<std::unique_ptr<Subject>> subjects;
+  for (const Workload& workload : workloads) {
+    CompareOutputs(workload);
+    for (const Implementation& implementation : Implementations) {
+      heapUses.push_back(MeasureHeap(workload, implementation.file, quick ? 100 : 1000));
+      subjects.push_back(Prepare(workload, implementation.file));
+    }
+  }
+
+  // In random order, so that no implementation has the machine's quiet moments
+  // to itself.
+  char program[] = "bench";
+  char interleaving[] = "--benchmark_enable_random_interleaving=true";
+  char* arguments[] = {program, interleaving, nullptr};
+  int argumentCount = 2;
+  benchmark::Initialize(&argumentCount, arguments);
+  RegisterTimings(workloads, subjects, quick ? 0.002 : 0.004, quick ? 15 : 200);
+  TimingCollector timings;
+  benchmark::RunSpecifiedBenchmarks(&timings);
+
+  const std::string table = RatioTable(workloads, timings, heapUses);
+  std::cout << table;
+  if (!output.empty() && !(std::ofstream(output) << table)) {
+    throw std::runtime_error("cannot write " + output);
+  }
+}
+
+}  // namespace
+}  // namespace conduit
+
+int main(int argc, char** argv) {
+  CLI::App app(
+      "Measures the module against the least that its work takes and against a plain\n"
+      "implementation of it.\n\nExamples:\n  conduit_bench\n  conduit_bench --quick --only "
+      "codeline\n"
+      "  conduit_bench --output table.md");
+  bool quick = false;
+  std::string only;
+  std::string output;
+  app.add_flag("--quick", quick, "Short measurements, for trying out: the ratios are rough");
+  app.add_option("--only", only, "Measure only the workloads whose name begins with this");
+  app.add_option("--output", output, "Also write the tables to this file");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : 2;
+  }
+  try {
+    conduit::Run(quick, only, output);
+  } catch (const std::exception& error) {
+    std::cerr << "bench: " << error.what() << "\n";
+    return 1;
+  }
+  return 0;
+}

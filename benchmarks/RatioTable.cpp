@@ -1,0 +1,114 @@
+#include "benchmarks/RatioTable.h"
+
+#include <algorithm>
+#include <ctime>
+#include <fstream>
+#include <iomanip>
+#include <iterator>
+#include <sstream>
+#include <thread>
+
+namespace conduit {
+namespace {
+
+double Median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  const std::size_t middle = values.size() / 2;
+  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+std::string Fixed(double value, int digits) {
+  std::ostringstream text;
+  text << std::fixed << std::setprecision(digits) << value;
+  return text.str();
+}
+
+std::string Duration(double nanoseconds) {
+  return nanoseconds < 10000 ? Fixed(nanoseconds, 0) + " ns" : Fixed(nanoseconds / 1000, 1) + " µs";
+}
+
+std::string ProcessorModel() {
+  std::ifstream file("/proc/cpuinfo");
+  for (std::string line; std::getline(file, line);) {
+    if (line.rfind("model name", 0) == 0) {
+      return line.substr(line.find(": ") + 2);
+    }
+  }
+  return "unknown processor";
+}
+
+std::string Machine() {
+  const std::time_t now = std::time(nullptr);
+  char date[16];
+  std::strftime(date, sizeof date, "%Y-%m-%d", std::gmtime(&now));
+  return "Measured on " + std::string(date) + ": " +
+         std::to_string(std::thread::hardware_concurrency()) + " cores of " + ProcessorModel() +
+         ", " COMPILER ", " BUILD_TYPE " build.\n";
+}
+
+std::string Verdict(double ofFloor, double ofPlain, double mostOfFloor) {
+  if (mostOfFloor > 0 && ofFloor > mostOfFloor) {
+    return "missed: over " + Fixed(mostOfFloor, 1) + " of the floor";
+  }
+  return ofPlain > 1 ? "missed: slower than plain" : "met";
+}
+
+}  // namespace
+
+std::string TimingName(const Workload& workload, const Implementation& implementation,
+                       int threads) {
+  return std::string(workload.name) + "|" + implementation.name + "|" + std::to_string(threads);
+}
+
+void TimingCollector::ReportRuns(const std::vector<Run>& runs) {
+  for (const Run& run : runs) {
+    if (run.run_type == Run::RT_Iteration) {
+      Timing& timing = timings[run.run_name.function_name];
+      const auto deliveries = static_cast<double>(run.iterations);
+      timing.wall.push_back(run.real_accumulated_time / deliveries * 1e9);
+      timing.processor.push_back(run.cpu_accumulated_time / deliveries * 1e9);
+    }
+  }
+}
+
+std::string RatioTable(const std::vector<Workload>& workloads, const TimingCollector& collector,
+                       const HeapUses& heapUses) {
+  std::ostringstream time;
+  std::ostringstream heap;
+  std::ostringstream scaling;
+  time << "| workload | floor | plain | module | module ÷ floor | module ÷ plain | target |\n"
+          "|---|---:|---:|---:|---:|---:|---|\n";
+  heap << "| workload | plain: calls | bytes | module: calls | bytes | kept | floor: calls |\n"
+          "|---|---:|---:|---:|---:|---:|---:|\n";
+  scaling << "| workload | implementation | deliveries, two threads ÷ one | processor time each, "
+             "two threads ÷ one |\n|---|---|---:|---:|\n";
+  for (std::size_t row = 0; row < workloads.size(); ++row) {
+    const Workload& workload = workloads[row];
+    double nanoseconds[ImplementationCount];
+    for (std::size_t column = 0; column < ImplementationCount; ++column) {
+      const Implementation& implementation = Implementations[column];
+      const auto& alone = collector.timings.at(TimingName(workload, implementation, 1));
+      nanoseconds[column] = Median(alone.processor);
+      const auto both = collector.timings.find(TimingName(workload, implementation, 2));
+      if (both != collector.timings.end()) {
+        scaling << "| " << workload.name << " | " << implementation.name << " | "
+                << Fixed(Median(alone.wall) / Median(both->second.wall), 2) << " | "
+                << Fixed(Median(both->second.processor) / Median(alone.processor), 2) << " |\n";
+      }
+    }
+    const double ofFloor = nanoseconds[2] / nanoseconds[0];
+    const double ofPlain = nanoseconds[2] / nanoseconds[1];
+    time << "| " << workload.name << " | " << Duration(nanoseconds[0]) << " | "
+         << Duration(nanoseconds[1]) << " | " << Duration(nanoseconds[2]) << " | "
+         << Fixed(ofFloor, 2) << " | " << Fixed(ofPlain, 2) << " | "
+         << Verdict(ofFloor, ofPlain, workload.mostOfFloor) << " |\n";
+    const HeapUse* const use = &heapUses[row * ImplementationCount];
+    heap << "| " << workload.name << " | " << Fixed(use[1].calls, 0) << " | "
+         << Fixed(use[1].bytes, 0) << " | " << Fixed(use[2].calls, 0) << " | "
+         << Fixed(use[2].bytes, 0) << " | " << use[2].kept << " | " << Fixed(use[0].calls, 0)
+         << " |\n";
+  }
+  return Machine() + "\n" + time.str() + "\n" + heap.str() + "\n" + scaling.str();
+}
+
+}  // namespace conduit
