@@ -81,9 +81,11 @@ std::int32_t BaseInputModule::ReceiveEvent(const char* eventName) {
 
 UnaryCondition* BaseInputModule::FindCondition(const BaseString<char>& name,
                                                const BaseString<char>& value) const {
-  for (std::int32_t index = 0; index < conditions.Count(); ++index) {
+  const std::int32_t count = conditions.Count();
+  for (std::int32_t index = 0; index < count; ++index) {
     UnaryCondition* const condition = conditions.items[index];
-    if (condition->GetName() == name && condition->GetValue() == value) {
+    // The value first: most conditions wait for the same kind of thing.
+    if (condition->GetValue() == value && condition->GetName() == name) {
       return condition;
     }
   }

@@ -1,6 +1,11 @@
+#include <charconv>
+#include <cstring>
+#include <iterator>
+
 #include "fullpage/DateFormat.h"
 #include "fullpage/FullPageInputModule.h"
 #include "fullpage/RecordText.h"
+#include "runtime/DecimalText.h"
 #include "runtime/EntryAt.h"
 
 namespace conduit {
@@ -41,15 +46,24 @@ bool IsAbsent(ReaderDate date) {
          date.year == ReaderDateAbsent;
 }
 
-BaseString<char> RawDateOrEmpty(ReaderDate date) {
-  return IsAbsent(date) ? BaseString<char>() : RawDate(date);
+RawDateText RawDateOrEmpty(ReaderDate date) {
+  return IsAbsent(date) ? RawDateText{} : RawDate(date);
 }
 
+/// The longest is a number with the longest of the units.
+struct MeasurementText {
+  char text[LongestDecimal + sizeof " Unknown"] = {};
+};
+
 /// The unit table is one for heights and weights: a code is taken as it comes.
-BaseString<char> Measurement(std::int32_t value, std::int32_t unit) {
-  return value == 0
-             ? BaseString<char>()
-             : BaseString<char>::FromFormat("%d %s", value, NameOf(MeasurementUnitNames, unit));
+MeasurementText Measurement(std::int32_t value, std::int32_t unit) {
+  MeasurementText measured;
+  if (value != 0) {
+    char* const end = std::to_chars(measured.text, std::end(measured.text), value).ptr;
+    *end = ' ';
+    std::strcpy(end + 1, NameOf(MeasurementUnitNames, unit));
+  }
+  return measured;
 }
 
 }  // namespace
@@ -58,24 +72,24 @@ void FullPageInputModule::ProcessAamvaData(const ReaderAamvaData& record) {
   for (const RecordText& text : AamvaTexts) {
     ProcessStringDataItem(text.itemName, TextAt(record, text.offset));
   }
-  ProcessStringDataItem("AAMVA_PARSED_SHORTSEX", BaseString<char>(record.shortSex));
+  ProcessStringDataItem("AAMVA_PARSED_SHORTSEX", record.shortSex);
 
   // An absent date still has a formatted twin, made of its clamped parts.
   const ReaderDate birth = record.dateOfBirth;
-  ProcessStringDataItem("AAMVA_PARSED_DATEOFBIRTH", RawDateOrEmpty(birth));
+  ProcessStringDataItem("AAMVA_PARSED_DATEOFBIRTH", RawDateOrEmpty(birth).text);
   ProcessStringDataItem("AAMVA_PARSED_DATEOFBIRTH_FORMATTED",
                         FormatDate(DateOfBirthFormat, birth.day, birth.month, birth.year, false));
   const ReaderDate issue = record.issueDate;
-  ProcessStringDataItem("AAMVA_PARSED_ISSUEDATE", RawDateOrEmpty(issue));
+  ProcessStringDataItem("AAMVA_PARSED_ISSUEDATE", RawDateOrEmpty(issue).text);
   ProcessStringDataItem("AAMVA_PARSED_ISSUEDATE_FORMATTED",
                         FormatDate(IssueDateFormat, issue.day, issue.month, issue.year, false));
   const ReaderDate expiry = record.expiryDate;
-  ProcessStringDataItem("AAMVA_PARSED_EXPIRYDATE", RawDateOrEmpty(expiry));
+  ProcessStringDataItem("AAMVA_PARSED_EXPIRYDATE", RawDateOrEmpty(expiry).text);
   ProcessStringDataItem("AAMVA_PARSED_EXPIRYDATE_FORMATTED",
                         FormatDate(ExpiryDateFormat, expiry.day, expiry.month, expiry.year, true));
 
-  ProcessStringDataItem("AAMVA_PARSED_HEIGHT", Measurement(record.height, record.heightUnit));
-  ProcessStringDataItem("AAMVA_PARSED_WEIGHT", Measurement(record.weight, record.weightUnit));
+  ProcessStringDataItem("AAMVA_PARSED_HEIGHT", Measurement(record.height, record.heightUnit).text);
+  ProcessStringDataItem("AAMVA_PARSED_WEIGHT", Measurement(record.weight, record.weightUnit).text);
   ProcessStringDataItem("AAMVA_PARSED_HAIR_COLOR", NameOf(HairColorNames, record.hairColor));
   ProcessStringDataItem("AAMVA_PARSED_EYE_COLOR", NameOf(EyeColorNames, record.eyeColor));
 }

@@ -69,17 +69,17 @@ void FullPageInputModule::ProcessCodelineData(const ReaderCodelineData& record) 
     return;
   }
   const ReaderDate birth = record.dateOfBirth;
-  ProcessStringDataItem("CODELINE_DATE_OF_BIRTH_STR", RawDate(birth));
+  ProcessStringDataItem("CODELINE_DATE_OF_BIRTH_STR", RawDate(birth).text);
   ProcessStringDataItem("CODELINE_DATE_OF_BIRTH_STR_FORMATTED",
                         FormatDate(DateOfBirthFormat, birth.day, birth.month, birth.year, false));
   const ReaderDate expiry = record.expiryDate;
-  ProcessStringDataItem("CODELINE_EXPIRY_DATE_STR", RawDate(expiry));
+  ProcessStringDataItem("CODELINE_EXPIRY_DATE_STR", RawDate(expiry).text);
   ProcessStringDataItem("CODELINE_EXPIRY_DATE_STR_FORMATTED",
                         FormatDate(ExpiryDateFormat, expiry.day, expiry.month, expiry.year, true));
   for (const RecordText& text : DocumentTexts) {
     ProcessStringDataItem(text.itemName, TextAt(record, text.offset));
   }
-  ProcessStringDataItem("CODELINE_SHORT_SEX", BaseString<char>(record.shortSex));
+  ProcessStringDataItem("CODELINE_SHORT_SEX", record.shortSex);
 }
 
 bool FullPageInputModule::SignalStopsRecord(const char* name) {

@@ -5,6 +5,7 @@
 
 #include "platform/LocalTime.h"
 #include "platform/TimeFormat.h"
+#include "runtime/DecimalText.h"
 
 namespace conduit {
 namespace {
@@ -39,11 +40,19 @@ BaseString<char> FormatDate(const BaseString<char>& format, std::int32_t day, st
   date.tm_mon = std::clamp(month, 1, 12) - 1;
   date.tm_year = static_cast<int>(calendarYear) - FirstTmYear;
   const TimeText formatted = FormatTime(format.buffer, date);
-  return formatted.accepted ? BaseString<char>(formatted.text) : Invalid(formatted.text);
+  return formatted.accepted ? BaseString<char>(formatted.text, formatted.length)
+                            : Invalid(formatted.text);
 }
 
-BaseString<char> RawDate(ReaderDate date) {
-  return BaseString<char>::FromFormat("%.2d-%.2d-%.2d", date.day, date.month, date.year);
+RawDateText RawDate(ReaderDate date) {
+  RawDateText raw;
+  char* end = raw.text;
+  for (const std::int32_t part : {date.day, date.month, date.year}) {
+    end = WriteTwoDigits(part, end);
+    *end++ = '-';
+  }
+  end[-1] = '\0';
+  return raw;
 }
 
 }  // namespace conduit

@@ -25,7 +25,11 @@ std::int64_t CompleteYear(std::int32_t year, std::int32_t currentYear, bool alwa
 BaseString<char> FormatDate(const BaseString<char>& format, std::int32_t day, std::int32_t month,
                             std::int32_t year, bool alwaysCurrentCentury);
 
-/// Day, month and year as the record holds them, "05-11-85".
-BaseString<char> RawDate(ReaderDate date);
+struct RawDateText {
+  char text[36];  ///< three of the longest numbers, and a separator or NUL behind each
+};
+
+/// Day, month and year as the record holds them, "05-11-85"; without an allocation.
+RawDateText RawDate(ReaderDate date);
 
 }  // namespace conduit

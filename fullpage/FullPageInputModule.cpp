@@ -41,14 +41,30 @@ std::int32_t FullPageInputModule::ProcessStringDataItem(const char* name, const 
   if (value == nullptr) {
     return host->SendData(name, ItemTypeText, 1, " ", nullptr, true);
   }
-  Log(logger, MessageTrace, "FullPageInputModule::ProcessStringDataItem",
-      "ProcessStringDataItem - aName ", name, "  aValue ", value);
-  return host->SendData(name, ItemTypeText, TextLength(value), value, nullptr, true);
+  return ProcessText(name, value, TextLength(value));
 }
 
 std::int32_t FullPageInputModule::ProcessStringDataItem(const char* name,
                                                         const BaseString<char>& value) {
-  return ProcessStringDataItem(name, value.buffer);
+  return ProcessText(name, value.buffer, value.length);
+}
+
+std::int32_t FullPageInputModule::ProcessStringDataItem(const char* name, char value) {
+  const char text[] = {value, '\0'};
+  return ProcessText(name, text, value != '\0' ? 1 : 0);
+}
+
+std::int32_t FullPageInputModule::ProcessText(const char* name, const char* value,
+                                              std::int32_t length) {
+  if (logger != nullptr) {
+    TraceItem(name, {value, static_cast<std::size_t>(length)});
+  }
+  return host->SendData(name, ItemTypeText, length, value, nullptr, true);
+}
+
+void FullPageInputModule::TraceItem(const char* name, std::string_view value) {
+  Log(logger, MessageTrace, "FullPageInputModule::ProcessStringDataItem",
+      "ProcessStringDataItem - aName ", name, "  aValue ", value);
 }
 
 }  // namespace conduit

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "framework/BaseInputModule.h"
 #include "interfaces/HaldenReaderHighLevelAPI.h"
@@ -51,9 +52,10 @@ class FullPageInputModule : public BaseInputModule {
   void OnEvent(ReaderEventCode code);
   void OnError(const char* text);
 
-  void DeliverBarcode(const BaseString<char>& name, const ReaderBarcodeData& barcode);
-  void DeliverPlainItem(const BaseString<char>& name, ItemType itemType, std::int32_t length,
-                        const void* data);
+  /// Logs the failure when a record or barcode came without one.
+  bool HasData(ReaderDataType type, const void* data);
+  void DeliverBarcode(const char* name, const ReaderBarcodeData& barcode);
+  void DeliverPlainItem(const char* name, ItemType itemType, std::int32_t length, const void* data);
   /// Passes the text of the reader's state of this moment to the host.
   void ReportReaderState();
   void ReportReaderState(ReaderState state);
@@ -67,6 +69,9 @@ class FullPageInputModule : public BaseInputModule {
   /// @returns the host's answer.
   std::int32_t ProcessStringDataItem(const char* name, const char* value);
   std::int32_t ProcessStringDataItem(const char* name, const BaseString<char>& value);
+  std::int32_t ProcessStringDataItem(const char* name, char value);
+  std::int32_t ProcessText(const char* name, const char* value, std::int32_t length);
+  void TraceItem(const char* name, std::string_view value);
   /// Tells the host of something about the record under way.
   /// @returns true when the host wants nothing more of the record.
   bool SignalStopsRecord(const char* name);

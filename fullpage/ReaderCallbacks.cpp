@@ -1,11 +1,14 @@
 #include "fullpage/FullPageInputModule.h"
 #include "fullpage/ReaderNames.h"
 #include "parameters/StringMap.h"
+#include "runtime/DecimalText.h"
 #include "runtime/Log.h"
 #include "runtime/Text.h"
 
 namespace conduit {
 namespace {
+
+constexpr const char* OnDataTag = "FullPageInputModule::ProcessFullPageData";
 
 FullPageInputModule& ModuleOf(void* context) { return *static_cast<FullPageInputModule*>(context); }
 
@@ -39,23 +42,31 @@ void FullPageInputModule::ProcessError(void* /*first*/, const ReaderErrorInfo* e
 }
 
 void FullPageInputModule::OnData(ReaderDataType type, std::int32_t length, const void* data) {
-  constexpr const char* tag = "FullPageInputModule::ProcessFullPageData";
+  if (IsRecord(type)) {
+    // Without a name of its own: its texts have theirs.
+    Log(logger, MessageTrace, OnDataTag, "ItemName: ");
+    if (HasData(type, data)) {
+      ProcessRecordData(type, data);
+    }
+    return;
+  }
   ItemType itemType = ItemTypeUnknown;
   const BaseString<char> name = GetItemName(type, &itemType);
-  Log(logger, MessageTrace, tag, "ItemName: ", name);
-
-  const BaseString<char> barcodeName = GetBarcodeItemName(type);
-  const bool isBarcode = barcodeName.length > 0;
-  if ((isBarcode || IsRecord(type)) && data == nullptr) {
-    Log(logger, MessageFailure, tag, "No data came with an item of type ",
-        static_cast<std::int32_t>(type));
-  } else if (isBarcode) {
-    DeliverBarcode(barcodeName, *static_cast<const ReaderBarcodeData*>(data));
-  } else if (IsRecord(type)) {
-    ProcessRecordData(type, data);
-  } else if (itemType != ItemTypeUnknown && name.length > 0) {
-    DeliverPlainItem(name, itemType, length, data);
+  Log(logger, MessageTrace, OnDataTag, "ItemName: ", name);
+  if (itemType != ItemTypeUnknown && name.length > 0) {
+    DeliverPlainItem(name.buffer, itemType, length, data);
+  } else if (const BaseString<char> barcodeName = GetBarcodeItemName(type);
+             barcodeName.length > 0 && HasData(type, data)) {
+    DeliverBarcode(barcodeName.buffer, *static_cast<const ReaderBarcodeData*>(data));
   }
+}
+
+bool FullPageInputModule::HasData(ReaderDataType type, const void* data) {
+  if (data == nullptr) {
+    Log(logger, MessageFailure, OnDataTag, "No data came with an item of type ",
+        static_cast<std::int32_t>(type));
+  }
+  return data != nullptr;
 }
 
 void FullPageInputModule::OnEvent(ReaderEventCode code) {
@@ -91,25 +102,24 @@ void FullPageInputModule::OnError(const char* text) {
   ReportReaderState();
 }
 
-void FullPageInputModule::DeliverBarcode(const BaseString<char>& name,
-                                         const ReaderBarcodeData& barcode) {
+void FullPageInputModule::DeliverBarcode(const char* name, const ReaderBarcodeData& barcode) {
   StringMap properties;
-  properties.Set("feature", BaseString<char>(barcode.index).buffer);
+  properties.Set("feature", DecimalText(barcode.index).text);
   const bool last = std::int64_t{barcode.index} + 1 == barcode.count;
   const ItemType itemType = GetBarcodeItemType(barcode.format);
   if (itemType == ItemTypeText && barcode.data == nullptr) {
-    host->SendData(name.buffer, itemType, 0, "", &properties, last);
+    host->SendData(name, itemType, 0, "", &properties, last);
   } else {
-    host->SendData(name.buffer, itemType, barcode.length, barcode.data, &properties, last);
+    host->SendData(name, itemType, barcode.length, barcode.data, &properties, last);
   }
 }
 
-void FullPageInputModule::DeliverPlainItem(const BaseString<char>& name, ItemType itemType,
-                                           std::int32_t length, const void* data) {
+void FullPageInputModule::DeliverPlainItem(const char* name, ItemType itemType, std::int32_t length,
+                                           const void* data) {
   if (itemType == ItemTypeText && data == nullptr) {
-    host->SendData(name.buffer, itemType, 0, "", nullptr, true);
+    host->SendData(name, itemType, 0, "", nullptr, true);
   } else {
-    host->SendData(name.buffer, itemType, length, data, nullptr, true);
+    host->SendData(name, itemType, length, data, nullptr, true);
   }
 }
 

@@ -26,7 +26,8 @@ class NumericParameter : public Parameter {
     if (const std::int32_t result = Validate(number); result != ResultSuccess) {
       return result;
     }
-    valueText = text;
+    BaseString<char> given(text);
+    valueText.Swap(given);
     *target = number;
     Log(logger, MessageConfiguration, "NumericParameter<int>::SetValue", qualifiedName, " = ",
         *target);

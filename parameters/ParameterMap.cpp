@@ -24,7 +24,7 @@ IntParameter* ParameterMap::AddLogLevelParameter(std::int32_t* target) {
 }
 
 std::int32_t ParameterMap::SetValue(const char* name, const char* value) {
-  Parameter* const parameter = table.Find(name);
+  Parameter* const parameter = FindParameter(name);
   if (parameter == nullptr) {
     Log(logger, MessageUnknownName, "ParameterMap::SetValue", "Cannot set value to parameter \"",
         OrEmpty(name), "\", no such parameter exists");
@@ -34,7 +34,7 @@ std::int32_t ParameterMap::SetValue(const char* name, const char* value) {
 }
 
 std::int32_t ParameterMap::GetValue(const char* name, const char** value) {
-  Parameter* const parameter = table.Find(name);
+  Parameter* const parameter = FindParameter(name);
   if (parameter == nullptr) {
     Log(logger, MessageUnknownName, "ParameterMap::GetValue", "Cannot get value to parameter \"",
         OrEmpty(name), "\", no such parameter exists");
@@ -50,6 +50,11 @@ void ParameterMap::GetParameterAt(std::int32_t index, const char** name, const c
   const auto entry = std::next(table.begin(), index);
   *name = entry->first.buffer;
   entry->second->GetValue(value);
+}
+
+Parameter* ParameterMap::FindParameter(const char* name) const {
+  const auto entry = table.find(LentText{OrEmpty(name)});
+  return entry != table.end() ? entry->second : nullptr;
 }
 
 template <class Typed, class Target>

@@ -45,6 +45,8 @@ class ParameterMap {
   std::int32_t Count() { return table.Count(); }
 
  private:
+  /// The parameter of that name, found without a copy of the name; or null.
+  Parameter* FindParameter(const char* name) const;
   /// Enters a new parameter and owns it from here on.
   template <class Typed, class Target>
   Typed* Register(const char* name, Target* target);

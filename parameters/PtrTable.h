@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 
 namespace conduit {
@@ -9,7 +10,7 @@ namespace conduit {
 ///
 /// The destructor and RemoveAll leave the objects alive; DeleteAll destroys them.
 template <class K, class T>
-class PtrTable : public std::map<K, T*> {
+class PtrTable : public std::map<K, T*, std::less<>> {
  public:
   PtrTable() = default;
   PtrTable(const PtrTable&) = delete;

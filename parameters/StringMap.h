@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <map>
 
 #include "interfaces/IStringMap.h"
@@ -18,7 +19,7 @@ class StringMap : public IStringMap {
   void Remove(const char* key) override;
 
  private:
-  std::map<BaseString<char>, BaseString<char>> entries;
+  std::map<BaseString<char>, BaseString<char>, std::less<>> entries;
 };
 
 }  // namespace conduit

@@ -19,7 +19,7 @@ std::int32_t StringParameter::SetValue(const char* text) {
     return result;
   }
   // Both copies exist before anything changes.
-  BaseString<char> given(text);
+  BaseString<char> given(candidate);
   target->Swap(candidate);
   valueText.Swap(given);
   Log(logger, MessageConfiguration, "StringParameter::SetValue", qualifiedName, " = ", *target);

@@ -16,10 +16,11 @@ constexpr const char* Conversions = "aAbBcCdDeFgGhHIjmMnprRStTuUVwWxXyYzZ%";
 constexpr const char* Conversions = "aAbBcdHIjmMpSUwWxXyYzZ%";
 #endif
 
-const TimeConversions AcceptedTimeConversions[] = {
-    {'\0', Conversions},
-    {'#', Conversions},
-    {'\0', nullptr},
+constexpr TimeConversions Accepted[] = {
+    {'\0', ConversionSet(Conversions)},
+    {'#', ConversionSet(Conversions)},
 };
+
+const std::span<const TimeConversions> AcceptedTimeConversions = Accepted;
 
 }  // namespace conduit

@@ -1,7 +1,6 @@
 #include "platform/TimeFormat.h"
 
 #include <cstdio>
-#include <cstring>
 
 #include "platform/TimeConversions.h"
 
@@ -27,19 +26,15 @@ constexpr FieldRange FieldRanges[] = {
     {"day of the year", &std::tm::tm_yday, 0, 365},
 };
 
-bool IsOneOf(const char* characters, char character) {
-  return character != '\0' && std::strchr(characters, character) != nullptr;
-}
-
 /// The conversion at a per cent sign, without the sign: where it ends, or null
 /// when it is not accepted.
 const char* SkipConversion(const char* conversion) {
-  for (const TimeConversions* row = AcceptedTimeConversions; row->conversions != nullptr; ++row) {
-    if (row->modifier == '\0') {
-      if (IsOneOf(row->conversions, conversion[0])) {
+  for (const TimeConversions& row : AcceptedTimeConversions) {
+    if (row.modifier == '\0') {
+      if (row.conversions.Has(conversion[0])) {
         return conversion + 1;
       }
-    } else if (conversion[0] == row->modifier && IsOneOf(row->conversions, conversion[1])) {
+    } else if (conversion[0] == row.modifier && row.conversions.Has(conversion[1])) {
       return conversion + 2;
     }
   }
@@ -49,10 +44,13 @@ const char* SkipConversion(const char* conversion) {
 /// The first per cent sign of the format that no accepted conversion follows, or
 /// null when there is none.
 const char* FindRefusedConversion(const char* format) {
-  while (const char* sign = std::strchr(format, '%')) {
-    format = SkipConversion(sign + 1);
-    if (format == nullptr) {
-      return sign;
+  while (*format != '\0') {
+    if (*format != '%') {
+      ++format;
+    } else if (const char* const end = SkipConversion(format + 1)) {
+      format = end;
+    } else {
+      return format;
     }
   }
   return nullptr;
@@ -72,23 +70,22 @@ const FieldRange* FindFieldOutOfRange(const std::tm& time) {
 
 TimeText FormatTime(const char* format, const std::tm& time) {
   TimeText result;
-  result.accepted = false;
-  result.text[0] = '\0';
-  if (const char* refused = FindRefusedConversion(format)) {
-    std::snprintf(result.text, sizeof result.text,
-                  refused[1] == '\0' ? "the format ends in a per cent sign"
-                                     : "unknown conversion \"%.3s\" in the format",
-                  refused);
-    return result;
-  }
-  if (const FieldRange* range = FindFieldOutOfRange(time)) {
-    std::snprintf(result.text, sizeof result.text, "the %s is out of range", range->name);
-    return result;
-  }
-  result.accepted = true;
-  // With the result 0 the content of the buffer is indeterminate.
-  if (std::strftime(result.text, sizeof result.text, format, &time) == 0) {
-    result.text[0] = '\0';
+  const char* const refused = FindRefusedConversion(format);
+  const FieldRange* const range = refused == nullptr ? FindFieldOutOfRange(time) : nullptr;
+  result.accepted = refused == nullptr && range == nullptr;
+  if (result.accepted) {
+    // With the result 0 the content of the buffer is indeterminate.
+    result.length =
+        static_cast<std::int32_t>(std::strftime(result.text, sizeof result.text, format, &time));
+    result.text[result.length] = '\0';
+  } else if (range != nullptr) {
+    result.length =
+        std::snprintf(result.text, sizeof result.text, "the %s is out of range", range->name);
+  } else {
+    result.length = std::snprintf(result.text, sizeof result.text,
+                                  refused[1] == '\0' ? "the format ends in a per cent sign"
+                                                     : "unknown conversion \"%.3s\" in the format",
+                                  refused);
   }
   return result;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <ctime>
 
 namespace conduit {
@@ -7,6 +8,7 @@ namespace conduit {
 /// What became of a date and time that was to be formatted.
 struct TimeText {
   bool accepted;
+  std::int32_t length;  ///< of the text, without its NUL
   char text[1024];  ///< the formatted text, or why it was refused; NUL-terminated
 };
 

@@ -143,8 +143,8 @@ std::strong_ordering BaseString<Char>::operator<=>(const BaseString& other) cons
 }
 
 template <class Char>
-bool BaseString<Char>::operator==(const BaseString& other) const {
-  return std::strcmp(buffer, other.buffer) == 0;
+std::strong_ordering BaseString<Char>::operator<=>(LentText other) const {
+  return std::strcmp(buffer, other.text) <=> 0;
 }
 
 template <class Char>

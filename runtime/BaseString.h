@@ -5,10 +5,16 @@
 #include <cstdarg>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "interfaces/Compiler.h"
 
 namespace conduit {
+
+/// A text of somebody else, to be compared with strings without copying it.
+struct LentText {
+  const char* text;  ///< not null
+};
 
 /// An owned, NUL-terminated text: every name, value and message is one.
 ///
@@ -73,7 +79,11 @@ class BaseString {
   /// The order of the texts up to their NULs, byte by byte as unsigned values, a
   /// text before every longer one that it begins.
   std::strong_ordering operator<=>(const BaseString& other) const;
-  bool operator==(const BaseString& other) const;
+  /// Inline, for most texts that are compared differ in their first byte.
+  bool operator==(const BaseString& other) const {
+    return buffer[0] == other.buffer[0] && std::strcmp(buffer, other.buffer) == 0;
+  }
+  std::strong_ordering operator<=>(LentText other) const;
 
  private:
   struct Owned {

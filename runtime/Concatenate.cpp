@@ -1,12 +1,8 @@
 #include "runtime/Concatenate.h"
 
-#include <cstring>
-
 #include "runtime/Text.h"
 
 namespace conduit {
-
-TextPiece::TextPiece(const char* lent) : text(OrEmpty(lent)), length(TextLength(text)) {}
 
 TextPiece::TextPiece(std::int32_t number) : text(nullptr), length(0), decimal(number) {
   text = decimal.text;
@@ -21,9 +17,7 @@ BaseString<char> Concatenate(std::initializer_list<TextPiece> pieces) {
   BaseString<char> joined = BaseString<char>::OfLength(total);
   char* end = joined.buffer;
   for (const TextPiece& piece : pieces) {
-    const auto length = static_cast<std::size_t>(piece.length);
-    std::memcpy(end, piece.text, length);
-    end += length;
+    end = piece.WriteTo(end);
   }
   return joined;
 }

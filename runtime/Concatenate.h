@@ -2,10 +2,13 @@
 
 #include <concepts>
 #include <cstdint>
+#include <cstring>
 #include <initializer_list>
+#include <string_view>
 
 #include "runtime/BaseString.h"
 #include "runtime/DecimalText.h"
+#include "runtime/Text.h"
 
 namespace conduit {
 
@@ -15,13 +18,23 @@ namespace conduit {
 class TextPiece {
  public:
   // Implicit, all of them: a message is written as the row of its pieces.
-  TextPiece(const char* lent);
+  TextPiece(const char* lent) : text(OrEmpty(lent)), length(TextLength(text)) {}
   TextPiece(const BaseString<char>& lent) : text(lent.buffer), length(lent.length) {}
+  /// A text whose length is known. REQUIRES: it is in the range of a length.
+  TextPiece(std::string_view lent)
+      : text(lent.data()), length(static_cast<std::int32_t>(lent.size())) {}
   TextPiece(std::int32_t number);
   TextPiece(std::same_as<bool> auto value) : TextPiece(value ? "True" : "False") {}
   TextPiece(const TextPiece&) = delete;
   TextPiece& operator=(const TextPiece&) = delete;
   ~TextPiece() = default;
+
+  /// @returns the end of what was written; no NUL stands there.
+  char* WriteTo(char* room) const {
+    const auto size = static_cast<std::size_t>(length);
+    std::memcpy(room, text, size);
+    return room + size;
+  }
 
   const char* text;
   std::int32_t length;

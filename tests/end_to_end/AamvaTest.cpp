@@ -86,6 +86,21 @@ TEST_F(AamvaTest, LicenceGivesTwentyFourItems) {
   }
 }
 
+TEST_F(AamvaTest, LongTextsAreLoggedAndDeliveredWhole) {
+  // About the room that a log line is first given, and the most that a field holds.
+  for (const std::size_t length : {400U, 440U, 441U, 442U, 443U, 444U, 445U, 446U, 450U, 2999U}) {
+    const std::string name(length, 'x');
+    std::strcpy(record->surname, name.c_str());
+    reader.SendRecord(ReaderDataType::AamvaBarcodeRecord, *record);
+    const Lines lines = journal.Take();
+    EXPECT_EQ(lines[5],
+              "log 2 FullPageInputModule::ProcessStringDataItem: ProcessStringDataItem - aName "
+              "AAMVA_PARSED_SURNAME  aValue " +
+                  name);
+    EXPECT_EQ(lines[6].rfind("SendData AAMVA_PARSED_SURNAME 4 " + std::to_string(length), 0), 0U);
+  }
+}
+
 TEST_F(AamvaTest, AbsentDateIsEmptyButStillFormatted) {
   for (const ReaderDate date : {ReaderDate{-1, 11, 85}, {5, -1, 85}, {5, 11, -1}}) {
     record->issueDate = date;

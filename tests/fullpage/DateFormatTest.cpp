@@ -95,10 +95,13 @@ TEST(DateFormat, TakesTheConversionsOfItsSystem) {
   EXPECT_TRUE(FormatTime(accepted, LocalTime()).accepted);
   EXPECT_FALSE(FormatTime(refused, LocalTime()).accepted);
   // None of them is refused by the runtime itself, which on Windows would end here.
-  for (const TimeConversions* row = AcceptedTimeConversions; row->conversions != nullptr; ++row) {
-    const std::string sign = row->modifier != '\0' ? std::string("%") + row->modifier : "%";
-    for (const char conversion : std::string(row->conversions)) {
-      EXPECT_TRUE(FormatTime((sign + conversion).c_str(), LocalTime()).accepted) << conversion;
+  for (const TimeConversions& row : AcceptedTimeConversions) {
+    const std::string sign = row.modifier != '\0' ? std::string("%") + row.modifier : "%";
+    for (int code = 1; code < 256; ++code) {
+      const char conversion = static_cast<char>(code);
+      if (row.conversions.Has(conversion)) {
+        EXPECT_TRUE(FormatTime((sign + conversion).c_str(), LocalTime()).accepted) << conversion;
+      }
     }
   }
 }
@@ -115,8 +118,8 @@ TEST(DateFormat, RefusesFieldsOutOfRange) {
 }
 
 TEST(DateFormat, RawDatePrintsPartsUnchanged) {
-  EXPECT_STREQ(RawDate({5, 11, 85}).buffer, "05-11-85");
-  EXPECT_STREQ(RawDate({0, -1, Lowest}).buffer, "00--01--2147483648");
+  EXPECT_STREQ(RawDate({5, 11, 85}).text, "05-11-85");
+  EXPECT_STREQ(RawDate({0, -1, Lowest}).text, "00--01--2147483648");
 }
 
 }  // namespace
