@@ -1,0 +1,26 @@
+// Any file as a session. It stands in a folder of its own, beside nothing.
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "virtual_reader/ReaderResult.h"
+#include "virtual_reader/Session.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const std::filesystem::path folder = [] {
+    const auto made =
+        std::filesystem::temp_directory_path() / ("conduit-fuzz-" + std::to_string(::getpid()));
+    std::filesystem::create_directory(made);
+    return made;
+  }();
+  const std::filesystem::path file = folder / "session.json";
+  std::ofstream(file, std::ios::binary)
+      .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
+  try {
+    conduit::ReadSession(file);
+  } catch (const conduit::SessionError&) {
+    // The one way in which a session is refused.
+  }
+  return 0;
+}
