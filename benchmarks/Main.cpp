@@ -109,10 +109,9 @@ void RegisterTimings(const std::vector<Workload>& workloads,
 
 void Run(bool quick, const std::string& only, const std::string& output) {
   std::vector<Workload> workloads;
-  std::copy_if(Workloads().begin(), Workloads().end(), std::back_inserter(workloads),
-               [&only](const Workload& workload) {
-                 return std::string(workload.name).rfind(only, 0) == 0;
-               });
+  std::copy_if(
+      Workloads().begin(), Workloads().end(), std::back_inserter(workloads),
+      [&only](const Workload& workload) { return std::string(workload.name).rfind(only, 0) == 0; });
   HeapUses heapUses;
   std::vector<std::unique_ptr<Subject>> subjects;
   for (const Workload& workload : workloads) {
