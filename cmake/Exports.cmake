@@ -7,7 +7,11 @@ function(conduit_export_only target)
     list(JOIN ARGN ";\n    " names)
     file(CONFIGURE OUTPUT ${list} CONTENT "{\n  global:\n    @names@;\n  local:\n    *;\n};\n"
          @ONLY)
-    target_link_options(${target} PRIVATE -Wl,--version-script=${list} -Wl,--no-undefined)
+    target_link_options(${target} PRIVATE -Wl,--version-script=${list})
+    # What a sanitizer of clang's calls stands in the program that loads the library.
+    if(NOT CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+      target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    endif()
     set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${list})
   endif()
 endfunction()

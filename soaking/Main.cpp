@@ -228,7 +228,7 @@ int main(int argc, char** argv) {
   std::int64_t documents = 200000;
   app.add_option("documents", documents, "How many documents")
       ->capture_default_str()
-      ->check(CLI::Range(std::int64_t{1}, MostDocuments));
+      ->check(CLI::Range(std::int64_t{1}, conduit::MostDocuments));
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -14,6 +14,15 @@
 #define CONDUIT_FOREIGN_ALLOCATOR
 #endif
 
+#ifdef CONDUIT_FOREIGN_ALLOCATOR
+namespace conduit {
+
+AllocationCount Allocations() { return {}; }
+
+bool CountAllocations(bool /*on*/) { return false; }
+
+}  // namespace conduit
+#else
 namespace conduit {
 namespace {
 
@@ -21,21 +30,6 @@ std::atomic<bool> counting;
 std::atomic<std::int64_t> calls;
 std::atomic<std::int64_t> bytes;
 std::atomic<std::int64_t> live;
-
-}  // namespace
-
-AllocationCount Allocations() { return {calls, bytes, live}; }
-
-#ifdef CONDUIT_FOREIGN_ALLOCATOR
-bool CountAllocations(bool /*on*/) { return false; }
-}  // namespace conduit
-#else
-bool CountAllocations(bool on) {
-  counting = on;
-  return true;
-}
-
-namespace {
 
 bool IsCounting() { return counting.load(std::memory_order_relaxed); }
 
@@ -51,6 +45,14 @@ void* Counted(void* block, std::size_t size) {
 }
 
 }  // namespace
+
+AllocationCount Allocations() { return {calls, bytes, live}; }
+
+bool CountAllocations(bool on) {
+  counting = on;
+  return true;
+}
+
 }  // namespace conduit
 
 // The functions of the C library by their second names: what stands here takes
