@@ -52,6 +52,11 @@ TEST_F(LifeCycleTest, ParametersKeepTheirTextAndTheirRules) {
   EXPECT_THAT(Parameters(),
               ElementsAre("-=", "BadChars=#", "DateOfBirthFormat=", "ExpiryDateFormat=",
                           "IssueDateFormat=", "LogFileName=a.log", "LogLevel=5", "-="));
+  const char* value = nullptr;
+  EXPECT_EQ(module->GetParameter("BadChars", &value), 0);
+  EXPECT_STREQ(value, "#");
+  EXPECT_EQ(module->GetParameter("Speed", &value), 2);
+  EXPECT_STREQ(value, "#") << "a refusal writes nothing";
 }
 
 TEST_F(LifeCycleTest, InitialiseStartsTheReaderWithTheSettings) {

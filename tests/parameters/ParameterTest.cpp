@@ -150,6 +150,8 @@ TEST_F(ParameterTest, RefusedTextKeepsThePreviousOne) {
   parameter.GetValue(&value);
   EXPECT_EQ(parameter.SetValue(value), 0);
   EXPECT_EQ(ValueText(parameter), "new");
+  target = "";
+  EXPECT_EQ(parameter.ValidateCurrent(), 5);
 }
 
 struct TextCase {
