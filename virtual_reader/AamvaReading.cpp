@@ -120,17 +120,23 @@ std::string_view LicenceAt(std::string_view text, std::string_view designator) {
   return ends ? subfile : std::string_view();
 }
 
-Header ReadHeader(std::string_view text) {
-  if (!text.starts_with('@')) {
-    Refuse("the text does not begin with \"@\", as an AAMVA barcode does");
-  }
-  constexpr std::size_t fileTypeSize = 5;
+/// Where the file type stands; npos where it does not follow the "@".
+std::size_t FileTypeIn(std::string_view text) {
   std::size_t at = text.find("ANSI ");
   if (at == std::string_view::npos) {
     at = text.find("AAMVA");  // the file type of early cards
   }
   constexpr std::size_t separators = 8;  // "@", LF, RS, CR, and a few that a scanner adds
-  if (at > separators) {
+  return at > separators ? std::string_view::npos : at;
+}
+
+Header ReadHeader(std::string_view text) {
+  if (!text.starts_with('@')) {
+    Refuse("the text does not begin with \"@\", as an AAMVA barcode does");
+  }
+  constexpr std::size_t fileTypeSize = 5;
+  const std::size_t at = FileTypeIn(text);
+  if (at == std::string_view::npos) {
     Refuse("the file type \"ANSI \" does not follow the \"@\" of the AAMVA barcode");
   }
   const std::string_view rest = text.substr(at + fileTypeSize);
@@ -322,6 +328,10 @@ void CompleteNames(Elements* elements) {
 }
 
 }  // namespace
+
+bool IsAamva(std::string_view text) {
+  return text.starts_with('@') && FileTypeIn(text) != std::string_view::npos;
+}
 
 AamvaReading ReadAamva(std::string_view text) {
   const Header header = ReadHeader(text);

@@ -172,7 +172,8 @@ void Check(const char* name, std::string_view covered, char digit, Lines* warnin
   throw std::invalid_argument(
       std::to_string(lines.size()) + " lines of " + sizes +
       " characters fit no codeline format (TD1 3 of 30, TD2 and MRV-B 2 of 36, TD3 and MRV-A "
-      "2 of 44); with \"fields\" that give \"docType\" they are taken as they are");
+      "2 of 44); in a session file, with \"fields\" that give \"docType\", they are taken as they "
+      "are");
 }
 
 void RequireAscii(const Lines& lines) {

@@ -11,7 +11,8 @@ enum class ReaderResult : std::int32_t {
   Success = 0,
   AlreadyRunning = 1,     ///< a session is being played, or the call came from its callback
   NoSession = 2,          ///< the environment variable that names the session is not set
-  SessionUnreadable = 3,  ///< the session file is missing, empty, too large or no file
+  SessionUnreadable = 3,  ///< the session file is missing, empty, too large or no file, or the
+                          ///< session folder has no image
   SessionMalformed = 4,   ///< the session file is not JSON
   SessionWrong = 5,       ///< a step or field is wrong, or a file that it names
   LogNotOpened = 6,       ///< the log file has no name or cannot be written

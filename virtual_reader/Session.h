@@ -47,9 +47,11 @@ using Action = std::variant<SendEvent, RaiseError, Pause, SendItem, SendBarcode>
 struct Session {
   std::vector<Action> actions;
   std::vector<std::string> warnings;  ///< doubts that do not keep it from being played
+  std::vector<std::string> findings;  ///< what was found on page images
 };
 
-/// Reads a session file and the files that it names. Throws SessionError.
+/// Reads a session file and the files that it names, or a folder whose images
+/// are the documents. Throws SessionError.
 Session ReadSession(const std::filesystem::path& file);
 
 }  // namespace conduit

@@ -1,8 +1,10 @@
 #include <set>
 #include <stdexcept>
+#include <system_error>
 
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
+#include "virtual_reader/ScanFolder.h"
 #include "virtual_reader/Session.h"
 #include "virtual_reader/SessionField.h"
 #include "virtual_reader/StepReading.h"
@@ -63,20 +65,37 @@ std::string ReadSessionFile(const std::filesystem::path& file) {
   }
 }
 
+Session ReadSteps(const std::filesystem::path& file) {
+  const Json json = ParseJson(ReadSessionFile(file));
+  const SessionField root(json, "");
+  root.Fields({"steps"});
+  StepReading reading(file.parent_path());
+  constexpr std::size_t mostSteps = 1000000;
+  std::size_t number = 0;
+  for (const SessionField& step : root.Require("steps").Elements(0, mostSteps)) {
+    reading.ReadStep(step.At("step " + std::to_string(++number)));
+  }
+  return reading.TakeSession();
+}
+
+Session ReadScans(const std::filesystem::path& folder) {
+  const ScanFolder scans = ListScans(folder);
+  StepReading reading(folder);
+  for (const std::string& text : scans.strayTexts) {
+    reading.Warn(text + ": there is no image of this name, so it is no codeline");
+  }
+  for (const ScanFolder::Scan& scan : scans.scans) {
+    reading.ReadScan(scan.image, scan.codeline);
+  }
+  return reading.TakeSession();
+}
+
 }  // namespace
 
 Session ReadSession(const std::filesystem::path& file) {
   try {
-    const Json json = ParseJson(ReadSessionFile(file));
-    const SessionField root(json, "");
-    root.Fields({"steps"});
-    StepReading reading(file.parent_path());
-    constexpr std::size_t mostSteps = 1000000;
-    std::size_t number = 0;
-    for (const SessionField& step : root.Require("steps").Elements(0, mostSteps)) {
-      reading.ReadStep(step.At("step " + std::to_string(++number)));
-    }
-    return reading.TakeSession();
+    std::error_code unreadable;  // which opening it as a file tells better
+    return std::filesystem::is_directory(file, unreadable) ? ReadScans(file) : ReadSteps(file);
   } catch (const SessionError& error) {
     throw SessionError(error.result, Utf8FromPath(file) + ": " + error.what());
   }

@@ -11,6 +11,7 @@
 #include "virtual_reader/AamvaReading.h"
 #include "virtual_reader/CodelineField.h"
 #include "virtual_reader/InputFile.h"
+#include "virtual_reader/ReaderResult.h"
 #include "virtual_reader/RecordField.h"
 
 namespace conduit {
@@ -18,6 +19,9 @@ namespace {
 
 /// Room for an uncompressed page image of 600 dpi.
 constexpr std::uintmax_t LargestItem = std::uintmax_t{64} << 20;
+
+/// Far more than three lines: a larger text file is something else.
+constexpr std::uintmax_t LargestCodeline = 4096;
 
 constexpr std::int32_t LongestPause = 60 * 60 * 1000;
 
@@ -32,6 +36,42 @@ std::vector<std::string> NamesOf(const Row (&table)[Size]) {
     }
   }
   return names;
+}
+
+std::string NameOf(ReaderDataType barcode) {
+  return std::find_if(std::begin(ReaderBarcodeNames), std::end(ReaderBarcodeNames),
+                      [barcode](const auto& row) { return row.type == barcode; })
+      ->name;
+}
+
+/// The lines of a text file, whatever system it comes from, without the empty
+/// ones at its end.
+std::vector<std::string> LinesOf(std::string_view text) {
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    lines.emplace_back(text.substr(0, end));
+    if (lines.back().ends_with('\r')) {
+      lines.back().pop_back();
+    }
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  while (!lines.empty() && lines.back().empty()) {
+    lines.pop_back();
+  }
+  return lines;
+}
+
+/// Does what may throw std::invalid_argument for a file of a session folder.
+template <typename Operation>
+void RefuseFor(const std::string& file, const Operation& operation) {
+  try {
+    operation();
+  } catch (const std::invalid_argument& reason) {
+    throw SessionError(ReaderResult::SessionWrong, file + ": " + reason.what());
+  }
 }
 
 }  // namespace
@@ -100,6 +140,8 @@ void StepReading::ReadSwipe(const SessionField& field) {
 }
 
 void StepReading::ReadDocument(const SessionField& field) {
+  givesBarcodes = field.Find("barcodes").has_value();
+  givesAamva = field.Find("aamva").has_value();
   AddEvent(ReaderEventCode::DocOnWindow);
   AddEvent(ReaderEventCode::StartOfDocumentData);
   ReadFields(field, DocumentFields);
@@ -108,13 +150,13 @@ void StepReading::ReadDocument(const SessionField& field) {
 }
 
 void StepReading::ReadPageCodeline(const SessionField& field) {
-  AddCodeline(field, ReaderDataType::Codeline, ReaderDataType::CodelineRecord);
+  AddCodeline(field.Place(), ReadCodelineField(field), ReaderDataType::Codeline,
+              ReaderDataType::CodelineRecord);
 }
 
-void StepReading::AddCodeline(const SessionField& field, ReaderDataType textType,
-                              ReaderDataType recordType) {
-  const CodelineReading codeline = ReadCodelineField(field);
-  Warn(field, codeline.warnings);
+void StepReading::AddCodeline(const std::string& place, const CodelineReading& codeline,
+                              ReaderDataType textType, ReaderDataType recordType) {
+  WarnAt(place, codeline.warnings);
   Add(SendItem{textType, codeline.record.codeline});
   Add(SendItem{recordType, BytesOf(codeline.record)});
 }
@@ -128,15 +170,57 @@ void StepReading::ReadImages(const SessionField& field) {
       types.push_back(item.type);
     }
   }
+  std::vector<PageFile> files;
   for (const auto& [name, file] : field.Fields(names)) {
     const auto position = std::find(names.begin(), names.end(), name) - names.begin();
-    Add(SendItem{types[static_cast<std::size_t>(position)], FileOf(file)});
+    files.push_back({types[static_cast<std::size_t>(position)], ImageOf(file)});
+  }
+  AddImages(field.Place(), std::move(files));
+}
+
+void StepReading::AddImages(const std::string& place, std::vector<PageFile> files) {
+  const PagesReading reading = givesBarcodes ? PagesReading() : ReadPages(files);
+  for (PageFile& file : files) {
+    Add(SendItem{file.type, std::move(file.file.bytes)});
+  }
+  if (!reading.hasPages) {
+    return;
+  }
+  if (CanSearchPages()) {
+    AddBarcodes(place, reading);
+  } else if (!toldThatPagesAreNotSearched) {
+    toldThatPagesAreNotSearched = true;
+    Warn("this build does not search page images for barcodes");
+  }
+}
+
+void StepReading::AddBarcodes(const std::string& place, const PagesReading& reading) {
+  std::string symbologies;
+  std::int32_t index = 0;
+  for (const PageBarcode& barcode : reading.barcodes) {
+    Add(SendBarcode{barcode.type, index++, static_cast<std::int32_t>(reading.barcodes.size()), 0,
+                    barcode.data});
+    symbologies += (symbologies.empty() ? "" : ", ") + NameOf(barcode.type);
+  }
+  session.findings.push_back(
+      place + ": " +
+      (symbologies.empty() ? "no barcode found on the page" : "found on the page: " + symbologies));
+  WarnAt(place, reading.warnings);
+  for (const PageBarcode& barcode : reading.barcodes) {
+    if (givesAamva || barcode.type != ReaderDataType::BarcodePdf417 || !IsAamva(barcode.data)) {
+      continue;
+    }
+    try {
+      AddAamva(place, barcode.data);
+    } catch (const std::invalid_argument& reason) {
+      Warn(place + ": no AAMVA record of the barcode: " + reason.what());
+    }
   }
 }
 
 void StepReading::ReadBarcodes(const SessionField& field) {
   constexpr std::size_t most = 1000;
-  const std::vector<SessionField> barcodes = field.Elements(1, most);
+  const std::vector<SessionField> barcodes = field.Elements(0, most);
   std::int32_t index = 0;
   for (const SessionField& barcode : barcodes) {
     barcode.Fields({"symbology", "text", "file", "format"});
@@ -161,11 +245,13 @@ void StepReading::ReadAamvaText(const SessionField& field) {
     field.Fields({"file"});
   }
   const std::string text = field.IsObject() ? FileOf(field.Require("file")) : field.Text();
-  field.Try([&] {
-    const AamvaReading reading = ReadAamva(text);
-    Warn(field, reading.warnings);
-    Add(SendItem{ReaderDataType::AamvaBarcodeRecord, BytesOf(reading.record)});
-  });
+  field.Try([&] { AddAamva(field.Place(), text); });
+}
+
+void StepReading::AddAamva(const std::string& place, std::string_view text) {
+  const AamvaReading reading = ReadAamva(text);
+  WarnAt(place, reading.warnings);
+  Add(SendItem{ReaderDataType::AamvaBarcodeRecord, BytesOf(reading.record)});
 }
 
 void StepReading::ReadChip(const SessionField& field) {
@@ -173,27 +259,58 @@ void StepReading::ReadChip(const SessionField& field) {
   AddEvent(ReaderEventCode::RfApplicationOpenedSuccessfully);
   for (const auto& [name, part] : field.Fields({"dg1", "photo"})) {
     if (name == "dg1") {
-      AddCodeline(part, ReaderDataType::ChipDataGroup1, ReaderDataType::ChipCodelineRecord);
+      AddCodeline(part.Place(), ReadCodelineField(part), ReaderDataType::ChipDataGroup1,
+                  ReaderDataType::ChipCodelineRecord);
     } else {
-      Add(SendItem{ReaderDataType::ChipDataGroup2Photo, FileOf(part)});
+      Add(SendItem{ReaderDataType::ChipDataGroup2Photo, ImageOf(part).bytes});
     }
   }
   AddEvent(ReaderEventCode::RfChipRemovalSuccess);
 }
 
-void StepReading::Warn(const SessionField& field, const std::vector<std::string>& warnings) {
+void StepReading::ReadScan(const std::string& image, const std::string& codeline) {
+  givesBarcodes = false;
+  givesAamva = false;
+  AddEvent(ReaderEventCode::DocOnWindow);
+  AddEvent(ReaderEventCode::StartOfDocumentData);
+  if (!codeline.empty()) {
+    RefuseFor(codeline, [&] {
+      const std::string text = ReadInputFile(folder / PathFromUtf8(codeline), LargestCodeline);
+      AddCodeline(codeline, ReadCodeline(LinesOf(text)), ReaderDataType::Codeline,
+                  ReaderDataType::CodelineRecord);
+    });
+  }
+  RefuseFor(image, [&] {
+    AddImages(image, {{ReaderDataType::ImageVis,
+                       ReadImageFile(folder / PathFromUtf8(image), LargestItem)}});
+  });
+  AddEvent(ReaderEventCode::EndOfDocumentData);
+  AddEvent(ReaderEventCode::DocRemoved);
+}
+
+void StepReading::WarnAt(const std::string& place, const std::vector<std::string>& warnings) {
   for (const std::string& warning : warnings) {
-    session.warnings.push_back(field.Place() + ": " + warning);
+    Warn(place + ": " + warning);
+  }
+}
+
+template <typename Content>
+Content StepReading::Read(const SessionField& field,
+                          Content (*read)(const std::filesystem::path&, std::uintmax_t)) const {
+  const std::string name = field.Text();
+  try {
+    return read(folder / PathFromUtf8(name), LargestItem);
+  } catch (const std::invalid_argument& reason) {
+    field.Refuse('"' + name + "\": " + reason.what());
   }
 }
 
 std::string StepReading::FileOf(const SessionField& field) const {
-  const std::string name = field.Text();
-  try {
-    return ReadInputFile(folder / PathFromUtf8(name), LargestItem);
-  } catch (const std::invalid_argument& reason) {
-    field.Refuse('"' + name + "\": " + reason.what());
-  }
+  return Read(field, ReadInputFile);
+}
+
+ImageFile StepReading::ImageOf(const SessionField& field) const {
+  return Read(field, ReadImageFile);
 }
 
 }  // namespace conduit

@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
+#include "virtual_reader/CodelineReading.h"
+#include "virtual_reader/PagesReading.h"
 #include "virtual_reader/Session.h"
 #include "virtual_reader/SessionField.h"
 
@@ -17,6 +21,12 @@ class StepReading {
   explicit StepReading(std::filesystem::path folder) : folder(std::move(folder)) {}
 
   void ReadStep(const SessionField& step);
+
+  /// A document that is a page image, and a text file with its codeline where
+  /// that is named.
+  void ReadScan(const std::string& image, const std::string& codeline);
+
+  void Warn(const std::string& warning) { session.warnings.push_back(warning); }
 
   Session TakeSession() { return std::move(session); }
 
@@ -46,21 +56,35 @@ class StepReading {
   void ReadAamvaText(const SessionField& field);
   void ReadChip(const SessionField& field);
 
+  void AddAamva(const std::string& place, std::string_view text);
+
   /// Adds a codeline as plain text and as a record.
-  void AddCodeline(const SessionField& field, ReaderDataType textType, ReaderDataType recordType);
+  void AddCodeline(const std::string& place, const CodelineReading& codeline,
+                   ReaderDataType textType, ReaderDataType recordType);
+  void AddImages(const std::string& place, std::vector<PageFile> files);
+  /// Adds the barcodes found on page images.
+  void AddBarcodes(const std::string& place, const PagesReading& reading);
   void AddEvent(ReaderEventCode code) { Add(SendEvent{code, {}}); }
   /// Made in place: GCC takes a moved Action for one that may be uninitialised.
   template <typename ActionType>
   void Add(ActionType action) {
     session.actions.emplace_back(std::in_place_type<ActionType>, std::move(action));
   }
-  void Warn(const SessionField& field, const std::vector<std::string>& warnings);
+  void WarnAt(const std::string& place, const std::vector<std::string>& warnings);
 
   /// The bytes of the file that a field names.
   std::string FileOf(const SessionField& field) const;
+  ImageFile ImageOf(const SessionField& field) const;
+  template <typename Content>
+  Content Read(const SessionField& field,
+               Content (*read)(const std::filesystem::path&, std::uintmax_t)) const;
 
   std::filesystem::path folder;
   Session session;
+  /// What the document under way says itself, instead of its pages.
+  bool givesBarcodes = false;
+  bool givesAamva = false;
+  bool toldThatPagesAreNotSearched = false;
 };
 
 }  // namespace conduit

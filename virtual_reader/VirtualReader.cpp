@@ -55,12 +55,15 @@ void VirtualReader::Start(const ReaderCallbacks& callbacks) {
   if (file.empty()) {
     throw SessionError(ReaderResult::NoSession, std::string("the environment variable ") +
                                                     SessionVariable +
-                                                    " does not name a session file to play");
+                                                    " does not name a session to play");
   }
   Session session = ReadSession(file);
   log.Write(LogLifecycle, "playing the session " + Utf8FromPath(file));
   for (const std::string& warning : session.warnings) {
     log.Write(LogLifecycle, "warning: " + warning);
+  }
+  for (const std::string& finding : session.findings) {
+    log.Write(LogLifecycle, finding);
   }
   state = ReaderState::Enabled;
   playback = std::make_unique<Playback>(std::move(session), callbacks, &state, &log);

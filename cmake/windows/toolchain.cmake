@@ -19,6 +19,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # Libraries that are all headers, or come as sources, serve this build too, by the
 # package files that stand here.
-foreach(package CLI11 GTest nlohmann_json)
+foreach(package CLI11 GTest nlohmann_json stb)
   set(${package}_DIR ${CMAKE_CURRENT_LIST_DIR}/${package})
 endforeach()

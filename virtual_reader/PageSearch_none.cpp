@@ -1,0 +1,9 @@
+#include "virtual_reader/PageSearch.h"
+
+namespace conduit {
+
+bool CanSearchPages() { return false; }
+
+PageFindings SearchPage(const PageImage& /*image*/) { return {}; }
+
+}  // namespace conduit

@@ -1,0 +1,136 @@
+#define ZX_USE_UTF8 1
+#include <ZXing/ReadBarcode.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "virtual_reader/PageAreas.h"
+#include "virtual_reader/PageSearch.h"
+
+namespace conduit {
+namespace {
+
+using ZXing::BarcodeFormat;
+
+constexpr struct {
+  BarcodeFormat format;
+  ReaderDataType type;
+} Symbologies[] = {
+    {BarcodeFormat::Code39, ReaderDataType::Barcode3Of9},
+    {BarcodeFormat::Code128, ReaderDataType::Barcode128},
+    {BarcodeFormat::ITF, ReaderDataType::BarcodeInterleaved2Of5},
+    {BarcodeFormat::PDF417, ReaderDataType::BarcodePdf417},
+    {BarcodeFormat::Aztec, ReaderDataType::BarcodeAztec},
+    {BarcodeFormat::QRCode, ReaderDataType::BarcodeQr},
+    {BarcodeFormat::DataMatrix, ReaderDataType::BarcodeDataMatrix},
+};
+
+/// The decoder looks for these around the middle of an image only.
+constexpr auto FoundInTheMiddle = BarcodeFormat::Aztec | BarcodeFormat::DataMatrix;
+
+struct Found {
+  ZXing::Result result;
+  PageArea area;
+};
+
+PageArea AreaOf(const ZXing::Position& corners, int left, int top) {
+  const auto [minX, maxX] = std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
+  const auto [minY, maxY] = std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
+  return {left + minX, top + minY, maxX - minX + 1, maxY - minY + 1};
+}
+
+bool IsSame(const Found& a, const Found& b) {
+  return a.result.format() == b.result.format() && Overlap(a.area, b.area);
+}
+
+/// Adds what is found in a part of the image and was not found there before.
+void Search(const PageImage& image, const PageArea& area, ZXing::BarcodeFormats formats,
+            std::vector<Found>* found) {
+  const ZXing::ImageView view(image.light.data(), image.width, image.height,
+                              ZXing::ImageFormat::Lum);
+  const auto hints = ZXing::DecodeHints().setFormats(formats).setReturnErrors(true);
+  for (ZXing::Result& result :
+       ZXing::ReadBarcodes(view.cropped(area.left, area.top, area.width, area.height), hints)) {
+    Found one = {std::move(result), {}};
+    one.area = AreaOf(one.result.position(), area.left, area.top);
+    const bool known = std::any_of(found->begin(), found->end(), [&](const Found& other) {
+      return IsSame(one, other) && (other.result.isValid() || !one.result.isValid());
+    });
+    if (!known) {
+      found->push_back(std::move(one));
+    }
+  }
+}
+
+/// A scan across a scratch fails where another one reads.
+void DropFailuresOfWhatWasRead(std::vector<Found>* found) {
+  const std::vector<Found> all = *found;
+  std::erase_if(*found, [&all](const Found& one) {
+    return !one.result.isValid() && std::any_of(all.begin(), all.end(), [&](const Found& other) {
+      return other.result.isValid() && IsSame(one, other);
+    });
+  });
+}
+
+/// From top to bottom; what begins above the middle of a row's first stands in
+/// the same row, from left to right.
+void SortByPlace(std::vector<Found>* found) {
+  std::sort(found->begin(), found->end(),
+            [](const Found& a, const Found& b) { return a.area.top < b.area.top; });
+  for (auto row = found->begin(); row != found->end();) {
+    const int middle = row->area.top + row->area.height / 2;
+    const auto end = std::find_if(std::next(row), found->end(), [middle](const Found& other) {
+      return other.area.top >= middle;
+    });
+    std::sort(row, end, [](const Found& a, const Found& b) { return a.area.left < b.area.left; });
+    row = end;
+  }
+}
+
+ReaderDataType TypeOf(const ZXing::Result& result) {
+  return std::find_if(std::begin(Symbologies), std::end(Symbologies),
+                      [&](const auto& row) { return row.format == result.format(); })
+      ->type;
+}
+
+/// Without what was read of it: that does not belong into a log.
+std::string FailureOf(const Found& found) {
+  const ZXing::Error& error = found.result.error();
+  return std::string("a barcode (") + ZXing::ToString(found.result.format()) + ") at " +
+         std::to_string(found.area.left) + ", " + std::to_string(found.area.top) +
+         " cannot be decoded: " +
+         (error == ZXing::Error::Checksum ? "its check characters do not match"
+          : error == ZXing::Error::Format ? "it breaks the rules of its symbology"
+                                          : "it uses what the decoder does not support");
+}
+
+}  // namespace
+
+bool CanSearchPages() { return true; }
+
+PageFindings SearchPage(const PageImage& image) {
+  ZXing::BarcodeFormats formats;
+  for (const auto& symbology : Symbologies) {
+    formats |= symbology.format;
+  }
+  std::vector<Found> found;
+  Search(image, {0, 0, image.width, image.height}, formats, &found);
+  for (const PageArea& area : PrintedAreas(image)) {
+    Search(image, area, FoundInTheMiddle, &found);
+  }
+  DropFailuresOfWhatWasRead(&found);
+  SortByPlace(&found);
+
+  PageFindings findings;
+  for (const Found& one : found) {
+    if (one.result.isValid()) {
+      const ZXing::ByteArray& bytes = one.result.bytes();
+      findings.barcodes.push_back({TypeOf(one.result), {bytes.begin(), bytes.end()}});
+    } else {
+      findings.failures.push_back(FailureOf(one));
+    }
+  }
+  return findings;
+}
+
+}  // namespace conduit
