@@ -31,17 +31,20 @@ bool IsImage(std::string_view bytes) {
   return bytes.starts_with(PngStart) || bytes.starts_with(JpegStart);
 }
 
-[[noreturn]] void RefuseForDecoder(const char* kind) {
-  throw std::invalid_argument(std::string("this ") + kind + " is damaged or ends early (" +
-                              stbi_failure_reason() + ")");
+[[noreturn]] void RefuseForDecoder(const std::string& kind) {
+  throw std::invalid_argument("this " + kind + " cannot be decoded: " + stbi_failure_reason());
 }
 
-/// The decoder fills up what is missing of a JPEG. Its pixels come last, behind
-/// a start of scan; a 0xFF among them is followed by 0, so that no marker is
-/// found there that is none.
-bool EndsEarly(std::string_view jpeg) {
-  const std::size_t end = jpeg.rfind("\xFF\xD9");
-  const std::size_t lastScan = jpeg.rfind("\xFF\xDA");
+/// The decoder fills up what is missing of a JPEG, and takes a cut PNG for one of
+/// an unknown kind.
+bool EndsEarly(std::string_view bytes) {
+  if (bytes.starts_with(PngStart)) {
+    return bytes.rfind("IEND\xAE\x42\x60\x82") == std::string_view::npos;
+  }
+  // A JPEG's pixels come last, behind a start of scan; a 0xFF among them is
+  // followed by 0, so that no marker is found there that is none.
+  const std::size_t end = bytes.rfind("\xFF\xD9");
+  const std::size_t lastScan = bytes.rfind("\xFF\xDA");
   return end == std::string_view::npos || (lastScan != std::string_view::npos && end < lastScan);
 }
 
@@ -63,7 +66,10 @@ PageImage DecodeImage(std::string_view bytes) {
   if (!IsImage(bytes)) {
     throw std::invalid_argument("this is neither a PNG nor a JPEG image");
   }
-  const char* const kind = bytes.starts_with(PngStart) ? "PNG" : "JPEG";
+  const std::string kind = bytes.starts_with(PngStart) ? "PNG" : "JPEG";
+  if (EndsEarly(bytes)) {
+    throw std::invalid_argument("this " + kind + " ends early");
+  }
   const auto* const data = reinterpret_cast<const stbi_uc*>(bytes.data());
   const int size = static_cast<int>(bytes.size());
   PageImage image = {};
@@ -81,7 +87,7 @@ PageImage DecodeImage(std::string_view bytes) {
   const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> decoded(
       stbi_load_from_memory(data, size, &image.width, &image.height, &channels, lightAndOpacity),
       &stbi_image_free);
-  if (decoded == nullptr || (*kind == 'J' && EndsEarly(bytes))) {
+  if (decoded == nullptr) {
     RefuseForDecoder(kind);
   }
   image.light.reserve(static_cast<std::size_t>(pixels));

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -7,6 +9,13 @@
 #include "virtual_reader/PageImage.h"
 
 namespace conduit {
+
+/// The name under which a host receives a barcode of this type.
+inline std::string BarcodeName(ReaderDataType type) {
+  return std::find_if(std::begin(ReaderBarcodeNames), std::end(ReaderBarcodeNames),
+                      [type](const auto& row) { return row.type == type; })
+      ->name;
+}
 
 struct PageBarcode {
   ReaderDataType type;

@@ -96,9 +96,8 @@ ReaderDataType TypeOf(const ZXing::Result& result) {
 /// Without what was read of it: that does not belong into a log.
 std::string FailureOf(const Found& found) {
   const ZXing::Error& error = found.result.error();
-  return std::string("a barcode (") + ZXing::ToString(found.result.format()) + ") at " +
-         std::to_string(found.area.left) + ", " + std::to_string(found.area.top) +
-         " cannot be decoded: " +
+  return "a " + BarcodeName(TypeOf(found.result)) + " at " + std::to_string(found.area.left) +
+         ", " + std::to_string(found.area.top) + " cannot be decoded: " +
          (error == ZXing::Error::Checksum ? "its check characters do not match"
           : error == ZXing::Error::Format ? "it breaks the rules of its symbology"
                                           : "it uses what the decoder does not support");

@@ -38,12 +38,6 @@ std::vector<std::string> NamesOf(const Row (&table)[Size]) {
   return names;
 }
 
-std::string NameOf(ReaderDataType barcode) {
-  return std::find_if(std::begin(ReaderBarcodeNames), std::end(ReaderBarcodeNames),
-                      [barcode](const auto& row) { return row.type == barcode; })
-      ->name;
-}
-
 /// The lines of a text file, whatever system it comes from, without the empty
 /// ones at its end.
 std::vector<std::string> LinesOf(std::string_view text) {
@@ -200,7 +194,7 @@ void StepReading::AddBarcodes(const std::string& place, const PagesReading& read
   for (const PageBarcode& barcode : reading.barcodes) {
     Add(SendBarcode{barcode.type, index++, static_cast<std::int32_t>(reading.barcodes.size()), 0,
                     barcode.data});
-    symbologies += (symbologies.empty() ? "" : ", ") + NameOf(barcode.type);
+    symbologies += (symbologies.empty() ? "" : ", ") + BarcodeName(barcode.type);
   }
   session.findings.push_back(
       place + ": " +
@@ -275,8 +269,12 @@ void StepReading::ReadScan(const std::string& image, const std::string& codeline
   AddEvent(ReaderEventCode::StartOfDocumentData);
   if (!codeline.empty()) {
     RefuseFor(codeline, [&] {
-      const std::string text = ReadInputFile(folder / PathFromUtf8(codeline), LargestCodeline);
-      AddCodeline(codeline, ReadCodeline(LinesOf(text)), ReaderDataType::Codeline,
+      const std::vector<std::string> lines =
+          LinesOf(ReadInputFile(folder / PathFromUtf8(codeline), LargestCodeline));
+      if (lines.empty()) {
+        throw std::invalid_argument("there is no text in the file");
+      }
+      AddCodeline(codeline, ReadCodeline(lines), ReaderDataType::Codeline,
                   ReaderDataType::CodelineRecord);
     });
   }

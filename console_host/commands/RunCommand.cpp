@@ -35,6 +35,9 @@ constexpr const char* Examples = R"(
 Examples:
   conduit run samples/session.json
       plays a session through the module beside this program
+  conduit run scans
+      lays every image of the folder "scans" on the window, in the order of
+      their names; a text file beside an image is its codeline
   conduit run samples/session.json --set DateOfBirthFormat=%d.%m.%Y
       shows dates of birth as 31.12.1990
   conduit run samples/session.json --on DOC_ON_WINDOW=greet --log 2
@@ -166,7 +169,9 @@ RunEnded WaitForEnd(EndOfSession& end, const HostRecorder& recorder) {
 RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& end) {
   if (!options.session.empty()) {
     const std::filesystem::path session = PathFromUtf8(options.session);
-    RequireReadableFile("session file", session);
+    if (!std::filesystem::is_directory(session)) {
+      RequireReadableFile("session file", session);
+    }
     SetEnvironment(SessionVariable, session);
   }
 
@@ -231,9 +236,10 @@ void AddRunCommand(CLI::App& app, int& exitStatus) {
   command->footer(Examples);
   command
       ->add_option("SESSION", options->session,
-                   "Session file for the virtual reader; without one, the variable " +
+                   "Session file for the virtual reader, or a folder of page images; without one, "
+                   "the variable " +
                        std::string(SessionVariable) + " or a real reader decides")
-      ->option_text("FILE");
+      ->option_text("FILE|FOLDER");
   command->add_option("--module", options->module, "The module's library")
       ->option_text("FILE (default: " CONDUIT_DEFAULT_MODULE " beside this program)");
   // Without extra arguments: `--set A=1 session.json` must not take the file.

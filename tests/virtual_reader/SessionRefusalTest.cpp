@@ -70,6 +70,8 @@ const Refusal Refusals[] = {
     {InDocument(R"("images": {"CODELINE": "x"})"), "there is no field \"CODELINE\""},
     {InDocument(R"("images": {"IMAGEVIS": "none.png"})"),
      "document.images.IMAGEVIS: \"none.png\": there is no such file"},
+    {InDocument(R"("images": {"IMAGEVIS": "cut"}, "barcodes": [])"),
+     "document.images.IMAGEVIS: \"cut\": this PNG ends early"},
     {InDocument(R"("images": {"IMAGEVIS": "."})"), "this is a folder or a device"},
     {InDocument(R"("images": {"IMAGEVIS": "empty"})"), "the file is empty"},
     {InDocument(R"("images": {"IMAGEVIS": "huge"})"), "the file has 1073741824 bytes, at most"},
@@ -87,6 +89,7 @@ TEST(SessionRefusal, NamesTheFileThePlaceAndTheReason) {
     SCOPED_TRACE(refusal.json.substr(0, 200));
     ReaderSession session(refusal.json);
     session.Write("empty", "");
+    session.Write("cut", "\x89PNG\r\n\x1A\n");
     session.Write("huge", "");
     std::filesystem::resize_file(session.folder / "huge", std::uintmax_t{1} << 30);
     EXPECT_EQ(session.Start(), Code(refusal.result));
