@@ -16,17 +16,11 @@ std::string Utf8FromPath(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
-void RequireReadableFile(const char* what, const std::filesystem::path& file) {
-  const auto refuse = [&](const std::string& reason) {
-    throw std::runtime_error(std::string("cannot read ") + what + " " + Utf8FromPath(file) + ": " +
-                             reason);
-  };
+void RequireReadable(const char* what, const std::filesystem::path& path) {
   std::error_code problem;
-  if (std::filesystem::is_directory(file, problem)) {
-    refuse("it is a folder");
-  }
-  if (!std::ifstream(file, std::ios::binary)) {
-    refuse(std::generic_category().message(errno));
+  if (!std::filesystem::is_directory(path, problem) && !std::ifstream(path, std::ios::binary)) {
+    throw std::runtime_error(std::string("cannot read ") + what + " " + Utf8FromPath(path) + ": " +
+                             std::generic_category().message(errno));
   }
 }
 

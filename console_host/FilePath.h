@@ -11,9 +11,9 @@ std::filesystem::path PathFromUtf8(const std::string& text);
 
 std::string Utf8FromPath(const std::filesystem::path& path);
 
-/// Throws a std::runtime_error that names the file and the reason when it
-/// cannot be read.
-/// @param what  "session file"
-void RequireReadableFile(const char* what, const std::filesystem::path& file);
+/// Throws a std::runtime_error that names the path and the reason when it is
+/// neither a folder nor a file that can be read.
+/// @param what  "session"
+void RequireReadable(const char* what, const std::filesystem::path& path);
 
 }  // namespace conduit

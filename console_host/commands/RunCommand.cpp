@@ -169,9 +169,7 @@ RunEnded WaitForEnd(EndOfSession& end, const HostRecorder& recorder) {
 RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& end) {
   if (!options.session.empty()) {
     const std::filesystem::path session = PathFromUtf8(options.session);
-    if (!std::filesystem::is_directory(session)) {
-      RequireReadableFile("session file", session);
-    }
+    RequireReadable("session", session);
     SetEnvironment(SessionVariable, session);
   }
 
