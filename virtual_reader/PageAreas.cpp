@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <utility>
 
 namespace conduit {
 namespace {
@@ -12,6 +13,11 @@ struct Cells {
   int columns;
   int rows;
   std::vector<bool> dark;
+
+  std::size_t At(int column, int row) const {
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(columns) +
+           static_cast<std::size_t>(column);
+  }
 };
 
 Cells CellsOf(const PageImage& image) {
@@ -26,7 +32,7 @@ Cells CellsOf(const PageImage& image) {
     if (image.light[i] < threshold) {
       const int x = static_cast<int>(i % static_cast<std::size_t>(image.width));
       const int y = static_cast<int>(i / static_cast<std::size_t>(image.width));
-      cells.dark[static_cast<std::size_t>(y / size * cells.columns + x / size)] = true;
+      cells.dark[cells.At(x / size, y / size)] = true;
     }
   }
   return cells;
@@ -43,14 +49,11 @@ PageArea TakeConnected(int column, int row, Cells* cells) {
   while (!open.empty()) {
     const auto [x, y] = open.back();
     open.pop_back();
-    if (x < 0 || y < 0 || x >= cells->columns || y >= cells->rows) {
+    const bool inside = x >= 0 && y >= 0 && x < cells->columns && y < cells->rows;
+    if (!inside || !cells->dark[cells->At(x, y)]) {
       continue;
     }
-    const auto cell = cells->dark.begin() + (y * cells->columns + x);
-    if (!*cell) {
-      continue;
-    }
-    *cell = false;
+    cells->dark[cells->At(x, y)] = false;
     left = std::min(left, x);
     right = std::max(right, x);
     top = std::min(top, y);
@@ -78,7 +81,7 @@ std::vector<PageArea> PrintedAreas(const PageImage& image) {
   std::vector<PageArea> areas;
   for (int row = 0; row < cells.rows; ++row) {
     for (int column = 0; column < cells.columns; ++column) {
-      if (!cells.dark[static_cast<std::size_t>(row * cells.columns + column)]) {
+      if (!cells.dark[cells.At(column, row)]) {
         continue;
       }
       const PageArea area = TakeConnected(column, row, &cells);

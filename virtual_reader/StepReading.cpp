@@ -288,7 +288,7 @@ void StepReading::ReadScan(const std::string& image, const std::string& codeline
 
 void StepReading::WarnAt(const std::string& place, const std::vector<std::string>& warnings) {
   for (const std::string& warning : warnings) {
-    Warn(place + ": " + warning);
+    Warn(std::string(place).append(": ").append(warning));
   }
 }
 

@@ -56,14 +56,14 @@ class StepReading {
   void ReadAamvaText(const SessionField& field);
   void ReadChip(const SessionField& field);
 
-  void AddAamva(const std::string& place, std::string_view text);
-
   /// Adds a codeline as plain text and as a record.
   void AddCodeline(const std::string& place, const CodelineReading& codeline,
                    ReaderDataType textType, ReaderDataType recordType);
   void AddImages(const std::string& place, std::vector<PageFile> files);
-  /// Adds the barcodes found on page images.
+  /// Adds the barcodes found on page images, and the records of driving licences.
   void AddBarcodes(const std::string& place, const PagesReading& reading);
+  /// Adds the record of a driving licence's barcode. Throws std::invalid_argument.
+  void AddAamva(const std::string& place, std::string_view text);
   void AddEvent(ReaderEventCode code) { Add(SendEvent{code, {}}); }
   /// Made in place: GCC takes a moved Action for one that may be uninitialised.
   template <typename ActionType>
