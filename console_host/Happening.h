@@ -21,7 +21,9 @@ struct RunBegan {
 
 /// The host calls the module. What the module logs or reports from here to the
 /// CallReturned belongs to this call, unless a reader thread is already at work.
-struct CallBegan {};
+struct CallBegan {
+  std::string name;  ///< "SetParameter LogLevel=2"
+};
 
 struct CallReturned {
   std::string failure;  ///< what it means for the user when the result is not 0
@@ -71,6 +73,9 @@ struct ErrorReported {
   bool routine;      ///< an empty text while no error stood, as every event brings one
 };
 
+/// The host has waited a moment: several times a second while the reader runs.
+struct TimePassed {};
+
 enum class EndReason { ReaderTerminated, Interrupted, Failed };
 
 struct RunEnded {
@@ -78,9 +83,9 @@ struct RunEnded {
   std::string message;  ///< of a failure; empty when a CallReturned has told it
 };
 
-using Happening =
-    std::variant<RunBegan, CallBegan, CallReturned, Warned, LogLine, ItemReceived, EventReceived,
-                 DataBegan, DataEnded, ScriptActivated, StateReported, ErrorReported, RunEnded>;
+using Happening = std::variant<RunBegan, CallBegan, CallReturned, Warned, LogLine, ItemReceived,
+                               EventReceived, DataBegan, DataEnded, ScriptActivated, StateReported,
+                               ErrorReported, TimePassed, RunEnded>;
 
 /// Takes in what happens in a run. HostRecorder hands everything to one sink
 /// after the other under its lock, so a sink needs none of its own. One that

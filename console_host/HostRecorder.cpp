@@ -78,12 +78,12 @@ void HostRecorder::HandOut(const Happening& happening) {
   }
 }
 
-std::int32_t HostRecorder::Call(const std::string& failure,
+std::int32_t HostRecorder::Call(const std::string& name, const std::string& failure,
                                 const std::function<std::int32_t()>& call) {
   {
     const std::lock_guard lock(mutex);
     said.clear();
-    HandOut(CallBegan{});
+    HandOut(CallBegan{name});
   }
   // Without the lock: the module calls back before it returns.
   const std::int32_t result = call();

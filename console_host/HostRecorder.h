@@ -28,9 +28,11 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   void Record(const Happening& happening);
 
   /// Calls the module and records how it went.
+  /// @param name     the call as a log would name it, "SetParameter LogLevel=2"
   /// @param failure  what it means for the user when the result is not 0
   /// @returns the call's result.
-  std::int32_t Call(const std::string& failure, const std::function<std::int32_t()>& call);
+  std::int32_t Call(const std::string& name, const std::string& failure,
+                    const std::function<std::int32_t()>& call);
 
   /// Why a sink could not go on; it receives nothing any more. The first counts.
   std::optional<std::string> SinkFailure() const;

@@ -9,6 +9,7 @@
 
 #include "console_host/DataFormat.h"
 #include "console_host/Utf8.h"
+#include "console_host/platform/Digest.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
@@ -81,7 +82,7 @@ struct ToJson {
   }
 
   std::optional<Json> operator()(const LogLine& line) const {
-    if (line.level > logLevel) {
+    if (line.level > options.logLevel) {
       return std::nullopt;
     }
     Json object{{"kind", "log"}, {"level", line.level}};
@@ -101,6 +102,10 @@ struct ToJson {
     } else {
       const std::string_view format = DataFormat(*item.data);
       object["format"] = format.empty() ? Json("binary") : Json(format);
+      object["sha256"] = Hexadecimal(Sha256(*item.data));
+      if (options.data) {
+        object["base64"] = Base64(*item.data);
+      }
     }
     if (item.feature) {
       AddText(object, "feature", *item.feature);
@@ -135,6 +140,8 @@ struct ToJson {
     return Kind("error", "text", error.text);
   }
 
+  std::optional<Json> operator()(const TimePassed& /*time*/) const { return std::nullopt; }
+
   std::optional<Json> operator()(const RunEnded& run) const {
     Json object{{"kind", "stop"}, {"reason", EndReasons[static_cast<std::size_t>(run.reason)]}};
     if (!run.message.empty()) {
@@ -143,16 +150,16 @@ struct ToJson {
     return object;
   }
 
-  std::int32_t logLevel;
+  JsonSinkOptions options;
 };
 
 }  // namespace
 
-JsonSink::JsonSink(std::ostream& output, std::int32_t logLevel)
-    : output(output), logLevel(logLevel) {}
+JsonSink::JsonSink(std::ostream& output, JsonSinkOptions options)
+    : output(output), options(options) {}
 
 void JsonSink::Receive(const Happening& happening) {
-  const std::optional<Json> object = std::visit(ToJson{logLevel}, happening);
+  const std::optional<Json> object = std::visit(ToJson{options}, happening);
   if (!object) {
     return;
   }

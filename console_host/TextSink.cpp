@@ -5,8 +5,8 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "console_host/DataFormat.h"
 #include "console_host/FilePath.h"
+#include "console_host/ItemDescription.h"
 #include "console_host/Utf8.h"
 #include "interfaces/ResultCode.h"
 
@@ -27,24 +27,6 @@ std::string Padded(const std::string& text, int width) {
   std::ostringstream padded;
   padded << std::left << std::setw(width) << text;
   return padded.str();
-}
-
-std::string Described(const ItemReceived& item) {
-  const std::string length = std::to_string(item.length);
-  if (item.length < 0) {
-    return "(no data, impossible length " + length + ")";
-  }
-  if (!item.data) {
-    return "(no data, " + length + " bytes announced)";
-  }
-  if (item.data->empty()) {
-    return "(empty)";
-  }
-  if (ReadsAsText(item.type, *item.data)) {
-    return Escaped(*item.data);
-  }
-  const std::string format(DataFormat(*item.data));
-  return (format.empty() ? "(binary data" : "(" + format + " image") + ", " + length + " bytes)";
 }
 
 }  // namespace
@@ -98,6 +80,8 @@ void TextSink::Write(const CallBegan& /*call*/) { callUnderWay = true; }
 void TextSink::Write(const CallReturned& /*call*/) { callUnderWay = false; }
 
 void TextSink::Write(const Warned& /*warning*/) {}  // told as trouble
+
+void TextSink::Write(const TimePassed& /*time*/) {}
 
 void TextSink::Write(const LogLine& line) {
   if (line.level > options.logLevel) {

@@ -29,6 +29,7 @@ class TextSink final : public ISink {
   void Write(const CallBegan& call);
   void Write(const CallReturned& call);
   void Write(const Warned& warning);
+  void Write(const TimePassed& time);
   void Write(const LogLine& line);
   void Write(const ItemReceived& item);
   void Write(const EventReceived& event);

@@ -37,15 +37,19 @@ std::string Explained(std::int32_t result) {
 
 }  // namespace
 
-TroubleSink::TroubleSink(std::ostream& output, bool showsLog)
-    : output(output), showsLog(showsLog) {}
+TroubleSink::TroubleSink(std::ostream& output, TroubleSinkOptions options)
+    : output(output), options(options) {}
 
 void TroubleSink::Receive(const Happening& happening) {
+  const auto* line = std::get_if<LogLine>(&happening);
+  if (!line && !callUnderWay) {
+    TellHeld(std::get_if<ErrorReported>(&happening));
+  }
+  if (line) {
+    Hold(*line);
+  }
   if (std::holds_alternative<CallBegan>(happening)) {
     callUnderWay = true;
-  }
-  if (const auto* line = std::get_if<LogLine>(&happening)) {
-    Tell(*line);
   }
   if (const auto* call = std::get_if<CallReturned>(&happening)) {
     Tell(*call);
@@ -59,28 +63,32 @@ void TroubleSink::Receive(const Happening& happening) {
   output.flush();
 }
 
-void TroubleSink::Tell(const LogLine& line) {
-  if (line.level > FailureLevel || !showsLog) {
-    return;
-  }
-  if (callUnderWay) {
+void TroubleSink::Hold(const LogLine& line) {
+  if (line.level <= FailureLevel && options.log) {
     held.push_back(line);
-  } else {
-    output << Prefix << Escaped(line.tag) << ": " << Escaped(line.message) << '\n';
   }
+}
+
+void TroubleSink::TellHeld(const ErrorReported* error) {
+  for (const LogLine& line : held) {
+    const bool repeats = error && !options.readerErrors && !error->text.empty() &&
+                         line.message.find(error->text) != std::string::npos;
+    if (!repeats) {
+      output << Prefix << Escaped(line.tag) << ": " << Escaped(line.message) << '\n';
+    }
+  }
+  held.clear();
 }
 
 void TroubleSink::Tell(const CallReturned& call) {
   callUnderWay = false;
   if (call.result == ResultSuccess) {
-    for (const LogLine& line : held) {
-      Tell(line);
-    }
-  } else {
-    output << Prefix << call.failure << " (" << Explained(call.result) << ")\n";
-    for (const std::string& reason : call.reasons) {
-      output << "  " << Escaped(reason) << '\n';
-    }
+    TellHeld(nullptr);
+    return;
+  }
+  output << Prefix << call.failure << " (" << Explained(call.result) << ")\n";
+  for (const std::string& reason : call.reasons) {
+    output << "  " << Escaped(reason) << '\n';
   }
   held.clear();
 }

@@ -1,6 +1,7 @@
 #include "console_host/commands/RunCommand.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <iostream>
 #include <iterator>
@@ -16,12 +17,15 @@
 #include "console_host/HostRecorder.h"
 #include "console_host/JsonSink.h"
 #include "console_host/LoadedModule.h"
+#include "console_host/ProgressLine.h"
+#include "console_host/SaveSink.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
 #include "console_host/Utf8.h"
 #include "console_host/platform/Interrupt.h"
 #include "console_host/platform/Process.h"
 #include "console_host/platform/Terminal.h"
+#include "console_host/report/ReportSink.h"
 #include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
 
@@ -30,6 +34,8 @@ namespace conduit {
 namespace {
 
 constexpr const char* SessionVariable = "HALDEN_READER_SESSION";
+
+constexpr std::chrono::seconds ProgressAfter(3);
 
 constexpr const char* Examples = R"(
 Examples:
@@ -45,6 +51,8 @@ Examples:
       the module's trace
   conduit run samples/session.json --json | grep '"kind":"item"'
       gives programs one JSON object a line
+  conduit run samples/session.json --report run.html --save items
+      writes a page that shows the run, and every item as a file
   conduit run --module ./MyModule.so --set LogFileName=reader.log
       drives the reader that the module's own reader library finds
 
@@ -59,6 +67,9 @@ struct RunOptions {
   std::vector<std::string> refusedSignals;
   std::int32_t logLevel = -1;
   bool json = false;
+  bool data = false;
+  std::string report;
+  std::string saveFolder;
 };
 
 /// The parts before and after the first '='.
@@ -98,9 +109,10 @@ void SetParameters(LoadedModule& module, const RunOptions& options, HostRecorder
   for (const std::string& setting : options.settings) {
     const auto [name, value] = Split(setting);
     const std::int32_t result =
-        recorder.Call("the module refuses --set " + setting, [&, &name = name, &value = value] {
-          return module->SetParameter(name.c_str(), value.c_str());
-        });
+        recorder.Call("SetParameter " + setting, "the module refuses --set " + setting,
+                      [&, &name = name, &value = value] {
+                        return module->SetParameter(name.c_str(), value.c_str());
+                      });
     refused |= result != ResultSuccess;
     unknown |= result == ResultUnknownParameter;
   }
@@ -135,7 +147,7 @@ void AddReactions(LoadedModule& module, const RunOptions& options, HostRecorder&
       WarnOfUnknownEvent(event, recorder);
     }
     const std::int32_t result = recorder.Call(
-        "the module refuses --on " + reaction,
+        "AddCondition and AddAction " + reaction, "the module refuses --on " + reaction,
         [&, firstOfEvent, &event = event, &script = script]() -> std::int32_t {
           if (firstOfEvent) {
             const std::int32_t added = module->AddCondition("ReceiveEvent", event.c_str());
@@ -152,7 +164,7 @@ void AddReactions(LoadedModule& module, const RunOptions& options, HostRecorder&
   }
 }
 
-RunEnded WaitForEnd(EndOfSession& end, const HostRecorder& recorder) {
+RunEnded WaitForEnd(EndOfSession& end, HostRecorder& recorder) {
   // How long a Ctrl-C may go unnoticed: a signal handler cannot notify.
   constexpr std::chrono::milliseconds pollInterval(50);
   while (!end.WaitFor(pollInterval)) {
@@ -162,6 +174,7 @@ RunEnded WaitForEnd(EndOfSession& end, const HostRecorder& recorder) {
     if (InterruptStatus() != 0) {
       return {EndReason::Interrupted, ""};
     }
+    recorder.Record(TimePassed{});
   }
   return {EndReason::ReaderTerminated, ""};
 }
@@ -178,27 +191,52 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
   SetParameters(module, options, recorder);
   AddReactions(module, options, recorder);
   const std::int32_t started =
-      recorder.Call("the reader did not start", [&] { return module->Initialise(); });
+      recorder.Call("Initialise", "the reader did not start", [&] { return module->Initialise(); });
   if (started != ResultSuccess) {
     return {EndReason::Failed, ""};
   }
 
   RunEnded ended = WaitForEnd(end, recorder);
-  recorder.Call("the reader did not stop", [&] { return module->Shutdown(); });
+  recorder.Call("Shutdown", "the reader did not stop", [&] { return module->Shutdown(); });
   return ended;
 }
 
+/// Opens what the user asked to have written, so that a run whose outcome could
+/// not be kept does not begin.
+std::vector<std::unique_ptr<ISink>> OpenFiles(const RunOptions& options) {
+  std::vector<std::unique_ptr<ISink>> files;
+  if (!options.saveFolder.empty()) {
+    files.push_back(std::make_unique<SaveSink>(PathFromUtf8(options.saveFolder)));
+  }
+  if (!options.report.empty()) {
+    files.push_back(std::make_unique<ReportSink>(PathFromUtf8(options.report)));
+  }
+  return files;
+}
+
 int Run(const RunOptions& options) {
-  const bool colour = PrepareTerminal() && !std::getenv("NO_COLOR");
+  const bool terminal = PrepareTerminal();
+  const bool colour = terminal && !std::getenv("NO_COLOR");
   CatchInterrupts();
 
+  const std::vector<std::unique_ptr<ISink>> files = OpenFiles(options);
   TextSink text(std::cout, {colour, options.logLevel});
-  JsonSink json(std::cout, options.logLevel);
-  TroubleSink trouble(std::cerr, options.logLevel < 0);
+  JsonSink json(std::cout, {options.logLevel, options.data});
+  TroubleSink trouble(std::cerr, {.log = options.logLevel < 0,
+                                  .readerErrors = options.json || !TroubleShowsBesideOutput()});
+  ProgressLine progress(std::cout, ProgressAfter);
   EndOfSession end;
-  ISink* const shown = options.json ? static_cast<ISink*>(&json) : &text;
-  HostRecorder recorder({shown, &trouble, &end},
-                        {options.refusedSignals.begin(), options.refusedSignals.end()});
+
+  std::vector<ISink*> sinks;
+  if (terminal && !options.json) {
+    sinks.push_back(&progress);
+  }
+  sinks.push_back(options.json ? static_cast<ISink*>(&json) : &text);
+  for (const std::unique_ptr<ISink>& file : files) {
+    sinks.push_back(file.get());
+  }
+  sinks.insert(sinks.end(), {&trouble, &end});
+  HostRecorder recorder(sinks, {options.refusedSignals.begin(), options.refusedSignals.end()});
 
   recorder.Record(RunBegan{options.module, options.session});
   RunEnded ended{};
@@ -264,7 +302,18 @@ void AddRunCommand(CLI::App& app, int& exitStatus) {
                    "3 configuration. Without it, failures go to standard error")
       ->check(CLI::Range(0, 3))
       ->option_text("LEVEL");
-  command->add_flag("--json", options->json, "Write one JSON object a line");
+  CLI::Option* const json =
+      command->add_flag("--json", options->json, "Write one JSON object a line");
+  command->add_flag("--data", options->data, "With --json, give binary data, too, in base64")
+      ->needs(json);
+  command
+      ->add_option("--report", options->report,
+                   "Write a page for the browser that shows the run; an earlier one is replaced")
+      ->option_text("FILE.html");
+  command
+      ->add_option("--save", options->saveFolder,
+                   "Save every item as a file in this folder, which is new or empty")
+      ->option_text("FOLDER");
   command->callback([options, &exitStatus] { exitStatus = Run(*options); });
 }
 

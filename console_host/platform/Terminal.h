@@ -6,4 +6,7 @@ namespace conduit {
 /// @returns whether standard output is a terminal that shows colours.
 bool PrepareTerminal();
 
+/// Whether a person sees standard output and standard error on one terminal.
+bool TroubleShowsBesideOutput();
+
 }  // namespace conduit

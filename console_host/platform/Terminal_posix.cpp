@@ -12,4 +12,6 @@ bool PrepareTerminal() {
   return isatty(STDOUT_FILENO) != 0 && terminal && std::string_view(terminal) != "dumb";
 }
 
+bool TroubleShowsBesideOutput() { return isatty(STDOUT_FILENO) != 0 && isatty(STDERR_FILENO) != 0; }
+
 }  // namespace conduit

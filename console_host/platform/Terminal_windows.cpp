@@ -12,4 +12,10 @@ bool PrepareTerminal() {
   return SetConsoleMode(output, mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
+bool TroubleShowsBesideOutput() {
+  DWORD mode = 0;
+  return GetConsoleMode(GetStdHandle(STD_OUTPUT_HANDLE), &mode) &&
+         GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode);
+}
+
 }  // namespace conduit

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "console_host/Happening.h"
+
+namespace conduit {
+
+/// An item's data on one line, for people: the text, or what is known of bytes
+/// that are none.
+std::string Described(const ItemReceived& item);
+
+}  // namespace conduit

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <chrono>
+#include <ostream>
+#include <string>
+
+#include "console_host/Happening.h"
+
+namespace conduit {
+
+/// The last line of a terminal, which says how far a long run has come. It makes
+/// way for whatever else is to be written, and comes back when the host waits.
+///
+/// REQUIRES: is the first of the sinks, so that the others find their line empty.
+class ProgressLine final : public ISink {
+ public:
+  /// REQUIRES: `output` is a terminal and outlives the sink.
+  /// @param after  the age of a run that counts as long
+  ProgressLine(std::ostream& output, std::chrono::milliseconds after);
+
+  void Receive(const Happening& happening) override;
+
+ private:
+  std::string Text(std::chrono::seconds age) const;
+  void Show(const std::string& text);
+
+  std::ostream& output;
+  const std::chrono::milliseconds after;
+  const std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
+  std::string shown;
+  int documents = 0;
+  int items = 0;
+  int errors = 0;
+};
+
+}  // namespace conduit

@@ -1,0 +1,120 @@
+#include "console_host/SaveSink.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <fstream>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+
+#include "console_host/DataFormat.h"
+#include "console_host/FilePath.h"
+
+namespace conduit {
+
+namespace {
+
+/// Well below what file systems take, with room for a number and an extension.
+constexpr std::size_t LongestName = 100;
+
+/// Names that open a device on Windows, whatever their extension.
+constexpr std::string_view DeviceNames[] = {"con", "prn", "aux", "nul", "com", "lpt"};
+
+bool IsLetterOrDigit(char character) {
+  return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'Z') ||
+         (character >= 'a' && character <= 'z');
+}
+
+std::string LowerCase(std::string text) {
+  std::ranges::transform(text, text.begin(), [](char character) {
+    return static_cast<char>(character >= 'A' && character <= 'Z' ? character + ('a' - 'A')
+                                                                  : character);
+  });
+  return text;
+}
+
+/// A name that every file system takes and that stays within its folder.
+std::string FileName(std::string name) {
+  name.resize(std::min(name.size(), LongestName));
+  std::ranges::replace_if(
+      name, [](char character) { return !IsLetterOrDigit(character) && character != '-'; }, '_');
+  if (name.empty()) {
+    return "unnamed";
+  }
+  const std::string stem = LowerCase(name.substr(0, 3));
+  const bool device =
+      name.size() <= 4 && std::ranges::find(DeviceNames, stem) != std::end(DeviceNames);
+  return device ? "_" + name : name;
+}
+
+std::string FolderName(int document) {
+  char name[32];
+  std::snprintf(name, sizeof name, "document-%03d", document);
+  return name;
+}
+
+[[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& reason) {
+  throw std::runtime_error("cannot save to " + Utf8FromPath(path) + ": " + reason);
+}
+
+void CreateFolders(const std::filesystem::path& folder) {
+  std::error_code problem;
+  std::filesystem::create_directories(folder, problem);
+  if (problem) {
+    Refuse(folder, problem.message());
+  }
+}
+
+}  // namespace
+
+SaveSink::SaveSink(const std::filesystem::path& folder) : folder(folder) {
+  std::error_code problem;
+  if (std::filesystem::exists(folder, problem) && !std::filesystem::is_directory(folder, problem)) {
+    Refuse(folder, "it is not a folder");
+  }
+  CreateFolders(folder);
+  if (!std::filesystem::is_empty(folder, problem)) {
+    Refuse(folder, problem ? problem.message() : "the folder is not empty");
+  }
+}
+
+void SaveSink::Receive(const Happening& happening) {
+  if (std::holds_alternative<DataBegan>(happening)) {
+    ++documents;
+    inDocument = true;
+  }
+  if (std::holds_alternative<DataEnded>(happening)) {
+    inDocument = false;
+  }
+  if (const auto* item = std::get_if<ItemReceived>(&happening)) {
+    Save(*item);
+  }
+}
+
+void SaveSink::Save(const ItemReceived& item) {
+  if (!item.data) {
+    return;
+  }
+  const std::filesystem::path file = NewFile(item);
+  CreateFolders(file.parent_path());
+  std::ofstream output(file, std::ios::binary);
+  output << *item.data << std::flush;
+  if (!output) {
+    Refuse(file, std::generic_category().message(errno));
+  }
+}
+
+std::filesystem::path SaveSink::NewFile(const ItemReceived& item) {
+  const std::string document = FolderName(inDocument ? documents : 0);
+  const std::string name = FileName(item.name);
+  const std::string extension(ReadsAsText(item.type, *item.data) ? ".txt"
+                                                                 : FileExtension(*item.data));
+  std::string file = name;
+  for (int number = 2; !taken.insert(document + "/" + LowerCase(file)).second; ++number) {
+    file = name + "-" + std::to_string(number);
+  }
+  return folder / document / (file + extension);
+}
+
+}  // namespace conduit

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <set>
+#include <string>
+
+#include "console_host/Happening.h"
+
+namespace conduit {
+
+/// Saves every item's bytes as a file: `document-001/IMAGEVIS.png`, the second of
+/// the name `IMAGEVIS-2.png`; `document-000/` takes what belongs to no document.
+/// An item that came without its data leaves no file.
+class SaveSink final : public ISink {
+ public:
+  /// Creates the folder. Throws a std::runtime_error that names it and the reason
+  /// when it cannot be used; one that holds anything is not.
+  explicit SaveSink(const std::filesystem::path& folder);
+
+  /// Throws a std::runtime_error when a file cannot be written.
+  void Receive(const Happening& happening) override;
+
+ private:
+  void Save(const ItemReceived& item);
+  std::filesystem::path NewFile(const ItemReceived& item);
+
+  const std::filesystem::path folder;
+  int documents = 0;
+  bool inDocument = false;
+  std::set<std::string> taken;  ///< files, in lower case: Windows tells no cases apart
+};
+
+}  // namespace conduit

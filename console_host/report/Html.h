@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace conduit {
+
+/// Any bytes as text of a page: nothing in them is markup, whether they stand
+/// between tags or in a quoted attribute. What a reader could not see, or what
+/// would reorder the text, is written out as on a terminal.
+std::string HtmlText(std::string_view bytes);
+
+/// <name attributes>contents</name>
+/// @param attributes  markup; empty for none
+/// @param contents    markup
+std::string Element(std::string_view name, std::string_view attributes, std::string_view contents);
+
+}  // namespace conduit
