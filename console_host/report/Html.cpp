@@ -26,9 +26,9 @@ std::string_view EntityOf(char character) {
 
 }  // namespace
 
-std::string HtmlText(std::string_view bytes) {
+std::string PrintableHtml(std::string_view printable) {
   std::string markup;
-  for (const char character : Escaped(bytes)) {
+  for (const char character : printable) {
     const std::string_view entity = EntityOf(character);
     if (entity.empty()) {
       markup += character;
@@ -38,6 +38,8 @@ std::string HtmlText(std::string_view bytes) {
   }
   return markup;
 }
+
+std::string HtmlText(std::string_view bytes) { return PrintableHtml(Escaped(bytes)); }
 
 std::string Element(std::string_view name, std::string_view attributes, std::string_view contents) {
   std::string element = "<";

@@ -5,9 +5,12 @@
 
 namespace conduit {
 
-/// Any bytes as text of a page: nothing in them is markup, whether they stand
-/// between tags or in a quoted attribute. What a reader could not see, or what
-/// would reorder the text, is written out as on a terminal.
+/// Printable text as text of a page: nothing in it is markup, whether it stands
+/// between tags or in a quoted attribute.
+std::string PrintableHtml(std::string_view printable);
+
+/// Any bytes as text of a page. What a reader could not see, or what would
+/// reorder the text, is written out as on a terminal.
 std::string HtmlText(std::string_view bytes);
 
 /// <name attributes>contents</name>

@@ -42,6 +42,15 @@ std::string Row(const std::string& attributes, const std::string& cells) {
   return Element("tr", attributes, cells) + "\n";
 }
 
+/// As much of valid UTF-8 as fits without cutting a character.
+std::string StartOf(const std::string& text, std::size_t length) {
+  const auto continues = [&] { return (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80; };
+  while (length > 0 && continues()) {
+    --length;
+  }
+  return text.substr(0, length);
+}
+
 std::string Joined(const std::vector<std::string>& texts) {
   std::string joined;
   for (const std::string& text : texts) {
@@ -236,14 +245,13 @@ void ReportSink::AddBarcode(const ItemReceived& item) {
           Cell("number", std::to_string(item.type)) + Cell("number", std::to_string(item.length)));
 }
 
-/// The cut may fall within a character: what is left of it shows as bytes.
 std::string ReportSink::Value(const ItemReceived& item) const {
   std::string refused = item.answer == 0 ? "" : " " + Element("strong", "", "refused");
   const std::string text = Described(item);
   if (text.size() <= limits.text) {
-    return HtmlText(text) + refused;
+    return PrintableHtml(text) + refused;
   }
-  return HtmlText(text.substr(0, limits.text)) +
+  return PrintableHtml(StartOf(text, limits.text)) +
          Element("em", "",
                  " ... cut here: the item has " + std::to_string(item.length) +
                      " bytes. --save has it.") +

@@ -3,6 +3,9 @@
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
+#include <map>
+#include <sstream>
 
 #include "RunConduit.h"
 
@@ -74,7 +77,7 @@ TEST(RunCommand, GivesProgramsOneObjectALine) {
                                 R"({"kind":"state","text":"Enabled"}
 {"kind":"begin"}
 {"kind":"item","name":"NAME","itemType":4,"length":2,"value":"A�","valueHex":"41ff","last":true}
-{"kind":"item","name":"IMAGEVIS","itemType":5,"length":3,"format":"BMP","last":true}
+{"kind":"item","name":"IMAGEVIS","itemType":5,"length":3,"format":"BMP","sha256":"5ff08c4ccbb15a9bbafcbb08724f46658eec516d9ef8ac695c7b6839b68d2545","last":true}
 {"kind":"item","name":"BARCODE_QRCODE","itemType":0,"length":1,"value":"B","feature":"0","last":false}
 {"kind":"item","name":"IMAGEIR","itemType":5,"length":12,"missing":true,"last":true}
 {"kind":"end"}
@@ -86,6 +89,74 @@ TEST(RunCommand, GivesProgramsOneObjectALine) {
 {"kind":"stop","reason":"terminated"}
 )");
   EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(RunCommand, SavesEveryItemUnderANameOfItsOwn) {
+  const std::filesystem::path folder = InFolder("saved");
+  std::filesystem::remove_all(folder);
+  const std::string longName(300, 'L');
+  const Outcome outcome = RunFake(
+      {"--save", folder / "new"},
+      ToItsEnd("item OUTSIDE 4 41\nbegin\nitem ../../A:B\\C 4 41FF0A\nitem IMAGEIR 5 424D00\n"
+               "item imageir 5 FFD8FF\nitem IMAGEIR-2 0 00\nitem IMAGEIR 5 00\nmissing GONE\n"
+               "item NUL 4\nitem com1 4\nitem " +
+               longName + " 4 42\nend\nnulls\nbegin\nitem IMAGEIR 5 424D00\nend\n"));
+  EXPECT_EQ(outcome.trouble, "conduit: : \n");  // the null texts
+  std::map<std::string, std::string> files;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.is_regular_file()) {
+      std::ifstream file(entry.path(), std::ios::binary);
+      files[entry.path().lexically_relative(folder / "new")] = {
+          std::istreambuf_iterator<char>(file), {}};
+    }
+  }
+  const std::map<std::string, std::string> expected = {
+      {"document-000/OUTSIDE.txt", "A"},
+      {"document-000/unnamed.txt", ""},
+      {"document-001/______A_B_C.txt", "A\xFF\n"},
+      {"document-001/IMAGEIR.bmp", std::string("BM\0", 3)},
+      {"document-001/imageir-2.jpg", "\xFF\xD8\xFF"},
+      {"document-001/IMAGEIR-2-2.bin", std::string(1, '\0')},
+      {"document-001/IMAGEIR-3.bin", std::string(1, '\0')},
+      {"document-001/_NUL.txt", ""},
+      {"document-001/_com1.txt", ""},
+      {"document-001/" + longName.substr(0, 100) + ".txt", "B"},
+      {"document-002/IMAGEIR.bmp", std::string("BM\0", 3)},
+  };
+  EXPECT_EQ(files, expected);
+}
+
+TEST(RunCommand, WritesTheReportHoweverTheRunEnds) {
+  struct Case {
+    std::string script;
+    Interruption interruption;
+    const char* outcome;
+  };
+  const Case cases[] = {
+      {ToItsEnd("begin\nend\n"), {}, "The reader has terminated."},
+      {"event READY", {SIGINT, "READY"}, "The run was interrupted."},
+      {"refuse\nlog 0 Reader Error: no device\nerror no device\n",
+       {},
+       "Initialise answered 13: the reader did not start (Reader Error: no device)"},
+      {"no memory", {}, "CIM_GetInputModule answered 6"},
+  };
+  const std::string file = InFolder("report.html");
+  for (const Case& one : cases) {
+    RunFake({"--report", file}, one.script, one.interruption);
+    std::ifstream page(file);
+    EXPECT_THAT(std::string(std::istreambuf_iterator<char>(page), {}),
+                AllOf(HasSubstr(one.outcome), HasSubstr("</html>")));
+  }
+}
+
+TEST(RunCommand, FailsWhenItsReportIsLost) {
+  const char* const full = "/dev/full";
+  if (!std::filesystem::exists(full)) {
+    GTEST_SKIP() << "this system has no " << full;
+  }
+  const Outcome outcome = RunFake({"--report", full}, ToItsEnd(""));
+  EXPECT_EQ(outcome.trouble, "conduit: cannot write report /dev/full: No space left on device\n");
+  EXPECT_EQ(outcome.status, 1);
 }
 
 TEST(RunCommand, HandsSessionAndConfigurationToTheModule) {
@@ -197,6 +268,32 @@ TEST(RunCommand, NamesWhatItRefusesAndWhy) {
       {"reaction without =", {"run", "--on", "DOC"}, "", 2, {"'DOC'", "EVENT=SCRIPT"}},
       {"unknown signal", {"run", "--refuse", "IMAGEIR"}, "", 2, {"IMAGEIR"}},
       {"log level", {"run", "--log", "4"}, "", 2, {"4"}},
+      {"data without JSON", {"run", "--data"}, "", 2, {"--data requires --json"}},
+      {"report nowhere",
+       {"run", "--module", fake, "--report", "no/run.html"},
+       "",
+       1,
+       {"conduit: cannot write report no/run.html: No such file or directory\n"}},
+      {"report on a folder",
+       {"run", "--module", fake, "--report", TEST_FOLDER},
+       "",
+       1,
+       {TEST_FOLDER ": it is a folder"}},
+      {"folder in use",
+       {"run", "--module", fake, "--save", TEST_FOLDER},
+       "",
+       1,
+       {"conduit: cannot save to " TEST_FOLDER ": the folder is not empty\n"}},
+      {"folder within a file",
+       {"run", "--module", fake, "--save", text + "/items"},
+       "",
+       1,
+       {"/items: Not a directory"}},
+      {"folder on a file",
+       {"run", "--module", fake, "--save", text},
+       "",
+       1,
+       {"text.so: it is not a folder"}},
       {"no session", {"run", "no.json", "--module", fake}, "", 1, {"no.json: No such file"}},
       {"no module", {"run", "--module", "no.so"}, "", 1, {"load module no.so: no such file"}},
       {"module folder", {"run", "--module", TEST_FOLDER}, "", 1, {TEST_FOLDER ": it is a folder"}},

@@ -1,11 +1,18 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <fstream>
+#include <iterator>
 #include <sstream>
 #include <string>
 
 #include "console_host/DataFormat.h"
+#include "console_host/ProgressLine.h"
 #include "console_host/TextSink.h"
+#include "console_host/TroubleSink.h"
 #include "console_host/Utf8.h"
+#include "console_host/platform/Digest.h"
+#include "console_host/report/ReportSink.h"
 
 using namespace std::string_literals;
 
@@ -74,6 +81,71 @@ TEST(TextSink, KeepsTheOrderOfAReaderThatIsFasterThanItsStart) {
   sink.Receive(DataEnded{});  // without a beginning: must not indent below nothing
   sink.Receive(EventReceived{"B"});
   EXPECT_EQ(output.str(), "ERROR   dirty\nevent   A\nstate   Enabled\nend\nevent   B\n");
+}
+
+TEST(Digest, IsTheOneOfTheStandards) {
+  // FIPS 180-4 and RFC 4648, section 10; the last is longer than one block.
+  EXPECT_EQ(Sha256("abc").substr(0, 4), "\xba\x78\x16\xbf");
+  EXPECT_EQ(Sha256("").size(), 32);
+  EXPECT_EQ(Base64(""), "");
+  EXPECT_EQ(Base64("foobar"), "Zm9vYmFy");
+  EXPECT_EQ(Base64("foob"), "Zm9vYg==");
+  EXPECT_EQ(Base64(std::string(4U << 20, '\xff')), std::string((4U << 20) / 3 * 4, '/') + "/w==");
+}
+
+TEST(TroubleSink, LeavesOutWhatItsReaderSeesAnyway) {
+  for (const bool told : {true, false}) {
+    std::ostringstream output;
+    TroubleSink sink(output, {.log = true, .readerErrors = told});
+    sink.Receive(LogLine{0, "A::B", "Reader Error: jam"});
+    sink.Receive(ErrorReported{"jam", false});
+    sink.Receive(LogLine{0, "A::B", "Reader Error: jam"});
+    sink.Receive(LogLine{0, "A::B", "other"});
+    sink.Receive(TimePassed{});
+    const std::string jam = "conduit: A::B: Reader Error: jam\n";
+    EXPECT_EQ(output.str(), (told ? jam : "") + jam + "conduit: A::B: other\n");
+  }
+}
+
+TEST(ProgressLine, MakesWayForOtherLines) {
+  std::ostringstream output;
+  ProgressLine line(output, std::chrono::milliseconds(0));
+  line.Receive(DataBegan{});
+  line.Receive(TimePassed{});
+  line.Receive(TimePassed{});
+  line.Receive(ErrorReported{"jam", false});
+  line.Receive(TimePassed{});
+  line.Receive(RunEnded{});
+  EXPECT_EQ(output.str(),
+            "\r\x1b[2K... 0:00  1 document, 0 items, 0 errors\r\x1b[2K"
+            "\r\x1b[2K... 0:00  1 document, 0 items, 1 error\r\x1b[2K");
+}
+
+TEST(ReportSink, LeavesOutWhatWouldMakeThePageUnusable) {
+  const std::string file = testing::TempDir() + "/limits.html";
+  ReportSink sink(file, {.picture = 100, .pictures = 250, .text = 10});
+  const auto receive = [&](ItemType type, const std::string& data) {
+    const auto length = static_cast<std::int32_t>(data.size());
+    sink.Receive(ItemReceived{"A", type, length, data, {}, true, 0});
+  };
+  for (const unsigned size : {101U, 100U, 100U, 100U}) {
+    receive(ItemTypeImage, "BM" + std::string(size - 2, '.'));
+  }
+  receive(ItemTypeText, "123456789\u00DC");
+  sink.Receive(RunEnded{});
+  std::ifstream page(file);
+  const std::string text(std::istreambuf_iterator<char>(page), {});
+  const auto count = [&](const std::string& part) {
+    int found = 0;
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+      ++found;
+    }
+    return found;
+  };
+  EXPECT_EQ(count("<img"), 2);
+  EXPECT_EQ(count("Left out: larger"), 1);
+  EXPECT_EQ(count("Left out: the page has"), 1);
+  EXPECT_EQ(count("123456789<em>"), 1);
 }
 
 }  // namespace
