@@ -38,6 +38,11 @@ std::string Cell(const char* kind, const std::string& markup) {
   return Element("td", std::string("class=\"") + kind + "\"", markup);
 }
 
+/// A narrow page has no table head: there the label stands before the value.
+std::string Property(const std::string& label, const std::string& markup) {
+  return Element("td", "class=\"number\" data-label=\"" + label + "\"", markup);
+}
+
 std::string Row(const std::string& attributes, const std::string& cells) {
   return Element("tr", attributes, cells) + "\n";
 }
@@ -238,11 +243,12 @@ void ReportSink::AddPicture(const ItemReceived& item) {
 }
 
 void ReportSink::AddBarcode(const ItemReceived& item) {
-  section.barcodes += Row(
-      item.data ? "" : "class=\"problem\"",
-      Cell("name", Name(item)) + Cell("value", Value(item)) +
-          Cell("number", HtmlText(*item.feature)) + Cell("number", item.last ? "yes" : "no") +
-          Cell("number", std::to_string(item.type)) + Cell("number", std::to_string(item.length)));
+  section.barcodes += Row(item.data ? "" : "class=\"problem\"",
+                          Cell("name", Name(item)) + Cell("value", Value(item)) +
+                              Property("Position", HtmlText(*item.feature)) +
+                              Property("Last", item.last ? "yes" : "no") +
+                              Property("Type", std::to_string(item.type)) +
+                              Property("Bytes", std::to_string(item.length)));
 }
 
 std::string ReportSink::Value(const ItemReceived& item) const {
