@@ -18,6 +18,7 @@ constexpr const char* Examples = R"(
 Examples:
   conduit run samples/session.json
   conduit run samples/session.json --set DateOfBirthFormat=%d.%m.%Y --on DOC_ON_WINDOW=greet
+  conduit run samples/session.json --report run.html --save items
   conduit run --help)";
 
 int Run(int count, const char* const* arguments) {
