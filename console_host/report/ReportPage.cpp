@@ -13,7 +13,7 @@ namespace {
 
 /// The policy lets nothing run and nothing be fetched, should a text ever get
 /// past the escaping.
-constexpr const char* Head = R"(<!DOCTYPE html>
+constexpr const char* Head = R"(
 <html lang="en">
 <head>
 <meta charset="utf-8">
@@ -134,7 +134,7 @@ std::string Overview(const ReportContents& contents) {
 
 std::string ReportPage(const ReportContents& contents) {
   const std::string subject = contents.session.empty() ? contents.module : contents.session;
-  std::string page = Head;
+  std::string page = std::string(ReportStart) + Head;
   page +=
       Element("title", "", "Run of " + HtmlText(Utf8FromPath(PathFromUtf8(subject).filename())));
   page += "\n" + Element("style", "", ReportStyle) + "\n</head>\n<body>\n";

@@ -32,6 +32,9 @@ struct ReportContents {
   std::vector<ReportSection> sections;
 };
 
+/// The first line of every page.
+inline constexpr const char* ReportStart = "<!DOCTYPE html>";
+
 /// The whole page.
 std::string ReportPage(const ReportContents& contents);
 

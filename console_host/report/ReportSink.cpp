@@ -23,6 +23,23 @@ constexpr std::int32_t FailureLevel = 0;
   throw std::runtime_error("cannot write report " + Utf8FromPath(file) + ": " + reason);
 }
 
+/// A page may be replaced, but not the session that a forgotten file name leaves
+/// in its place.
+void RequireReplaceable(const std::filesystem::path& file) {
+  std::error_code problem;
+  if (std::filesystem::is_directory(file, problem)) {
+    Refuse(file, "it is a folder");
+  }
+  if (!std::filesystem::is_regular_file(file, problem)) {
+    return;
+  }
+  std::string start;
+  std::ifstream input(file, std::ios::binary);
+  if (std::getline(input, start) && start != ReportStart) {
+    Refuse(file, "the file exists and is no report");
+  }
+}
+
 std::string SizeNote(std::size_t limit) { return std::to_string(limit >> 20) + " MiB"; }
 
 bool IsPicture(const ItemReceived& item) {
@@ -67,11 +84,9 @@ std::string Joined(const std::vector<std::string>& texts) {
 }  // namespace
 
 ReportSink::ReportSink(const std::filesystem::path& file, const ReportLimits& limits)
-    : file(file), limits(limits), output(file, std::ios::binary) {
-  std::error_code problem;
-  if (std::filesystem::is_directory(file, problem)) {
-    Refuse(file, "it is a folder");
-  }
+    : file(file), limits(limits) {
+  RequireReplaceable(file);
+  output.open(file, std::ios::binary);
   if (!output) {
     Refuse(file, std::generic_category().message(errno));
   }
