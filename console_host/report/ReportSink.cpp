@@ -132,8 +132,9 @@ void ReportSink::Take(const ItemReceived& item) {
     section.items += Row(item.data ? "" : "class=\"problem\"",
                          Cell("name", Name(item)) + Cell("value", Value(item)));
   }
+  const std::string missing = item.data ? "" : " " + Described(item);
   const std::string refused = item.answer == 0 ? "" : " (refused)";
-  AddStep("item", item.name + refused);
+  AddStep("item", item.name + missing + refused, !item.data);
 }
 
 void ReportSink::Take(const EventReceived& event) { AddStep("event", event.name); }
