@@ -103,17 +103,17 @@ void ReportSink::Take(const RunBegan& run) {
   contents.session = run.session;
 }
 
-void ReportSink::Take(const CallBegan& began) { call = began.name; }
+void ReportSink::Take(const CallBegan& call) { callUnderWay = call.name; }
 
-void ReportSink::Take(const CallReturned& returned) {
-  if (returned.result == ResultSuccess) {
-    AddStep("call", call);
+void ReportSink::Take(const CallReturned& call) {
+  if (call.result == ResultSuccess) {
+    AddStep("call", callUnderWay);
     return;
   }
   std::string text =
-      call + " answered " + std::to_string(returned.result) + ": " + returned.failure;
-  if (!returned.reasons.empty()) {
-    text += " (" + Joined(returned.reasons) + ")";
+      callUnderWay + " answered " + std::to_string(call.result) + ": " + call.failure;
+  if (!call.reasons.empty()) {
+    text += " (" + Joined(call.reasons) + ")";
   }
   AddStep("call", text, true);
 }
@@ -295,7 +295,7 @@ void ReportSink::CloseSection() {
 
 std::chrono::milliseconds ReportSink::Age() const {
   return std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                               began);
+                                                               start);
 }
 
 }  // namespace conduit

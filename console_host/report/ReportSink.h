@@ -62,11 +62,11 @@ class ReportSink final : public ISink {
   const std::filesystem::path file;
   const ReportLimits limits;
   std::ofstream output;
-  const std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
+  const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
 
   ReportContents contents;
   ReportSection section;
-  std::string call;              ///< the host's call of the module that is under way
+  std::string callUnderWay;      ///< the host's call of the module
   std::vector<LogLine> pending;  ///< a module logs what it is about to do
   std::size_t pictureBytes = 0;
   int steps = 0;
