@@ -8,52 +8,16 @@
 
 namespace conduit {
 
-namespace {
-
-[[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& reason) {
-  throw std::runtime_error("cannot load module " + Utf8FromPath(file) + ": " + reason);
-}
-
-/// The system's own words for a missing file differ, and some systems then look
-/// for the name in folders of theirs.
-SharedLibrary Load(const std::filesystem::path& file) {
-  if (!std::filesystem::exists(file)) {
-    Refuse(file, "no such file");
-  }
-  if (std::filesystem::is_directory(file)) {
-    Refuse(file, "it is a folder");
-  }
-  try {
-    return SharedLibrary(std::filesystem::absolute(file));
-  } catch (const std::runtime_error& problem) {
-    Refuse(file, problem.what());
-  }
-}
-
-template <typename Function>
-Function Require(const SharedLibrary& library, const char* name,
-                 const std::filesystem::path& file) {
-  const auto function = library.Find<Function>(name);
-  if (!function) {
-    Refuse(file, std::string("it does not export ") + name);
-  }
-  return function;
-}
-
-}  // namespace
-
 LoadedModule::LoadedModule(const std::filesystem::path& file, IModuleLogger& logger)
-    : library(Load(file)), destroy(Require<DestroyFunction>(library, "CIM_Destroy", file)) {
-  const auto create = Require<GetInputModuleFunction>(library, "CIM_GetInputModule", file);
-  const std::int32_t result = create(&logger, &module);
-  if (result != ResultSuccess) {
-    Refuse(file, "CIM_GetInputModule answered " + std::to_string(result));
-  }
-  if (!module) {
-    Refuse(file, "CIM_GetInputModule answered 0 but gave no module");
+    : library(file) {
+  const std::int32_t result = library.create(&logger, &module);
+  if (result != ResultSuccess || !module) {
+    throw std::runtime_error("cannot load module " + Utf8FromPath(file) +
+                             ": CIM_GetInputModule answered " + std::to_string(result) +
+                             (result == ResultSuccess ? " but gave no module" : ""));
   }
 }
 
-LoadedModule::~LoadedModule() { destroy(module); }
+LoadedModule::~LoadedModule() { library.destroy(module); }
 
 }  // namespace conduit

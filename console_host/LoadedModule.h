@@ -2,8 +2,7 @@
 
 #include <filesystem>
 
-#include "console_host/platform/SharedLibrary.h"
-#include "interfaces/ModuleEntry.h"
+#include "console_host/ModuleLibrary.h"
 
 namespace conduit {
 
@@ -23,8 +22,7 @@ class LoadedModule {
   IInputModule* operator->() const { return module; }
 
  private:
-  SharedLibrary library;
-  DestroyFunction destroy;
+  ModuleLibrary library;
   IInputModule* module = nullptr;
 };
 

@@ -7,7 +7,9 @@
 #include <utility>
 #include <vector>
 
+#include "console_host/commands/DescribeCommand.h"
 #include "console_host/commands/RunCommand.h"
+#include "console_host/commands/ValidateCommand.h"
 #include "console_host/platform/Process.h"
 
 namespace {
@@ -19,6 +21,8 @@ Examples:
   conduit run samples/session.json
   conduit run samples/session.json --set DateOfBirthFormat=%d.%m.%Y --on DOC_ON_WINDOW=greet
   conduit run samples/session.json --report run.html --save items
+  conduit describe ./MyModule.so
+  conduit validate ./MyModule.so
   conduit run --help)";
 
 int Run(int count, const char* const* arguments) {
@@ -29,6 +33,8 @@ int Run(int count, const char* const* arguments) {
   app.allow_windows_style_options(false);  // a path may begin with a slash everywhere
   app.require_subcommand(1);
   conduit::AddRunCommand(app, exitStatus);
+  conduit::AddDescribeCommand(app, exitStatus);
+  conduit::AddValidateCommand(app, exitStatus);
 
   try {
     std::vector<std::string> given = conduit::ProgramArguments(count, arguments);

@@ -19,6 +19,7 @@
 #include "console_host/LoadedModule.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
+#include "console_host/SessionVariable.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
 #include "console_host/Utf8.h"
@@ -32,8 +33,6 @@
 namespace conduit {
 
 namespace {
-
-constexpr const char* SessionVariable = "HALDEN_READER_SESSION";
 
 constexpr std::chrono::seconds ProgressAfter(3);
 

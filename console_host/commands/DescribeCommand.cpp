@@ -1,0 +1,233 @@
+#include "console_host/commands/DescribeCommand.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "console_host/FilePath.h"
+#include "console_host/HostRecorder.h"
+#include "console_host/LoadedModule.h"
+#include "console_host/Utf8.h"
+#include "console_host/platform/Terminal.h"
+#include "interfaces/ResultCode.h"
+
+namespace conduit {
+
+namespace {
+
+constexpr const char* Examples = R"(
+Examples:
+  conduit describe ./MyModule.so
+      its parameters, and which conditions and actions it takes
+  conduit describe ./MyModule.so --condition SessionEnds --action PlaySound
+      also tries names of your own
+  conduit describe ./MyModule.so --json
+      gives programs one JSON object
+
+Exit status: 0 described; 1 the module cannot be loaded; 2 wrong usage.)";
+
+/// A module does not list the names that it takes, so these are tried.
+constexpr const char* KnownCondition = "ReceiveEvent";
+constexpr const char* KnownAction = "SetActiveScript";
+constexpr const char* AnyValue = "DOC_ON_WINDOW";
+
+constexpr const char* UnknownName = "No such name";
+
+struct DescribeOptions {
+  std::string module;
+  std::vector<std::string> conditions;
+  std::vector<std::string> actions;
+  bool json = false;
+};
+
+struct Parameter {
+  std::string name;
+  std::string value;
+};
+
+struct Trial {
+  std::string name;
+  std::optional<std::int32_t> answer;  ///< none: there is nothing to try it on
+};
+
+struct Operation {
+  const char* call;
+  std::int32_t answer;
+};
+
+struct Description {
+  std::vector<Parameter> parameters;
+  std::vector<Trial> conditions;
+  std::vector<Trial> actions;
+  std::vector<Operation> operations;
+};
+
+std::string TextOf(const char* text) { return text ? text : ""; }
+
+std::vector<Parameter> ParametersOf(const LoadedModule& module) {
+  std::vector<Parameter> parameters;
+  const std::int32_t count = module->GetParameterCount();
+  for (std::int32_t i = 0; i < count; ++i) {
+    const char* name = nullptr;
+    const char* value = nullptr;
+    module->GetParameterAt(i, &name, &value);
+    parameters.push_back({TextOf(name), TextOf(value)});
+  }
+  return parameters;
+}
+
+/// Tries the names, then the operations; nothing that starts the reader.
+Description Describe(const LoadedModule& module, const DescribeOptions& options,
+                     HostRecorder& host) {
+  Description description;
+  description.parameters = ParametersOf(module);
+  std::optional<std::string> accepted;
+  for (const std::string& name : options.conditions) {
+    const std::int32_t answer = module->AddCondition(name.c_str(), AnyValue);
+    description.conditions.push_back({name, answer});
+    if (answer == ResultSuccess && !accepted) {
+      accepted = name;
+    }
+  }
+  for (const std::string& name : options.actions) {
+    description.actions.push_back({name, std::nullopt});
+    if (accepted) {
+      description.actions.back().answer =
+          module->AddAction(accepted->c_str(), AnyValue, name.c_str(), "script");
+    }
+  }
+
+  const char* value = nullptr;
+  module->SetHost(&host);
+  description.operations = {
+      {"GetParameterCount", module->GetParameterCount()},
+      {"GetConditionCount", module->GetConditionCount()},
+      {"SetParameter of an unknown name", module->SetParameter(UnknownName, "")},
+      {"GetParameter of an unknown name", module->GetParameter(UnknownName, &value)},
+      {"AddCondition of an unknown name", module->AddCondition(UnknownName, AnyValue)},
+      {"AddAction to an unknown condition",
+       module->AddAction(UnknownName, AnyValue, UnknownName, "")},
+      {"Shutdown without Initialise", module->Shutdown()},
+  };
+  return description;
+}
+
+nlohmann::ordered_json ToJson(const std::vector<Trial>& trials) {
+  auto list = nlohmann::ordered_json::array();
+  for (const Trial& trial : trials) {
+    nlohmann::ordered_json one = {{"name", trial.name},
+                                  {"accepted", trial.answer == ResultSuccess}};
+    if (trial.answer) {
+      one["answer"] = *trial.answer;
+    }
+    list.push_back(one);
+  }
+  return list;
+}
+
+void WriteJson(const std::string& module, const Description& description) {
+  nlohmann::ordered_json object = {{"kind", "module"}, {"schema", 1}, {"module", module}};
+  object["parameters"] = nlohmann::ordered_json::array();
+  for (const Parameter& parameter : description.parameters) {
+    object["parameters"].push_back({{"name", parameter.name}, {"value", parameter.value}});
+  }
+  object["conditions"] = ToJson(description.conditions);
+  object["actions"] = ToJson(description.actions);
+  object["operations"] = nlohmann::ordered_json::array();
+  for (const Operation& operation : description.operations) {
+    object["operations"].push_back({{"call", operation.call}, {"answer", operation.answer}});
+  }
+  std::cout << object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+}
+
+void WriteRow(const std::string& name, const std::string& text) {
+  constexpr std::size_t width = 34;
+  std::string padded = name;
+  padded.resize(std::max(padded.size(), width), ' ');
+  std::cout << "  " << padded << "  " << text << '\n';
+}
+
+void WriteTrials(const char* title, const std::vector<Trial>& trials) {
+  std::cout << title << '\n';
+  for (const Trial& trial : trials) {
+    std::string text = "accepted";
+    if (!trial.answer) {
+      text = "not tried: no condition is accepted";
+    } else if (*trial.answer != ResultSuccess) {
+      text = "refused: " + std::to_string(*trial.answer);
+    }
+    WriteRow(Escaped(trial.name), text);
+  }
+}
+
+void WriteText(const std::string& module, const Description& description) {
+  std::cout << "module  " << Escaped(Utf8FromPath(PathFromUtf8(module).filename())) << '\n'
+            << "parameters, " << description.parameters.size() << '\n';
+  for (const Parameter& parameter : description.parameters) {
+    WriteRow(Escaped(parameter.name),
+             parameter.value.empty() ? "(not set)" : Escaped(parameter.value));
+  }
+  WriteTrials("conditions, by trying", description.conditions);
+  WriteTrials("actions, by trying", description.actions);
+  std::cout << "operations\n";
+  for (const Operation& operation : description.operations) {
+    WriteRow(operation.call, "answered " + std::to_string(operation.answer));
+  }
+  WriteRow("Initialise", "not called: it starts the reader");
+}
+
+int Run(const DescribeOptions& options) {
+  PrepareTerminal();
+  HostRecorder host({}, {});
+  const LoadedModule module(PathFromUtf8(options.module), host);
+  const Description description = Describe(module, options, host);
+  if (options.json) {
+    WriteJson(options.module, description);
+  } else {
+    WriteText(options.module, description);
+  }
+  if (!std::cout.flush()) {
+    throw std::runtime_error("cannot write to standard output");
+  }
+  return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+void AddDescribeCommand(CLI::App& app, int& exitStatus) {
+  const auto options = std::make_shared<DescribeOptions>();
+  options->conditions = {KnownCondition};
+  options->actions = {KnownAction};
+
+  CLI::App* command =
+      app.add_subcommand("describe", "Show a module's parameters, conditions and actions");
+  command->footer(Examples);
+  command->add_option("MODULE", options->module, "The module's library")
+      ->required()
+      ->option_text("FILE");
+  const auto addNames = [command](const char* option, std::vector<std::string>& names,
+                                  const std::string& what) {
+    command
+        ->add_option_function<std::vector<std::string>>(
+            option,
+            [&names](const std::vector<std::string>& more) {
+              names.insert(names.end(), more.begin(), more.end());
+            },
+            "Also try this " + what + "; repeatable")
+        ->allow_extra_args(false)
+        ->option_text("NAME");
+  };
+  addNames("--condition", options->conditions, "condition");
+  addNames("--action", options->actions, "action");
+  command->add_flag("--json", options->json, "Write one JSON object");
+  command->callback([options, &exitStatus] { exitStatus = Run(*options); });
+}
+
+}  // namespace conduit

@@ -1,0 +1,292 @@
+#include "console_host/commands/ValidateCommand.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "console_host/FilePath.h"
+#include "console_host/Utf8.h"
+#include "console_host/conformance/BuiltInSession.h"
+#include "console_host/conformance/Check.h"
+#include "console_host/conformance/TemporaryFolder.h"
+#include "console_host/conformance/Verdict.h"
+#include "console_host/platform/ChildProcess.h"
+#include "console_host/platform/Process.h"
+#include "console_host/platform/Terminal.h"
+
+namespace conduit {
+
+namespace {
+
+using Status = Verdict::Status;
+
+constexpr const char* Examples = R"(
+Examples:
+  conduit validate ./MyModule.so
+      holds the module against every check
+  conduit validate ./MyModule.so --only 'parameter-*' --only unknown-parameter
+      runs the checks of its parameters
+  conduit validate ./MyModule.so --session samples/session.json --timeout 60
+      plays a session of your own, which takes longer
+  conduit validate ./MyModule.so --json | grep '"status":"failed"'
+      gives programs one JSON object a line
+  conduit validate --list
+      names the checks
+
+Exit status: 0 no check failed; 1 one failed, or the module cannot be loaded; 2
+wrong usage.)";
+
+/// Loads the library and does nothing more: not a check that a user can name,
+/// because without it there is nothing to check.
+constexpr const char* LoadOnly = "load";
+
+struct ValidateOptions {
+  std::string module;
+  std::string session;
+  std::vector<std::string> only;  ///< patterns
+  int timeout = 10;               ///< seconds
+  bool list = false;
+  bool json = false;
+  std::string runCheck;  ///< in the process of one check: its name
+};
+
+/// Whether a name fits a pattern, in which a * stands for any characters.
+bool Fits(std::string_view pattern, std::string_view name) {
+  if (pattern.empty()) {
+    return name.empty();
+  }
+  if (pattern[0] == '*') {
+    return Fits(pattern.substr(1), name) || (!name.empty() && Fits(pattern, name.substr(1)));
+  }
+  return !name.empty() && pattern[0] == name[0] && Fits(pattern.substr(1), name.substr(1));
+}
+
+/// As a check of the command line: an error naming the checks, or nothing.
+std::string RefusePattern(const std::string& pattern) {
+  std::string names;
+  for (const Check& check : AllChecks()) {
+    if (Fits(pattern, check.name)) {
+      return "";
+    }
+    names.append(names.empty() ? "" : ", ").append(check.name);
+  }
+  return "no check fits '" + pattern + "'; the checks are: " + names;
+}
+
+bool IsWanted(const Check& check, const ValidateOptions& options) {
+  return options.only.empty() || std::ranges::any_of(options.only, [&](const auto& pattern) {
+           return Fits(pattern, check.name);
+         });
+}
+
+/// In the process of one check. What a module throws is its fault, and so is
+/// what happens while its library is unloaded: the verdict comes last.
+int RunCheckHere(const ValidateOptions& options) {
+  try {
+    const std::filesystem::path module = PathFromUtf8(options.module);
+    const ModuleLibrary library(module);
+    const std::filesystem::path session = PathFromUtf8(options.session);
+    // Half of the time limit, to have an answer before it is up.
+    const std::chrono::milliseconds patience(options.timeout * 500);
+    if (const Check* const check = FindCheck(options.runCheck)) {
+      check->run(
+          {library, module, session, session.parent_path() / "no such session.json", patience});
+    }
+  } catch (const std::exception& problem) {
+    // The load's own problem is told as it is.
+    Fail(options.runCheck == LoadOnly ? problem.what()
+                                      : std::string("threw an exception: ") + problem.what());
+  } catch (...) {
+    Fail("threw an exception of an unknown type");
+  }
+  Announce({Status::Passed, ""});
+  return EXIT_SUCCESS;
+}
+
+/// Runs checks, each in a process of its own.
+class CheckRunner {
+ public:
+  explicit CheckRunner(const ValidateOptions& options)
+      : module(std::filesystem::absolute(PathFromUtf8(options.module))),
+        session(options.session.empty() ? WriteBuiltInSession(folder.path)
+                                        : std::filesystem::absolute(PathFromUtf8(options.session))),
+        timeout(options.timeout) {
+    RequireReadableFile("session file", session);
+  }
+
+  Verdict Run(const std::string& check) const {
+    const std::filesystem::path outputFile = folder.path / "output.txt";
+    const ChildOutcome outcome =
+        RunChild(ProgramFile(),
+                 {"validate", "--run-check=" + check, "--session=" + Utf8FromPath(session),
+                  "--timeout=" + std::to_string(timeout.count()), "--", Utf8FromPath(module)},
+                 folder.path, outputFile, timeout);
+    std::ifstream stream(outputFile, std::ios::binary);
+    const std::string output{std::istreambuf_iterator<char>(stream), {}};
+    const Verdict verdict = FindVerdict(output);
+    if (!verdict.reason.empty()) {
+      return verdict;
+    }
+    switch (outcome.end) {
+      case ChildOutcome::End::TimedOut:
+        return {Status::Failed, "no answer within " + std::to_string(timeout.count()) + " s"};
+      case ChildOutcome::End::Crashed:
+        return {Status::Failed, "crashed: " + outcome.cause};
+      case ChildOutcome::End::Exited:
+        break;
+    }
+    if (verdict.status == Status::Passed && outcome.status == EXIT_SUCCESS) {
+      return verdict;
+    }
+    return {Status::Failed, "ended the process with status " + std::to_string(outcome.status)};
+  }
+
+ private:
+  const TemporaryFolder folder;
+  const std::filesystem::path module;
+  const std::filesystem::path session;
+  const std::chrono::seconds timeout;
+};
+
+class Report {
+ public:
+  explicit Report(bool json) : json(json) {}
+
+  void Begin(const std::string& module) const {
+    if (json) {
+      WriteJson({{"kind", "validate"}, {"schema", 1}, {"module", module}});
+    } else {
+      const std::string name = Utf8FromPath(PathFromUtf8(module).filename());
+      std::cout << "validate  " << Escaped(name) << std::endl;
+    }
+  }
+
+  void Add(const Check& check, const Verdict& verdict) {
+    ++counts[verdict.status];
+    if (json) {
+      nlohmann::ordered_json line = {
+          {"kind", "check"}, {"name", check.name}, {"status", NameOf(verdict.status)}};
+      if (!verdict.reason.empty()) {
+        line["reason"] = verdict.reason;
+      }
+      WriteJson(line);
+      return;
+    }
+    const std::string status = verdict.status == Status::Failed ? "FAILED" : NameOf(verdict.status);
+    WriteRow(status, check.name, verdict.reason.empty() ? check.proves : verdict.reason);
+  }
+
+  void End() {
+    if (json) {
+      WriteJson({{"kind", "summary"},
+                 {"passed", counts[Status::Passed]},
+                 {"failed", counts[Status::Failed]},
+                 {"skipped", counts[Status::Skipped]}});
+    } else {
+      std::cout << counts[Status::Passed] << " passed, " << counts[Status::Failed] << " failed, "
+                << counts[Status::Skipped] << " skipped" << std::endl;
+    }
+  }
+
+  bool HasFailure() { return counts[Status::Failed] > 0; }
+
+ private:
+  static void WriteJson(const nlohmann::ordered_json& line) {
+    std::cout << line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
+  }
+
+  static void WriteRow(std::string status, std::string name, const std::string& text) {
+    status.resize(std::max<std::size_t>(status.size(), 8), ' ');
+    name.resize(std::max<std::size_t>(name.size(), 18), ' ');
+    std::cout << "  " << status << name << ' ' << text << std::endl;
+  }
+
+  const bool json;
+  std::map<Status, int> counts;
+};
+
+int List() {
+  for (const Check& check : AllChecks()) {
+    std::string name = check.name;
+    name.resize(std::max<std::size_t>(name.size(), 18), ' ');
+    std::cout << name << ' ' << check.proves << '\n';
+  }
+  return EXIT_SUCCESS;
+}
+
+int Validate(const ValidateOptions& options) {
+  PrepareTerminal();
+  const CheckRunner runner(options);
+  if (const Verdict loaded = runner.Run(LoadOnly); loaded.status == Status::Failed) {
+    const bool explained = loaded.reason.starts_with("cannot load module");
+    throw std::runtime_error(explained ? loaded.reason
+                                       : "cannot load module " + Escaped(options.module) + ": " +
+                                             loaded.reason);
+  }
+  Report report(options.json);
+  report.Begin(options.module);
+  for (const Check& check : AllChecks()) {
+    if (IsWanted(check, options)) {
+      report.Add(check, runner.Run(check.name));
+    }
+  }
+  report.End();
+  if (!std::cout) {
+    throw std::runtime_error("cannot write to standard output");
+  }
+  return report.HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS;
+}
+
+int Run(const ValidateOptions& options) {
+  if (options.list) {
+    return List();
+  }
+  if (options.module.empty()) {
+    throw CLI::RequiredError("MODULE");
+  }
+  return options.runCheck.empty() ? Validate(options) : RunCheckHere(options);
+}
+
+}  // namespace
+
+void AddValidateCommand(CLI::App& app, int& exitStatus) {
+  const auto options = std::make_shared<ValidateOptions>();
+  CLI::App* command =
+      app.add_subcommand("validate", "Hold a module against the interface, check by check");
+  command->footer(Examples);
+  command->add_option("MODULE", options->module, "The module's library")->option_text("FILE");
+  command->add_flag("--list", options->list, "Name the checks and what each proves");
+  command
+      ->add_option("--only", options->only,
+                   "Run the checks that fit: a name, in which * stands for any characters; "
+                   "repeatable")
+      ->allow_extra_args(false)
+      ->check(CLI::Validator(RefusePattern, "PATTERN"))
+      ->option_text("PATTERN");
+  command
+      ->add_option("--session", options->session,
+                   "The session that the module's reader plays; without it a short one of this "
+                   "program's own")
+      ->option_text("FILE");
+  command
+      ->add_option("--timeout", options->timeout,
+                   "How long one check may take; a session has half of it")
+      ->check(CLI::Range(1, 3600))
+      ->option_text("SECONDS (default: 10)");
+  command->add_flag("--json", options->json, "Write one JSON object a line");
+  command->add_option("--run-check", options->runCheck)->group("");  // hidden: see CheckRunner
+  command->callback([options, &exitStatus] { exitStatus = Run(*options); });
+}
+
+}  // namespace conduit

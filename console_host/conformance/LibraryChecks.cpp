@@ -1,0 +1,110 @@
+#include <cstddef>
+#include <string>
+
+#include "console_host/conformance/Check.h"
+#include "console_host/conformance/ModuleInstance.h"
+#include "console_host/conformance/SessionWitness.h"
+#include "console_host/conformance/Verdict.h"
+#include "console_host/platform/ExportedNames.h"
+#include "console_host/platform/MemoryInUse.h"
+#include "interfaces/ResultCode.h"
+
+namespace conduit {
+
+namespace {
+
+constexpr const char* UnknownName = "No such name";
+
+/// What a module does often in its life, each of it with something to log.
+void Exercise(const ModuleInstance& module) {
+  module->SetParameter(UnknownName, "1");
+  for (const std::string& name : ParameterNames(module)) {
+    module->SetParameter(name.c_str(), "");
+    module->SetParameter(name.c_str(), "1");
+  }
+  module->AddCondition(UnknownName, "1");
+  module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
+  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", UnknownName, "1");
+  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "greet");
+}
+
+}  // namespace
+
+/// That the two are there is known: the library would not have loaded.
+void CheckExports(const CheckContext& context) {
+  std::string others;
+  for (const std::string& name : ExportedNames(context.module)) {
+    if (name != "CIM_GetInputModule" && name != "CIM_Destroy") {
+      others.append(others.empty() ? "" : ", ").append(name);
+    }
+  }
+  if (!others.empty()) {
+    Fail("also exports " + others);
+  }
+}
+
+void CheckNullArguments(const CheckContext& context) {
+  SessionWitness host;
+  RequireResult("CIM_GetInputModule with a null result pointer", ResultNullPointer,
+                context.library.create(&host, nullptr));
+  RequireResult("CIM_Destroy of null", ResultNullPointer, context.library.destroy(nullptr));
+}
+
+void CheckNullTexts(const CheckContext& context) {
+  SessionWitness host;
+  const ModuleInstance module(context, &host);
+  module->SetHost(nullptr);
+  RequireResult("SetParameter of a null name", ResultUnknownParameter,
+                module->SetParameter(nullptr, nullptr));
+  const char* value = nullptr;
+  RequireResult("GetParameter of a null name", ResultUnknownParameter,
+                module->GetParameter(nullptr, &value));
+  for (const std::string& name : ParameterNames(module)) {
+    const std::int32_t empty = module->SetParameter(name.c_str(), "");
+    RequireResult("SetParameter of " + name + " to null, unlike to the empty text,", empty,
+                  module->SetParameter(name.c_str(), nullptr));
+  }
+  RequireResult("AddCondition of a null name", ResultUnknownCondition,
+                module->AddCondition(nullptr, nullptr));
+  RequireResult("AddAction to a null condition", ResultUnknownCondition,
+                module->AddAction(nullptr, nullptr, nullptr, nullptr));
+  if (module->AddCondition("ReceiveEvent", nullptr) == ResultSuccess) {
+    RequireResult("AddAction of a null action", ResultUnknownAction,
+                  module->AddAction("ReceiveEvent", "", nullptr, nullptr));
+  }
+}
+
+void CheckNullLogger(const CheckContext& context) {
+  SessionWitness host;
+  const ModuleInstance module(context, nullptr);
+  Exercise(module);
+  host.Start(module, context.missingSession);
+  module->Shutdown();
+  host.Start(module, context.session);
+  host.WaitForEnd(context.patience);
+  module->Shutdown();
+}
+
+void CheckCreateDestroy(const CheckContext& context) {
+  constexpr int warmUp = 500;  // what a process allocates once is no growth
+  constexpr int rounds = 5000;
+  constexpr std::size_t tolerance = 65536;  // the smallest leak per module makes twice as much
+
+  SessionWitness host;
+  const auto repeat = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      const ModuleInstance module(context, &host);
+      Exercise(module);
+    }
+  };
+  repeat(warmUp);
+  const std::size_t before = MemoryInUse();
+  repeat(rounds);
+  const std::size_t after = MemoryInUse();
+  if (after > before + tolerance) {
+    Fail(std::to_string(rounds) + " modules left " + std::to_string(after - before) +
+         " bytes behind");
+  }
+}
+
+}  // namespace conduit

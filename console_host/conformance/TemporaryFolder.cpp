@@ -1,0 +1,35 @@
+#include "console_host/conformance/TemporaryFolder.h"
+
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+
+#include "console_host/FilePath.h"
+
+namespace conduit {
+
+namespace {
+
+std::filesystem::path Create() {
+  std::filesystem::path folder = std::filesystem::temp_directory_path() /
+                                 ("conduit-validate-" + std::to_string(std::random_device()()));
+  std::error_code problem;
+  // False without a problem: somebody else's folder of that name.
+  if (!std::filesystem::create_directory(folder, problem)) {
+    throw std::runtime_error("cannot create the folder " + Utf8FromPath(folder) + ": " +
+                             (problem ? problem.message() : "it exists"));
+  }
+  return folder;
+}
+
+}  // namespace
+
+TemporaryFolder::TemporaryFolder() : path(Create()) {}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;  // a reader's log that is still open stays behind
+  std::filesystem::remove_all(path, ignored);
+}
+
+}  // namespace conduit
