@@ -10,7 +10,7 @@ namespace {
 constexpr Check Checks[] = {
     {"exports", "exports the two functions and no other names of its own", CheckExports},
     {"null-arguments", "the exported functions answer 6 to null pointers", CheckNullArguments},
-    {"null-texts", "null texts count as empty, null results are not written", CheckNullTexts},
+    {"null-texts", "a null text counts as the empty one, wherever a text is given", CheckNullTexts},
     {"null-logger", "works without a logger, through a session as well", CheckNullLogger},
     {"create-destroy", "5000 modules, created and destroyed, leave no memory behind",
      CheckCreateDestroy},

@@ -1,5 +1,6 @@
 #include "console_host/conformance/Verdict.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <iostream>

@@ -1,0 +1,287 @@
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <map>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "interfaces/ModuleEntry.h"
+#include "interfaces/ResultCode.h"
+
+/// A small module with a reader of its own that follows the interface, except
+/// for the one fault that it is compiled with.
+
+namespace conduit {
+namespace {
+
+enum class Fault {
+  None,
+  ExportsMore,
+  IgnoresNullResult,
+  DestroysNull,
+  ReadsNullText,
+  NeedsLogger,
+  LeaksModule,
+  LeaksCondition,
+  ListsUnsorted,
+  ListsPastTheEnd,
+  ListsPastTheEndOfConditions,
+  RenamesParameters,
+  GivesDefaults,
+  ChangesValue,
+  KeepsRefusedValue,
+  ThrowsOnUnknownParameter,
+  TakesAnyCase,
+  TakesAnyCondition,
+  TakesAnyAction,
+  ListsBackwards,
+  StaysRefused,
+  HidesRefusal,
+  HangsInSecondShutdown,
+  EndsTheProcess,
+  DeliversAfterShutdown,
+  LeavesDocumentOpen,
+  EndsDocumentTwice,
+  NamesInLowerCase,
+  NullName,
+  CountsTheNul,
+  CutsTheImage,
+  ForgetsActions,
+  SwapsActions,
+};
+
+constexpr bool Has(Fault fault) { return fault == Fault::FAULT; }
+
+class BrokenModule final : public IInputModule {
+ public:
+  explicit BrokenModule(IModuleLogger* logger) : logger(logger) {}
+  BrokenModule(const BrokenModule&) = delete;
+  BrokenModule& operator=(const BrokenModule&) = delete;
+  ~BrokenModule() override {
+    if (Has(Fault::LeaksModule)) {
+      Leak(1);
+    }
+  }
+
+  std::int32_t SetParameter(const char* name, const char* value) override {
+    const auto parameter = Find(name);
+    if (parameter == parameters.end()) {
+      Log("no such parameter");
+      return ResultUnknownParameter;
+    }
+    const std::string text = Text(value);
+    const bool refused = text.empty() || text == "0";
+    if (!refused || Has(Fault::KeepsRefusedValue)) {
+      parameter->second = Has(Fault::ChangesValue) && text == "two words" ? "two" : text;
+    }
+    if (Has(Fault::RenamesParameters)) {
+      name1 = "Other";
+    }
+    return refused ? ResultInvalidValue : ResultSuccess;
+  }
+
+  std::int32_t GetParameter(const char* name, const char** value) override {
+    const auto parameter = Find(name);
+    if (parameter == parameters.end()) {
+      return ResultUnknownParameter;
+    }
+    *value = parameter->second.c_str();
+    return ResultSuccess;
+  }
+
+  std::int32_t GetParameterCount() override { return 2; }
+
+  void GetParameterAt(std::int32_t index, const char** name, const char** value) override {
+    const bool outside = index < 0 || index >= 2;
+    if (!name || !value || (outside && !Has(Fault::ListsPastTheEnd))) {
+      return;
+    }
+    const bool first = (index == 0) != Has(Fault::ListsUnsorted);
+    *name = first ? name1 : "Zoom";
+    *value = parameters[first ? "Port" : "Zoom"].c_str();
+  }
+
+  std::int32_t AddCondition(const char* name, const char* value) override {
+    if (Text(name) != "ReceiveEvent" && !Has(Fault::TakesAnyCondition)) {
+      return ResultUnknownCondition;
+    }
+    if (Has(Fault::LeaksCondition)) {
+      Leak(100);
+    }
+    conditions.push_back({Text(name), Text(value), {}});
+    return ResultSuccess;
+  }
+
+  std::int32_t AddAction(const char* conditionName, const char* conditionValue,
+                         const char* actionName, const char* actionValue) override {
+    for (Condition& condition : conditions) {
+      if (condition.name != Text(conditionName) || condition.value != Text(conditionValue)) {
+        continue;
+      }
+      if (Text(actionName) != "SetActiveScript" && !Has(Fault::TakesAnyAction)) {
+        return ResultUnknownAction;
+      }
+      const bool front = Has(Fault::SwapsActions);
+      condition.scripts.insert(front ? condition.scripts.begin() : condition.scripts.end(),
+                               Text(actionValue));
+      return ResultSuccess;
+    }
+    return ResultUnknownCondition;
+  }
+
+  std::int32_t GetConditionCount() override { return static_cast<std::int32_t>(conditions.size()); }
+
+  void GetConditionAt(std::int32_t index, const char** name, const char** value) override {
+    const auto count = static_cast<std::int32_t>(conditions.size());
+    if (Has(Fault::ListsPastTheEndOfConditions) && index == count && name) {
+      *name = "";
+    }
+    if (!name || !value || index < 0 || index >= count) {
+      return;
+    }
+    const std::int32_t at = Has(Fault::ListsBackwards) ? count - 1 - index : index;
+    *name = conditions[static_cast<std::size_t>(at)].name.c_str();
+    *value = conditions[static_cast<std::size_t>(at)].value.c_str();
+  }
+
+  void SetHost(IInputModuleHost* newHost) override { host = newHost; }
+
+  std::int32_t Initialise() override {
+    const char* session = std::getenv("HALDEN_READER_SESSION");
+    std::FILE* const file = session ? std::fopen(session, "rb") : nullptr;
+    const bool plays = file != nullptr;
+    if (file) {
+      std::fclose(file);
+    }
+    host->ReportState(plays ? "Enabled" : "Not Initialised");
+    if (!plays || (Has(Fault::StaysRefused) && refused)) {
+      refused = true;
+      Log("the reader did not start");
+      return Has(Fault::HidesRefusal) ? ResultSuccess : ResultReaderNotStarted;
+    }
+    reader = std::thread([this] { Play(); });
+    return ResultSuccess;
+  }
+
+  std::int32_t Shutdown() override {
+    ++shutdowns;
+    if (Has(Fault::EndsTheProcess) && !reader.joinable()) {
+      std::exit(0);
+    }
+    while (Has(Fault::HangsInSecondShutdown) && shutdowns > 1 && !reader.joinable()) {
+      std::this_thread::sleep_for(std::chrono::seconds(1));
+    }
+    if (reader.joinable()) {
+      reader.join();
+    }
+    return ResultSuccess;
+  }
+
+ private:
+  struct Condition {
+    std::string name;
+    std::string value;
+    std::vector<std::string> scripts;
+  };
+
+  static void Leak(std::size_t size) {
+    static std::vector<std::string> kept;
+    kept.emplace_back(size, ' ');
+  }
+
+  static std::string Text(const char* text) {
+    return Has(Fault::ReadsNullText) || text ? std::string(text, std::strlen(text)) : "";
+  }
+
+  std::map<std::string, std::string>::iterator Find(const char* name) {
+    std::string text = Text(name);
+    if (Has(Fault::TakesAnyCase) && text == "pORT") {
+      text = "Port";
+    }
+    if (Has(Fault::ThrowsOnUnknownParameter) && text == "Port ") {
+      parameters.at(text);
+    }
+    return parameters.find(text);
+  }
+
+  void Log(const char* message) const {
+    if (logger || Has(Fault::NeedsLogger)) {
+      logger->Log(0, "BrokenModule", message);
+    }
+  }
+
+  void SendEvent(const char* name) {
+    for (const Condition& condition : conditions) {
+      for (const std::string& script : condition.scripts) {
+        if (condition.value == name && !Has(Fault::ForgetsActions)) {
+          host->SetActiveScript(script.c_str());
+        }
+      }
+    }
+    host->SendEvent(name);
+    host->ReportState("Reading");
+  }
+
+  void Play() {
+    constexpr char image[] = "\x89PNG\r\n\x1a\n....IEND\xAE\x42\x60\x82";
+    constexpr std::int32_t imageLength = sizeof image - 1 - (Has(Fault::CutsTheImage) ? 1 : 0);
+    SendEvent("DEVICE_CONNECTED");
+    host->BeginData();
+    host->SendData(Has(Fault::NamesInLowerCase) ? "Codeline" : "CODELINE", ItemTypeText,
+                   Has(Fault::CountsTheNul) ? 5 : 4, "TEXT", nullptr, true);
+    host->SendData(Has(Fault::NullName) ? nullptr : "IMAGEVIS", ItemTypeImage, imageLength, image,
+                   nullptr, true);
+    if (!Has(Fault::LeavesDocumentOpen)) {
+      host->EndData();
+    }
+    if (Has(Fault::EndsDocumentTwice)) {
+      host->EndData();
+    }
+    if (Has(Fault::DeliversAfterShutdown)) {
+      std::thread([host = host] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        host->ReportError("");
+      }).detach();
+    }
+    SendEvent("DEVICE_DISCONNECTED");
+    host->ReportState("Terminated");
+  }
+
+  IModuleLogger* const logger;
+  IInputModuleHost* host = nullptr;
+  const char* name1 = "Port";
+  std::map<std::string, std::string> parameters = {{"Port", Has(Fault::GivesDefaults) ? "1" : ""},
+                                                   {"Zoom", ""}};
+  std::vector<Condition> conditions;
+  bool refused = false;
+  int shutdowns = 0;
+  std::thread reader;
+};
+
+}  // namespace
+
+#if defined(EXPORTS_MORE)
+CONDUIT_EXPORT void Helper();
+void Helper() {}
+#endif
+
+}  // namespace conduit
+
+std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputModule** module) {
+  if (!module) {
+    return Has(conduit::Fault::IgnoresNullResult) ? conduit::ResultSuccess
+                                                  : conduit::ResultNullPointer;
+  }
+  *module = new conduit::BrokenModule(logger);
+  return conduit::ResultSuccess;
+}
+
+std::int32_t CIM_Destroy(conduit::IInputModule* module) {
+  if (!module && !Has(conduit::Fault::DestroysNull)) {
+    return conduit::ResultNullPointer;
+  }
+  delete module;
+  return conduit::ResultSuccess;
+}
