@@ -167,7 +167,7 @@ class BrokenModule final : public IInputModule {
 
   std::int32_t Shutdown() override {
     ++shutdowns;
-    if (Has(Fault::EndsTheProcess) && !reader.joinable()) {
+    if (Has(Fault::EndsTheProcess) && shutdowns > 1 && !reader.joinable()) {
       std::exit(0);
     }
     while (Has(Fault::HangsInSecondShutdown) && shutdowns > 1 && !reader.joinable()) {
