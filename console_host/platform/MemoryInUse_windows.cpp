@@ -1,16 +1,28 @@
 #include <windows.h>
-// After windows.h, whose types it uses.
-#include <psapi.h>
+
+#include <vector>
 
 #include "console_host/platform/MemoryInUse.h"
 
 namespace conduit {
 
+/// Adds up the heaps' blocks: the memory of the process grows in steps that hide
+/// a small leak.
 std::size_t MemoryInUse() {
-  PROCESS_MEMORY_COUNTERS_EX counters = {};
-  K32GetProcessMemoryInfo(GetCurrentProcess(),
-                          reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters), sizeof counters);
-  return counters.PrivateUsage;
+  std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
+  const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());
+  if (count < heaps.size()) heaps.resize(count);
+
+  std::size_t bytes = 0;
+  for (const HANDLE heap : heaps) {
+    HeapLock(heap);
+    PROCESS_HEAP_ENTRY entry = {};
+    while (HeapWalk(heap, &entry)) {
+      if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) bytes += entry.cbData + entry.cbOverhead;
+    }
+    HeapUnlock(heap);
+  }
+  return bytes;
 }
 
 }  // namespace conduit
