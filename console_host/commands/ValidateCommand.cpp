@@ -134,7 +134,7 @@ class CheckRunner {
                  folder.path, outputFile, timeout);
     std::ifstream stream(outputFile, std::ios::binary);
     const std::string output{std::istreambuf_iterator<char>(stream), {}};
-    const Verdict verdict = FindVerdict(output);
+    Verdict verdict = FindVerdict(output);
     if (!verdict.reason.empty()) {
       return verdict;
     }
