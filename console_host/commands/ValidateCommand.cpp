@@ -122,7 +122,7 @@ class CheckRunner {
         session(options.session.empty() ? WriteBuiltInSession(folder.path)
                                         : std::filesystem::absolute(PathFromUtf8(options.session))),
         timeout(options.timeout) {
-    RequireReadableFile("session file", session);
+    RequireReadable("session", session);
   }
 
   Verdict Run(const std::string& check) const {

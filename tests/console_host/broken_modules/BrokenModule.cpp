@@ -9,50 +9,15 @@
 
 #include "interfaces/ModuleEntry.h"
 #include "interfaces/ResultCode.h"
+#include "tests/console_host/broken_modules/Fault.h"
 
 /// A small module with a reader of its own that follows the interface, except
-/// for the one fault that it is compiled with.
+/// for the one fault that it is linked with.
 
 namespace conduit {
 namespace {
 
-enum class Fault {
-  None,
-  ExportsMore,
-  IgnoresNullResult,
-  DestroysNull,
-  ReadsNullText,
-  NeedsLogger,
-  LeaksModule,
-  LeaksCondition,
-  ListsUnsorted,
-  ListsPastTheEnd,
-  ListsPastTheEndOfConditions,
-  RenamesParameters,
-  GivesDefaults,
-  ChangesValue,
-  KeepsRefusedValue,
-  ThrowsOnUnknownParameter,
-  TakesAnyCase,
-  TakesAnyCondition,
-  TakesAnyAction,
-  ListsBackwards,
-  StaysRefused,
-  HidesRefusal,
-  HangsInSecondShutdown,
-  EndsTheProcess,
-  DeliversAfterShutdown,
-  LeavesDocumentOpen,
-  EndsDocumentTwice,
-  NamesInLowerCase,
-  NullName,
-  CountsTheNul,
-  CutsTheImage,
-  ForgetsActions,
-  SwapsActions,
-};
-
-constexpr bool Has(Fault fault) { return fault == Fault::FAULT; }
+bool Has(Fault fault) { return fault == TheFault; }
 
 class BrokenModule final : public IInputModule {
  public:
@@ -226,7 +191,7 @@ class BrokenModule final : public IInputModule {
 
   void Play() {
     constexpr char image[] = "\x89PNG\r\n\x1a\n....IEND\xAE\x42\x60\x82";
-    constexpr std::int32_t imageLength = sizeof image - 1 - (Has(Fault::CutsTheImage) ? 1 : 0);
+    const std::int32_t imageLength = sizeof image - 1 - (Has(Fault::CutsTheImage) ? 1 : 0);
     SendEvent("DEVICE_CONNECTED");
     host->BeginData();
     host->SendData(Has(Fault::NamesInLowerCase) ? "Codeline" : "CODELINE", ItemTypeText,
@@ -262,24 +227,19 @@ class BrokenModule final : public IInputModule {
 
 }  // namespace
 
-#if defined(EXPORTS_MORE)
-CONDUIT_EXPORT void Helper();
-void Helper() {}
-#endif
-
 }  // namespace conduit
 
 std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputModule** module) {
   if (!module) {
-    return Has(conduit::Fault::IgnoresNullResult) ? conduit::ResultSuccess
-                                                  : conduit::ResultNullPointer;
+    return conduit::Has(conduit::Fault::IgnoresNullResult) ? conduit::ResultSuccess
+                                                           : conduit::ResultNullPointer;
   }
   *module = new conduit::BrokenModule(logger);
   return conduit::ResultSuccess;
 }
 
 std::int32_t CIM_Destroy(conduit::IInputModule* module) {
-  if (!module && !Has(conduit::Fault::DestroysNull)) {
+  if (!module && !conduit::Has(conduit::Fault::DestroysNull)) {
     return conduit::ResultNullPointer;
   }
   delete module;

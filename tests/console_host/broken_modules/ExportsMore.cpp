@@ -1,0 +1,8 @@
+#include "interfaces/Compiler.h"
+
+namespace conduit {
+
+CONDUIT_EXPORT void Helper();
+void Helper() {}
+
+}  // namespace conduit
