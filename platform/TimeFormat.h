@@ -9,7 +9,7 @@ namespace conduit {
 struct TimeText {
   bool accepted;
   std::int32_t length;  ///< of the text, without its NUL
-  char text[1024];  ///< the formatted text, or why it was refused; NUL-terminated
+  char text[1024];      ///< the formatted text, or why it was refused; NUL-terminated
 };
 
 /// Formats a date and time by a `strftime` format. [any thread]
