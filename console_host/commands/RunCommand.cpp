@@ -213,9 +213,15 @@ std::vector<std::unique_ptr<ISink>> OpenFiles(const RunOptions& options) {
   return files;
 }
 
+/// Whether an environment variable holds anything.
+bool IsSet(const char* variable) {
+  const char* const value = std::getenv(variable);
+  return value && *value != '\0';
+}
+
 int Run(const RunOptions& options) {
   const bool terminal = PrepareTerminal();
-  const bool colour = terminal && !std::getenv("NO_COLOR");
+  const bool colour = terminal && !IsSet("NO_COLOR");
   CatchInterrupts();
 
   const std::vector<std::unique_ptr<ISink>> files = OpenFiles(options);
