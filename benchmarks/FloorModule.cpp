@@ -52,12 +52,12 @@ class OneProperty final : public IStringMap {
     *std::to_chars(value, value + sizeof value - 1, number).ptr = '\0';
   }
   std::int32_t Count() override { return 1; }
-  void Set(const char*, const char*) override {}
+  void Set(const char* /*key*/, const char* /*value*/) override {}
   const char* Get(const char* key) override {
     return std::strcmp(key, "feature") == 0 ? value : nullptr;
   }
   void RemoveAll() override {}
-  void Remove(const char*) override {}
+  void Remove(const char* /*key*/) override {}
 
  private:
   char value[12];
@@ -129,19 +129,20 @@ class FloorModule final : public ComparedModule<FloorModule> {
     return ResultSuccess;
   }
 
-  std::int32_t AddCondition(const char*, const char* value) override {
+  std::int32_t AddCondition(const char* /*name*/, const char* value) override {
     scripts.try_emplace(value);
     return ResultSuccess;
   }
 
-  std::int32_t AddAction(const char*, const char* value, const char*, const char* script) override {
+  std::int32_t AddAction(const char* /*conditionName*/, const char* value,
+                         const char* /*actionName*/, const char* script) override {
     scripts[value].push_back(script);
     return ResultSuccess;
   }
 
   void OnData(ReaderDataType type, std::int32_t length, const void* data) {
-    const auto item = std::find_if(std::begin(ReaderItemNames), std::end(ReaderItemNames),
-                                   [type](const auto& row) { return row.type == type; });
+    const auto* const item = std::find_if(std::begin(ReaderItemNames), std::end(ReaderItemNames),
+                                          [type](const auto& row) { return row.type == type; });
     if (logger != nullptr) {
       StackText line;
       logger->Log(
@@ -195,8 +196,8 @@ class FloorModule final : public ComparedModule<FloorModule> {
   };
 
   Parameter* FindParameter(const char* name) {
-    const auto found = std::find_if(std::begin(parameters), std::end(parameters),
-                                    [&](auto& row) { return std::strcmp(row.name, name) == 0; });
+    auto* const found = std::find_if(std::begin(parameters), std::end(parameters),
+                                     [&](auto& row) { return std::strcmp(row.name, name) == 0; });
     return found != std::end(parameters) ? found : nullptr;
   }
 
@@ -292,8 +293,9 @@ class FloorModule final : public ComparedModule<FloorModule> {
   }
 
   void DeliverBarcode(ReaderDataType type, const ReaderBarcodeData& barcode) {
-    const auto row = std::find_if(std::begin(ReaderBarcodeNames), std::end(ReaderBarcodeNames),
-                                  [type](const auto& name) { return name.type == type; });
+    const auto* const row =
+        std::find_if(std::begin(ReaderBarcodeNames), std::end(ReaderBarcodeNames),
+                     [type](const auto& name) { return name.type == type; });
     OneProperty properties(barcode.index);
     host->SendData(row->name, ReaderBarcodeItemTypes[barcode.format], barcode.length, barcode.data,
                    &properties, barcode.index + 1 == barcode.count);

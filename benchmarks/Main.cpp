@@ -6,6 +6,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <sstream>
 
 #include "benchmarks/RatioTable.h"
 #include "benchmarks/Workload.h"
@@ -19,21 +20,21 @@ namespace {
 /// the times are the implementations' own.
 class IdleHost final : public IInputModuleHost {
  public:
-  std::int32_t SendData(const char*, ItemType, std::int32_t, const void*, IStringMap*,
-                        bool) override {
+  std::int32_t SendData(const char* /*name*/, ItemType /*itemType*/, std::int32_t /*length*/,
+                        const void* /*data*/, IStringMap* /*properties*/, bool /*last*/) override {
     return 0;
   }
-  void SendEvent(const char*) override {}
+  void SendEvent(const char* /*name*/) override {}
   void BeginData() override {}
   void EndData() override {}
-  std::int32_t SetActiveScript(const char*) override { return 0; }
-  void ReportState(const char*) override {}
-  void ReportError(const char*) override {}
+  std::int32_t SetActiveScript(const char* /*name*/) override { return 0; }
+  void ReportState(const char* /*text*/) override {}
+  void ReportError(const char* /*text*/) override {}
 };
 
 class IdleLogger final : public IModuleLogger {
  public:
-  void Log(std::int32_t, const char*, const char*) override {}
+  void Log(std::int32_t /*level*/, const char* /*tag*/, const char* /*message*/) override {}
 };
 
 IdleHost idleHost;
@@ -55,9 +56,10 @@ void CompareOutputs(const Workload& workload) {
       const std::string wanted = index < expected.size() ? expected[index] : "(nothing)";
       const std::string got = index < output.size() ? output[index] : "(nothing)";
       if (wanted != got) {
-        throw std::runtime_error(std::string(workload.name) + ": " + Implementations[0].name +
-                                 " gives\n  " + wanted + "\nbut " + implementation.name +
-                                 " gives\n  " + got);
+        std::ostringstream difference;
+        difference << workload.name << ": " << Implementations[0].name << " gives\n  " << wanted
+                   << "\nbut " << implementation.name << " gives\n  " << got;
+        throw std::runtime_error(difference.str());
       }
     }
   }
@@ -140,10 +142,7 @@ void Run(bool quick, const std::string& only, const std::string& output) {
   }
 }
 
-}  // namespace
-}  // namespace conduit
-
-int main(int argc, char** argv) {
+int Start(int count, char** arguments) {
   CLI::App app(
       "Measures the module against the least that its work takes and against a plain\n"
       "implementation of it.\n\nExamples:\n  conduit_bench\n  conduit_bench --quick --only "
@@ -156,15 +155,22 @@ int main(int argc, char** argv) {
   app.add_option("--only", only, "Measure only the workloads whose name begins with this");
   app.add_option("--output", output, "Also write the tables to this file");
   try {
-    app.parse(argc, argv);
+    app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
+  Run(quick, only, output);
+  return 0;
+}
+
+}  // namespace
+}  // namespace conduit
+
+int main(int count, char** arguments) {
   try {
-    conduit::Run(quick, only, output);
+    return conduit::Start(count, arguments);
   } catch (const std::exception& error) {
-    std::cerr << "bench: " << error.what() << "\n";
+    std::fprintf(stderr, "bench: %s\n", error.what());
     return 1;
   }
-  return 0;
 }

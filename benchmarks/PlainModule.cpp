@@ -64,7 +64,7 @@ bool IsDateFormat(const std::string& format) {
 
 std::string FormatTime(const std::string& format, const std::tm& time) {
   char text[1024];
-  return std::string(text, std::strftime(text, sizeof text, format.c_str(), &time));
+  return {text, std::strftime(text, sizeof text, format.c_str(), &time)};
 }
 
 class PlainModule final : public ComparedModule<PlainModule> {
@@ -127,7 +127,7 @@ class PlainModule final : public ComparedModule<PlainModule> {
     return ResultSuccess;
   }
 
-  std::int32_t AddAction(const char* name, const char* value, const char*,
+  std::int32_t AddAction(const char* name, const char* value, const char* /*actionName*/,
                          const char* script) override {
     const auto condition = FindCondition(name, value);
     if (condition == conditions.end()) {

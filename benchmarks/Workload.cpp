@@ -85,7 +85,7 @@ void* UnreadableImage() {
   return image;
 }
 
-void NoPreparation(Subject&) {}
+void NoPreparation(Subject& /*subject*/) {}
 
 void SendCodeline(Subject& subject) {
   subject.data(subject.context, ReaderDataType::CodelineRecord, sizeof(ReaderCodelineData),

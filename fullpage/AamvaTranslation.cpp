@@ -1,6 +1,6 @@
 #include <charconv>
-#include <cstring>
 #include <iterator>
+#include <string_view>
 
 #include "fullpage/DateFormat.h"
 #include "fullpage/FullPageInputModule.h"
@@ -61,7 +61,8 @@ MeasurementText Measurement(std::int32_t value, std::int32_t unit) {
   if (value != 0) {
     char* const end = std::to_chars(measured.text, std::end(measured.text), value).ptr;
     *end = ' ';
-    std::strcpy(end + 1, NameOf(MeasurementUnitNames, unit));
+    const std::string_view name = NameOf(MeasurementUnitNames, unit);
+    name.copy(end + 1, name.size());
   }
   return measured;
 }

@@ -7,13 +7,14 @@
 
 #include "fullpage/FullPageInputModule.h"
 #include "fuzzing/CheckingHost.h"
+#include "fuzzing/Require.h"
 
 namespace conduit {
 namespace {
 
 /// Few and short, so that the same come again.
 std::string Name(FuzzedDataProvider& input, const char* usual) {
-  return input.ConsumeBool() ? usual : std::string(input.ConsumeRandomLengthString(3).c_str());
+  return input.ConsumeBool() ? usual : UpToNul(input.ConsumeRandomLengthString(3));
 }
 
 }  // namespace

@@ -23,13 +23,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Require(exists == (result != conduit::ResultUnknownParameter), "a name is known or is not");
     if (exists) {
       module.GetParameter(name.c_str(), &text);
-      Require(text == (result == 0 ? std::string(value.c_str()) : before),
+      Require(text == (result == 0 ? conduit::UpToNul(value) : before),
               "what is refused changes nothing");
     }
     Require(module.LogLevel >= 0 && module.LogLevel <= 5, "the log level is in its range");
     Require(module.BadChars.length > 0 && module.LogFileName.length > 0,
             "what is required is there");
-    const std::int32_t index = input.ConsumeIntegral<std::int32_t>();
+    const auto index = input.ConsumeIntegral<std::int32_t>();
     const char* nameAt = nullptr;
     module.GetParameterAt(index, &nameAt, &text);
     Require((nameAt != nullptr) == (index >= 0 && index < module.GetParameterCount()),

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 namespace conduit {
 
@@ -12,5 +13,8 @@ inline void Require(bool holds, const char* what) {
     std::abort();
   }
 }
+
+/// What of a text arrives as `const char*`.
+inline std::string UpToNul(const std::string& text) { return text.substr(0, text.find('\0')); }
 
 }  // namespace conduit

@@ -9,7 +9,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const std::filesystem::path folder = [] {
-    const auto made =
+    auto made =
         std::filesystem::temp_directory_path() / ("conduit-fuzz-" + std::to_string(::getpid()));
     std::filesystem::create_directory(made);
     return made;

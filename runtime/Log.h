@@ -23,7 +23,7 @@ void LogPieces(IModuleLogger& logger, MessageLevel level, const char* tag,
                const Pieces&... pieces) {
   // A message is lent for the call, so the usual ones need no string.
   char room[512];
-  const std::size_t length = (static_cast<std::size_t>(pieces.length) + ...);
+  const auto length = (static_cast<std::size_t>(pieces.length) + ...);
   if (length < sizeof room) {
     char* end = room;
     ((end = pieces.WriteTo(end)), ...);

@@ -22,7 +22,9 @@ constexpr std::int64_t MostDocuments = 1'000'000'000;
 
 class CountingLogger final : public IModuleLogger {
  public:
-  void Log(std::int32_t, const char*, const char*) override { ++lines; }
+  void Log(std::int32_t /*level*/, const char* /*tag*/, const char* /*message*/) override {
+    ++lines;
+  }
   std::int64_t lines = 0;
 };
 
@@ -220,7 +222,9 @@ void Soak(std::int64_t documents) {
 }  // namespace
 }  // namespace conduit
 
-int main(int argc, char** argv) {
+namespace {
+
+int Run(int count, char** arguments) {
   CLI::App app(
       "Plays documents of every kind through the module, with conditions that fire and\n"
       "errors between, and holds every call against what has to come.\n\nExamples:\n"
@@ -230,15 +234,21 @@ int main(int argc, char** argv) {
       ->capture_default_str()
       ->check(CLI::Range(std::int64_t{1}, conduit::MostDocuments));
   try {
-    app.parse(argc, argv);
+    app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
+  conduit::Soak(documents);
+  return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
   try {
-    conduit::Soak(documents);
+    return Run(count, arguments);
   } catch (const std::exception& error) {
-    std::cerr << "soak: " << error.what() << "\n";
+    std::fprintf(stderr, "soak: %s\n", error.what());
     return 1;
   }
-  return 0;
 }

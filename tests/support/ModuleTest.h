@@ -17,6 +17,10 @@ using Lines = std::vector<std::string>;
 /// The built module between a scripted reader and a recording host, started and
 /// with an empty journal.
 class ModuleTest : public testing::Test {
+ public:
+  ModuleTest(const ModuleTest&) = delete;
+  ModuleTest& operator=(const ModuleTest&) = delete;
+
  protected:
   ModuleTest() {
     reader = {};
@@ -26,8 +30,6 @@ class ModuleTest : public testing::Test {
     reader.onCall = [this](const std::string& call) { journal.Write("reader " + call); };
   }
   ~ModuleTest() override { reader = {}; }
-  ModuleTest(const ModuleTest&) = delete;
-  ModuleTest& operator=(const ModuleTest&) = delete;
 
   /// The journal since the last call, without log lines.
   Lines TakeHostCalls() {

@@ -37,14 +37,14 @@ class BrokenModule final : public IInputModule {
       return ResultUnknownParameter;
     }
     const std::string text = Text(value);
-    const bool refused = text.empty() || text == "0";
-    if (!refused || Has(Fault::KeepsRefusedValue)) {
+    const bool isRefused = text.empty() || text == "0";
+    if (!isRefused || Has(Fault::KeepsRefusedValue)) {
       parameter->second = Has(Fault::ChangesValue) && text == "two words" ? "two" : text;
     }
     if (Has(Fault::RenamesParameters)) {
       name1 = "Other";
     }
-    return refused ? ResultInvalidValue : ResultSuccess;
+    return isRefused ? ResultInvalidValue : ResultSuccess;
   }
 
   std::int32_t GetParameter(const char* name, const char** value) override {
