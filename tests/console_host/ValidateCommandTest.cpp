@@ -8,7 +8,6 @@
 
 using testing::AllOf;
 using testing::HasSubstr;
-using testing::Not;
 
 namespace {
 

@@ -17,8 +17,8 @@ class MeddlingHost final : public IInputModuleHost {
  public:
   explicit MeddlingHost(Journal& journal) : journal(journal) {}
 
-  std::int32_t SendData(const char* name, ItemType, std::int32_t, const void*, IStringMap*,
-                        bool) override {
+  std::int32_t SendData(const char* name, ItemType /*itemType*/, std::int32_t /*length*/,
+                        const void* /*data*/, IStringMap* /*properties*/, bool /*last*/) override {
     journal.Write(name);
     if (meddleAt == name) {
       meddle();
@@ -28,9 +28,9 @@ class MeddlingHost final : public IInputModuleHost {
   void SendEvent(const char* name) override { journal.Write(name); }
   void BeginData() override { journal.Write("BeginData"); }
   void EndData() override { journal.Write("EndData"); }
-  std::int32_t SetActiveScript(const char*) override { return 0; }
+  std::int32_t SetActiveScript(const char* /*name*/) override { return 0; }
   void ReportState(const char* text) override { journal.Write(text); }
-  void ReportError(const char*) override {}
+  void ReportError(const char* /*text*/) override {}
 
   std::string meddleAt;
   std::function<void()> meddle;

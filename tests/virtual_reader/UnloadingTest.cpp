@@ -37,6 +37,9 @@ TEST(Unloading, NeedsNoShutdownBefore) {
 
 /// A host's object that is destroyed after the reader library let go of everything.
 struct LateHost {
+  LateHost() = default;
+  LateHost(const LateHost&) = delete;
+  LateHost& operator=(const LateHost&) = delete;
   ~LateHost() { HaldenReader_Shutdown(); }
 };
 
