@@ -25,6 +25,7 @@ std::int64_t CompleteYear(std::int32_t year, std::int32_t currentYear, bool alwa
 BaseString<char> FormatDate(const BaseString<char>& format, std::int32_t day, std::int32_t month,
                             std::int32_t year, bool alwaysCurrentCentury);
 
+/// A raw date, NUL-terminated.
 struct RawDateText {
   char text[36];  ///< three of the longest numbers, and a separator or NUL behind each
 };

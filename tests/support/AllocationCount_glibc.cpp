@@ -5,15 +5,7 @@
 
 #include "tests/support/AllocationCount.h"
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define CONDUIT_FOREIGN_ALLOCATOR
-#endif
-#endif
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define CONDUIT_FOREIGN_ALLOCATOR
-#endif
-
+// With a sanitizer, which brings an allocator of its own.
 #ifdef CONDUIT_FOREIGN_ALLOCATOR
 namespace conduit {
 
