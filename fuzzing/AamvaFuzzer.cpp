@@ -2,7 +2,7 @@
 #include <stdexcept>
 
 #include "fuzzing/Require.h"
-#include "virtual_reader/AamvaReading.h"
+#include "virtual_reader/records/AamvaReading.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {

@@ -2,7 +2,7 @@
 #include <stdexcept>
 
 #include "fuzzing/Require.h"
-#include "virtual_reader/CodelineReading.h"
+#include "virtual_reader/records/CodelineReading.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<std::string> lines(1);

@@ -5,7 +5,7 @@
 #include <fstream>
 
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/Session.h"
+#include "virtual_reader/session/Session.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static const std::filesystem::path folder = [] {

@@ -7,7 +7,7 @@
 
 #include "interfaces/HaldenReaderHighLevelAPI.h"
 #include "virtual_reader/ReaderLog.h"
-#include "virtual_reader/Session.h"
+#include "virtual_reader/session/Session.h"
 
 namespace conduit {
 

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "virtual_reader/InputFile.h"
-#include "virtual_reader/Session.h"
-#include "virtual_reader/SessionLocation.h"
+#include "virtual_reader/session/Session.h"
+#include "virtual_reader/session/SessionLocation.h"
 
 namespace conduit {
 

@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "virtual_reader/AamvaReading.h"
+#include "virtual_reader/records/AamvaReading.h"
 
 namespace conduit {
 namespace {

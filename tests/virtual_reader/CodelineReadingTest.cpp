@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "virtual_reader/CodelineReading.h"
+#include "virtual_reader/records/CodelineReading.h"
 
 namespace conduit {
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "interfaces/ReaderDataType.h"
-#include "virtual_reader/PageImage.h"
+#include "virtual_reader/images/PageImage.h"
 
 namespace conduit {
 

@@ -1,4 +1,4 @@
-#include "virtual_reader/CodelineReading.h"
+#include "virtual_reader/records/CodelineReading.h"
 
 #include <algorithm>
 #include <cctype>
@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "virtual_reader/RecordField.h"
+#include "virtual_reader/records/RecordField.h"
 
 namespace conduit {
 namespace {

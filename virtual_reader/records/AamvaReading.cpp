@@ -1,4 +1,4 @@
-#include "virtual_reader/AamvaReading.h"
+#include "virtual_reader/records/AamvaReading.h"
 
 #include <algorithm>
 #include <cctype>
@@ -8,7 +8,7 @@
 #include <optional>
 #include <stdexcept>
 
-#include "virtual_reader/RecordField.h"
+#include "virtual_reader/records/RecordField.h"
 
 namespace conduit {
 namespace {

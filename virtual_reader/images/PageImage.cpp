@@ -1,4 +1,4 @@
-#include "virtual_reader/PageImage.h"
+#include "virtual_reader/images/PageImage.h"
 
 #include <algorithm>
 #include <cctype>

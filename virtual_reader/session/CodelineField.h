@@ -1,7 +1,7 @@
 #pragma once
 
-#include "virtual_reader/CodelineReading.h"
-#include "virtual_reader/SessionField.h"
+#include "virtual_reader/records/CodelineReading.h"
+#include "virtual_reader/session/SessionField.h"
 
 namespace conduit {
 

@@ -1,9 +1,9 @@
-#include "virtual_reader/CodelineField.h"
+#include "virtual_reader/session/CodelineField.h"
 
 #include <cstddef>
 #include <iterator>
 
-#include "virtual_reader/RecordField.h"
+#include "virtual_reader/records/RecordField.h"
 
 namespace conduit {
 namespace {

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "virtual_reader/PageImage.h"
-#include "virtual_reader/PageSearch.h"
+#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
 

@@ -1,4 +1,4 @@
-#include "virtual_reader/ScanFolder.h"
+#include "virtual_reader/session/ScanFolder.h"
 
 #include <algorithm>
 #include <map>
@@ -6,8 +6,8 @@
 #include <system_error>
 
 #include "virtual_reader/InputFile.h"
-#include "virtual_reader/PageImage.h"
 #include "virtual_reader/ReaderResult.h"
+#include "virtual_reader/images/PageImage.h"
 
 namespace conduit {
 namespace {

@@ -4,10 +4,10 @@
 
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/ScanFolder.h"
-#include "virtual_reader/Session.h"
-#include "virtual_reader/SessionField.h"
-#include "virtual_reader/StepReading.h"
+#include "virtual_reader/session/ScanFolder.h"
+#include "virtual_reader/session/Session.h"
+#include "virtual_reader/session/SessionField.h"
+#include "virtual_reader/session/StepReading.h"
 
 namespace conduit {
 namespace {

@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "virtual_reader/PageAreas.h"
-#include "virtual_reader/PageSearch.h"
+#include "virtual_reader/search/PageAreas.h"
+#include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
 namespace {

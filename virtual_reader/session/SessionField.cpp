@@ -1,10 +1,10 @@
-#include "virtual_reader/SessionField.h"
+#include "virtual_reader/session/SessionField.h"
 
 #include <algorithm>
 #include <limits>
 
-#include "virtual_reader/NearestName.h"
 #include "virtual_reader/ReaderResult.h"
+#include "virtual_reader/session/NearestName.h"
 
 namespace conduit {
 

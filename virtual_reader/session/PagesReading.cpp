@@ -1,4 +1,4 @@
-#include "virtual_reader/PagesReading.h"
+#include "virtual_reader/session/PagesReading.h"
 
 #include <algorithm>
 #include <iterator>

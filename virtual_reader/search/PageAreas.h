@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "virtual_reader/PageImage.h"
+#include "virtual_reader/images/PageImage.h"
 
 namespace conduit {
 

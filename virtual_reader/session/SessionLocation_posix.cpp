@@ -1,6 +1,6 @@
 #include <cstdlib>
 
-#include "virtual_reader/SessionLocation.h"
+#include "virtual_reader/session/SessionLocation.h"
 
 namespace conduit {
 

@@ -1,4 +1,4 @@
-#include "virtual_reader/StepReading.h"
+#include "virtual_reader/session/StepReading.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -8,11 +8,11 @@
 #include <type_traits>
 
 #include "interfaces/ReaderSwipeData.h"
-#include "virtual_reader/AamvaReading.h"
-#include "virtual_reader/CodelineField.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/RecordField.h"
+#include "virtual_reader/records/AamvaReading.h"
+#include "virtual_reader/records/RecordField.h"
+#include "virtual_reader/session/CodelineField.h"
 
 namespace conduit {
 namespace {

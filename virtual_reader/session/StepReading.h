@@ -7,10 +7,10 @@
 #include <utility>
 #include <vector>
 
-#include "virtual_reader/CodelineReading.h"
-#include "virtual_reader/PagesReading.h"
-#include "virtual_reader/Session.h"
-#include "virtual_reader/SessionField.h"
+#include "virtual_reader/records/CodelineReading.h"
+#include "virtual_reader/session/PagesReading.h"
+#include "virtual_reader/session/Session.h"
+#include "virtual_reader/session/SessionField.h"
 
 namespace conduit {
 

@@ -1,4 +1,4 @@
-#include "virtual_reader/NearestName.h"
+#include "virtual_reader/session/NearestName.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "virtual_reader/SessionLocation.h"
+#include "virtual_reader/session/SessionLocation.h"
 
 namespace conduit {
 

@@ -1,4 +1,4 @@
-#include "virtual_reader/PageSearch.h"
+#include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
 

@@ -1,4 +1,4 @@
-#include "virtual_reader/PageAreas.h"
+#include "virtual_reader/search/PageAreas.h"
 
 #include <algorithm>
 #include <cstddef>
