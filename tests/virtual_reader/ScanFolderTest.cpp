@@ -67,10 +67,9 @@ TEST(ScanFolder, IsRefusedWithTheFileAndTheReason) {
       {"a.txt", std::string(Line1) + "\n" + (Line2 + 1), "a.txt: line 2 has 43 characters, a TD3"},
       {"a.txt", "1\n2\n3\n4\n", "a.txt: 4 lines of 1, 1, 1, 1 characters fit no codeline format"},
       {"a.txt", std::string(5000, '<'), "a.txt: the file has 5000 bytes, at most 4096"},
-      {"b.png", "text", "b.png: this is neither a PNG nor a JPEG image"},
-      {"b.png", png, "b.png: this PNG ends early"},
-      {"b.png", png + "IEND\xAE\x42\x60\x82", "b.png: this PNG cannot be decoded: "},
-      {"b.jpg", "\xFF\xD8\xFF\xD9 \xFF\xDA", "b.jpg: this JPEG ends early"},
+      {"b.png", "text", "b.png: it is neither a PNG, a JPEG, a TIFF nor a BMP"},
+      {"b.png", png, "b.png: the file ends early"},
+      {"b.jpg", "\xFF\xD8\xFF\xD9 \xFF\xDA", "b.jpg: the file ends early"},
   };
   for (const auto& [file, bytes, reason] : cases) {
     ImageFolder session;

@@ -1,0 +1,413 @@
+#include <tiffio.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <utility>
+
+#include "virtual_reader/images/Decoders.h"
+#include "virtual_reader/images/ImageLimits.h"
+#include "virtual_reader/images/PngWriting.h"
+#include "virtual_reader/images/TiffPages.h"
+
+namespace conduit {
+
+/// Where the bytes of the file come from.
+struct TiffPages::Source {
+  std::filesystem::path file;  ///< empty: the bytes are in memory
+  std::string_view bytes;
+};
+
+namespace {
+
+/// A stack of paper is far from it; a file of nothing but directories is not.
+constexpr std::uint32_t MostPages = 5'000;
+
+/// What a directory's own tables and a packed strip may ask for.
+constexpr tmsize_t LargestPiece = tmsize_t{256} << 20;
+
+/// Pixels of a row of tiles or a strip that has to be unpacked as a whole.
+constexpr std::uint64_t MostPixelsAtOnce = 16'000'000;
+
+/// What scanners pack pages with. The other codecs of libtiff's are those of graphics
+/// and of measurements, each with a library of its own.
+constexpr std::uint16_t Packings[] = {
+    COMPRESSION_NONE,      COMPRESSION_CCITTRLE,     COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4,
+    COMPRESSION_LZW,       COMPRESSION_JPEG,         COMPRESSION_PACKBITS,  COMPRESSION_DEFLATE,
+    COMPRESSION_CCITTRLEW, COMPRESSION_ADOBE_DEFLATE};
+
+/// A file that is open. What libtiff has to say is kept, not printed.
+class OpenTiff {
+ public:
+  explicit OpenTiff(const std::filesystem::path& file, std::string_view bytes) : bytes(bytes) {
+    size = bytes.size();
+    if (!file.empty()) {
+      // A pipe would be waited for, and has no places to go to.
+      std::error_code error;
+      const bool regular = std::filesystem::is_regular_file(file, error);
+      size = regular ? std::filesystem::file_size(file, error) : 0;
+      stream.open(file, std::ios::binary);
+      if (!regular || error || !stream) {
+        throw std::invalid_argument("the file cannot be read");
+      }
+    }
+    const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(
+        TIFFOpenOptionsAlloc(), &TIFFOpenOptionsFree);
+    TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), LargestPiece);
+    TIFFOpenOptionsSetErrorHandlerExtR(options.get(), OnMessage, this);
+    TIFFOpenOptionsSetWarningHandlerExtR(options.get(), OnMessage, this);
+    // The header only, and no mapping of the file: every read comes by here.
+    tiff = TIFFClientOpenExt("", "rhm", this, OnRead, OnWrite, OnSeek, OnClose, OnSize, nullptr,
+                             nullptr, options.get());
+    if (tiff == nullptr) {
+      Refuse();
+    }
+  }
+  ~OpenTiff() { TIFFClose(tiff); }
+  OpenTiff(const OpenTiff&) = delete;
+  OpenTiff& operator=(const OpenTiff&) = delete;
+
+  TIFF* Get() const { return tiff; }
+
+  /// Whether something was said since the last Forget.
+  bool HasComplained() const { return message[0] != '\0'; }
+  void Forget() { message[0] = '\0'; }
+
+  bool EndsEarly() const { return endsEarly; }
+
+  [[noreturn]] void Refuse() const {
+    if (endsEarly) {
+      RefuseShortFile();
+    }
+    RefuseDamaged(ImageFormat::Tiff, HasComplained() ? message : "it has no such page");
+  }
+
+ private:
+  static OpenTiff& Of(thandle_t handle) { return *static_cast<OpenTiff*>(handle); }
+
+  static tmsize_t OnRead(thandle_t handle, void* to, tmsize_t length) {
+    OpenTiff& self = Of(handle);
+    const std::uint64_t there = self.size - std::min(self.at, self.size);
+    const auto count = std::min(there, static_cast<std::uint64_t>(length));
+    self.endsEarly = self.endsEarly || count < static_cast<std::uint64_t>(length);
+    if (!self.stream.is_open()) {
+      std::memcpy(to, self.bytes.data() + (count > 0 ? self.at : 0), count);
+    } else {
+      // Without exceptions, as a stream is: none may pass through libtiff.
+      self.stream.clear();
+      self.stream.seekg(static_cast<std::streamoff>(self.at));
+      if (!self.stream.read(static_cast<char*>(to), static_cast<std::streamsize>(count))) {
+        return 0;
+      }
+    }
+    self.at += count;
+    return static_cast<tmsize_t>(count);
+  }
+
+  static tmsize_t OnWrite(thandle_t /*handle*/, void* /*from*/, tmsize_t /*length*/) { return 0; }
+
+  static toff_t OnSeek(thandle_t handle, toff_t to, int whence) {
+    OpenTiff& self = Of(handle);
+    const toff_t from = whence == SEEK_CUR ? self.at : whence == SEEK_END ? self.size : 0;
+    return self.at = from + to;
+  }
+
+  static int OnClose(thandle_t /*handle*/) { return 0; }
+
+  static toff_t OnSize(thandle_t handle) { return Of(handle).size; }
+
+  /// The first is the cause, the rest follow from it.
+  static int OnMessage(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
+                       va_list values) {
+    OpenTiff& self = Of(handle);
+    if (!self.HasComplained()) {
+      std::vsnprintf(self.message, sizeof self.message, format, values);
+    }
+    return 1;  // no more is to be done about it
+  }
+
+  std::string_view bytes;
+  std::ifstream stream;
+  std::uint64_t size = 0;
+  std::uint64_t at = 0;
+  TIFF* tiff = nullptr;
+  bool endsEarly = false;
+  char message[200] = {};
+};
+
+template <typename Value>
+Value Tag(TIFF* tiff, std::uint32_t tag) {
+  Value value = {};
+  TIFFGetFieldDefaulted(tiff, tag, &value);
+  return value;
+}
+
+/// Colours as libtiff converts them, which knows all the kinds, brought to the samples of
+/// a PNG: grey, or red, green, blue.
+class Decoding {
+ public:
+  Decoding(OpenTiff& file, std::uint32_t directory) : file(file), tiff(file.Get()) {
+    if (TIFFSetDirectory(tiff, directory) == 0) {
+      file.Refuse();
+    }
+    file.Forget();
+    const auto across = Tag<std::uint32_t>(tiff, TIFFTAG_IMAGEWIDTH);
+    const auto down = Tag<std::uint32_t>(tiff, TIFFTAG_IMAGELENGTH);
+    CheckSize(across, down);
+    width = static_cast<int>(across);
+    height = static_cast<int>(down);
+    packing = Tag<std::uint16_t>(tiff, TIFFTAG_COMPRESSION);
+    if (std::find(std::begin(Packings), std::end(Packings), packing) == std::end(Packings)) {
+      throw std::invalid_argument("this TIFF is packed in a way that is not read (compression " +
+                                  std::to_string(packing) + ")");
+    }
+    const auto photometric = Tag<std::uint16_t>(tiff, TIFFTAG_PHOTOMETRIC);
+    const bool grey =
+        photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK;
+    channels = grey ? 1 : 3;
+    blackAndWhite = grey && Tag<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE) == 1 &&
+                    Tag<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL) == 1;
+    walk = WalkUpright(width, height, Tag<std::uint16_t>(tiff, TIFFTAG_ORIENTATION));
+    ReadResolution();
+    ReadSamples();
+  }
+
+  std::string Png() const {
+    return WritePng({walk, channels, blackAndWhite, samples, perMetre[0], perMetre[1]});
+  }
+
+  /// Takes the samples where they are the light already.
+  PageImage Light() {
+    if (channels == 1 && walk.start == 0 && walk.right == 1) {
+      return {width, height, std::move(samples)};
+    }
+    PageImage image = {walk.width, walk.height, {}};
+    image.light.resize(samples.size() / static_cast<std::size_t>(channels));
+    std::uint8_t* to = image.light.data();
+    for (int y = 0; y < walk.height; ++y) {
+      const std::uint8_t* from = samples.data() + (walk.start + y * walk.down) * channels;
+      for (int x = 0; x < walk.width; ++x, from += walk.right * channels) {
+        *to++ = channels == 1 ? from[0] : LightOf(from[0], from[1], from[2]);
+      }
+    }
+    return image;
+  }
+
+ private:
+  /// libtiff's conversion of the page at hand, as long as it is needed.
+  struct Conversion {
+    Conversion(OpenTiff& file, TIFF* tiff) {
+      // Its reasons are ones of libtiff's own size.
+      std::array<char, 1024> reason = {};
+      constexpr int stopAtErrors = 1;
+      if (TIFFRGBAImageBegin(&image, tiff, stopAtErrors, reason.data()) == 0) {
+        if (file.EndsEarly() || reason[0] == '\0') {
+          file.Refuse();
+        }
+        RefuseDamaged(ImageFormat::Tiff, reason.data());
+      }
+      // Rows come as they are stored; they are turned when they are complete.
+      image.orientation = ORIENTATION_TOPLEFT;
+      image.req_orientation = ORIENTATION_TOPLEFT;
+    }
+    ~Conversion() { TIFFRGBAImageEnd(&image); }
+    Conversion(const Conversion&) = delete;
+    Conversion& operator=(const Conversion&) = delete;
+
+    TIFFRGBAImage image = {};
+  };
+
+  void ReadResolution() {
+    const auto unit = Tag<std::uint16_t>(tiff, TIFFTAG_RESOLUTIONUNIT);
+    const float metre = unit == RESUNIT_INCH         ? 1 / 0.0254F
+                        : unit == RESUNIT_CENTIMETER ? 100.0F
+                                                     : 0.0F;
+    const auto perMetreOf = [&](std::uint32_t tag) {
+      const float value = Tag<float>(tiff, tag) * metre;
+      return value >= 1 && value < 1e6F ? static_cast<std::uint32_t>(std::lround(value)) : 0;
+    };
+    perMetre = {perMetreOf(TIFFTAG_XRESOLUTION), perMetreOf(TIFFTAG_YRESOLUTION)};
+    const bool onItsSide = std::abs(walk.right) != 1;
+    if (onItsSide) {
+      std::swap(perMetre[0], perMetre[1]);
+    }
+  }
+
+  void ReadSamples() {
+    Conversion conversion(file, tiff);
+    TIFFRGBAImage& image = conversion.image;
+    const bool tiled = TIFFIsTiled(tiff) != 0;
+    const bool sharedColours = image.photometric == PHOTOMETRIC_YCBCR;
+    file.Forget();
+    if (!tiled && image.isContig != 0 && !sharedColours) {
+      ReadRows(image);
+    } else {
+      ReadBands(image, RowsAtOnce(tiled));
+    }
+  }
+
+  /// Row by row, so that a page in one strip, as fax machines pack it, takes no more
+  /// than one in many.
+  void ReadRows(TIFFRGBAImage& image) {
+    const tmsize_t packed = TIFFScanlineSize(tiff);
+    CheckPiece(1, static_cast<std::uint64_t>(packed));
+    std::vector<std::uint8_t> row(static_cast<std::size_t>(packed));
+    std::vector<std::uint32_t> colours(static_cast<std::size_t>(width));
+    TakeMemory();
+    for (int y = 0; y < height; ++y) {
+      if (TIFFReadScanline(tiff, row.data(), static_cast<std::uint32_t>(y), 0) != 1) {
+        file.Refuse();
+      }
+      CheckComplaints();
+      image.put.contig(&image, colours.data(), 0, 0, static_cast<std::uint32_t>(width), 1, 0, 0,
+                       row.data());
+      Append(colours);
+    }
+  }
+
+  /// As many rows as a strip or a row of tiles has, so that each is unpacked once.
+  void ReadBands(TIFFRGBAImage& image, std::uint32_t rows) {
+    std::vector<std::uint32_t> colours(std::size_t{rows} * static_cast<std::size_t>(width));
+    TakeMemory();
+    const auto all = static_cast<std::uint32_t>(height);
+    for (std::uint32_t y = 0; y < all; y += rows) {
+      const std::uint32_t count = std::min(rows, all - y);
+      colours.resize(std::size_t{count} * static_cast<std::size_t>(width));
+      image.row_offset = static_cast<int>(y);
+      if (TIFFRGBAImageGet(&image, colours.data(), static_cast<std::uint32_t>(width), count) == 0) {
+        file.Refuse();
+      }
+      CheckComplaints();
+      Append(colours);
+    }
+  }
+
+  std::uint32_t RowsAtOnce(bool tiled) const {
+    auto rows = Tag<std::uint32_t>(tiff, tiled ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP);
+    rows = tiled ? rows : std::min(rows, static_cast<std::uint32_t>(height));
+    CheckPiece(rows, tiled ? TIFFTileSize64(tiff) : TIFFStripSize64(tiff));
+    return std::min(rows, static_cast<std::uint32_t>(height));
+  }
+
+  void CheckPiece(std::uint64_t rows, std::uint64_t bytes) const {
+    if (rows == 0 || bytes == 0) {
+      RefuseDamaged(ImageFormat::Tiff, "its strips or tiles are empty");
+    }
+    if (rows * static_cast<std::uint64_t>(width) > MostPixelsAtOnce ||
+        bytes > 8 * MostPixelsAtOnce) {
+      RefuseDamaged(ImageFormat::Tiff, "its strips or tiles are larger than " +
+                                           std::to_string(MostPixelsAtOnce / 1'000'000) +
+                                           " million pixels");
+    }
+  }
+
+  /// libtiff makes up what it could not unpack, and says so. Only the faxes that come
+  /// over noisy lines are expected to have rows of that kind.
+  void CheckComplaints() const {
+    const bool noisy = packing == COMPRESSION_CCITTFAX3 || packing == COMPRESSION_CCITTRLE ||
+                       packing == COMPRESSION_CCITTRLEW;
+    if (file.EndsEarly() || (file.HasComplained() && !noisy)) {
+      file.Refuse();
+    }
+  }
+
+  void TakeMemory() {
+    samples.reserve(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
+                    static_cast<std::size_t>(channels));
+  }
+
+  void Append(const std::vector<std::uint32_t>& colours) {
+    for (const std::uint32_t colour : colours) {
+      // Colours come multiplied by their opacity: the rest is the white below.
+      const std::uint32_t below = 255 - TIFFGetA(colour);
+      const auto add = [&](std::uint32_t sample) {
+        samples.push_back(static_cast<std::uint8_t>(std::min(sample + below, 255U)));
+      };
+      add(TIFFGetR(colour));
+      if (channels == 3) {
+        add(TIFFGetG(colour));
+        add(TIFFGetB(colour));
+      }
+    }
+  }
+
+  OpenTiff& file;
+  TIFF* tiff;
+  int width = 0;
+  int height = 0;
+  std::uint16_t packing = 0;
+  int channels = 1;
+  bool blackAndWhite = false;
+  UprightWalk walk = {};
+  std::array<std::uint32_t, 2> perMetre = {};
+  std::vector<std::uint8_t> samples;
+};
+
+bool IsPage(TIFF* tiff, std::uint32_t directory) {
+  // One that cannot be read is a page, so that it is missed.
+  return TIFFSetDirectory(tiff, directory) == 0 || (Tag<std::uint32_t>(tiff, TIFFTAG_SUBFILETYPE) &
+                                                    (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0;
+}
+
+std::vector<std::uint32_t> ListPages(OpenTiff& file) {
+  const std::uint32_t count = TIFFNumberOfDirectories(file.Get());
+  if (file.EndsEarly()) {
+    RefuseShortFile();
+  }
+  if (count > MostPages) {
+    throw std::invalid_argument("this TIFF has " + std::to_string(count) +
+                                " directories, at most " + std::to_string(MostPages) +
+                                " are taken");
+  }
+  std::vector<std::uint32_t> pages;
+  for (std::uint32_t directory = 0; directory < count; ++directory) {
+    if (IsPage(file.Get(), directory)) {
+      pages.push_back(directory);
+    }
+  }
+  if (pages.empty()) {
+    RefuseDamaged(ImageFormat::Tiff, "it has no page");
+  }
+  return pages;
+}
+
+}  // namespace
+
+TiffPages::TiffPages(std::unique_ptr<Source> given) : source(std::move(given)) {
+  OpenTiff file(source->file, source->bytes);
+  pages = ListPages(file);
+}
+
+TiffPages::TiffPages(const std::filesystem::path& file)
+    : TiffPages(std::make_unique<Source>(Source{file, {}})) {}
+
+TiffPages TiffPages::OfBytes(std::string_view bytes) {
+  return TiffPages(std::make_unique<Source>(Source{{}, bytes}));
+}
+
+TiffPages::TiffPages(TiffPages&& other) noexcept = default;
+TiffPages& TiffPages::operator=(TiffPages&& other) noexcept = default;
+TiffPages::~TiffPages() = default;
+
+std::size_t TiffPages::Count() const { return pages.size(); }
+
+TiffPage TiffPages::Read(std::size_t index) const {
+  OpenTiff file(source->file, source->bytes);
+  Decoding decoding(file, pages.at(index));
+  std::string png = decoding.Png();
+  return {decoding.Light(), std::move(png)};
+}
+
+PageImage TiffPages::ReadImage(std::size_t index) const {
+  OpenTiff file(source->file, source->bytes);
+  return Decoding(file, pages.at(index)).Light();
+}
+
+PageImage DecodeTiff(std::string_view bytes) { return TiffPages::OfBytes(bytes).ReadImage(0); }
+
+}  // namespace conduit
