@@ -18,7 +18,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   std::ofstream(file, std::ios::binary)
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   try {
-    conduit::ReadSession(file);
+    const conduit::Session session = conduit::ReadSession(file);
+    while (const std::optional<conduit::StepWork> work = session.steps->Next()) {
+      (*work)();
+    }
   } catch (const conduit::SessionError&) {
     // The one way in which a session is refused.
   }

@@ -15,7 +15,7 @@ std::string Utf8FromPath(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
-std::string ReadInputFile(const std::filesystem::path& file, std::uintmax_t limit) {
+std::uintmax_t RequireInputFile(const std::filesystem::path& file, std::uintmax_t limit) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);
   if (status.type() == std::filesystem::file_type::not_found) {
@@ -39,6 +39,11 @@ std::string ReadInputFile(const std::filesystem::path& file, std::uintmax_t limi
     throw std::invalid_argument("the file has " + std::to_string(size) + " bytes, at most " +
                                 std::to_string(limit) + " are taken");
   }
+  return size;
+}
+
+std::string ReadInputFile(const std::filesystem::path& file, std::uintmax_t limit) {
+  const std::uintmax_t size = RequireInputFile(file, limit);
   std::string bytes(static_cast<std::size_t>(size), '\0');
   std::ifstream stream(file, std::ios::binary);
   if (!stream.read(bytes.data(), static_cast<std::streamsize>(size))) {

@@ -1,5 +1,6 @@
 #include "virtual_reader/Playback.h"
 
+#include <algorithm>
 #include <exception>
 #include <string>
 #include <utility>
@@ -49,11 +50,15 @@ std::string ItemLine(ReaderDataType type, std::size_t size) {
 
 }  // namespace
 
-Playback::Playback(Session session, const ReaderCallbacks& callbacks,
-                   std::atomic<ReaderState>* state, ReaderLog* log)
-    : session(std::move(session)), callbacks(callbacks), state(state), log(log), thread([this] {
-        Run();
-      }) {}
+Playback::Playback(std::unique_ptr<StepSource> steps, Step opening,
+                   const ReaderCallbacks& callbacks, std::atomic<ReaderState>* state,
+                   ReaderLog* log)
+    : steps(std::move(steps), std::max(std::thread::hardware_concurrency(), 1U)),
+      opening(std::move(opening)),
+      callbacks(callbacks),
+      state(state),
+      log(log),
+      thread([this] { Run(); }) {}
 
 Playback::~Playback() {
   RequestStop();
@@ -61,9 +66,17 @@ Playback::~Playback() {
 }
 
 void Playback::RequestStop() {
-  const std::lock_guard lock(mutex);
-  over = true;
-  stopRequested.notify_all();
+  {
+    const std::lock_guard lock(mutex);
+    over = true;
+    stopRequested.notify_all();
+  }
+  steps.RequestStop();
+}
+
+void Playback::Abandon() {
+  RequestStop();
+  steps.Stop();
 }
 
 bool Playback::IsOver() {
@@ -77,12 +90,19 @@ void Playback::Run() {
   playbackOfThisThread = this;
   Perform(ConnectionTime);
   Perform(SendEvent{ReaderEventCode::DeviceConnected, {}});
-  for (Action& action : session.actions) {
-    std::visit([this](auto& kind) { Perform(kind); }, action);
+  PlayStep(std::move(opening));
+  while (std::optional<Step> step = steps.Take()) {
+    PlayStep(std::move(*step));
   }
   Perform(SendEvent{ReaderEventCode::DeviceDisconnected, ReaderState::Terminated});
   log->Write(LogLifecycle, "session ended");
   RequestStop();
+}
+
+void Playback::PlayStep(Step step) {
+  for (Action& action : step) {
+    std::visit([this](auto& kind) { Perform(kind); }, action);
+  }
 }
 
 /// An exception out of a callback is the host's failure; the reader goes on.
@@ -146,6 +166,8 @@ void Playback::Play(SendBarcode& barcode) {
     callbacks.data(callbacks.context, barcode.type, sizeof record, &record);
   }
 }
+
+void Playback::Play(const WriteLine& line) { log->Write(LogLifecycle, line.text); }
 
 void Playback::EnterState(const SendEvent& event) {
   if (event.state) {

@@ -2,10 +2,12 @@
 
 #include <atomic>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <thread>
 
 #include "interfaces/HaldenReaderHighLevelAPI.h"
+#include "virtual_reader/LookAhead.h"
 #include "virtual_reader/ReaderLog.h"
 #include "virtual_reader/session/Session.h"
 
@@ -24,9 +26,10 @@ struct ReaderCallbacks {
 /// REQUIRES: destroyed on another thread than that.
 class Playback {
  public:
-  /// @param state  set before the callback that announces it; outlives the playback
-  Playback(Session session, const ReaderCallbacks& callbacks, std::atomic<ReaderState>* state,
-           ReaderLog* log);
+  /// @param opening  played as soon as the device is connected, before the steps
+  /// @param state    set before the callback that announces it; outlives the playback
+  Playback(std::unique_ptr<StepSource> steps, Step opening, const ReaderCallbacks& callbacks,
+           std::atomic<ReaderState>* state, ReaderLog* log);
   ~Playback();
   Playback(const Playback&) = delete;
   Playback& operator=(const Playback&) = delete;
@@ -34,6 +37,10 @@ class Playback {
   /// Lets no callback begin that has not begun yet, as seen from a callback, and
   /// cuts a pause short. [any thread]
   void RequestStop();
+
+  /// The same, and leaves no thread behind but the one that plays, for when the
+  /// process or the library ends within a callback. [playing thread]
+  void Abandon();
 
   /// Whether no callback begins any more; one may still be under way. [any thread]
   bool IsOver();
@@ -43,6 +50,7 @@ class Playback {
 
  private:
   void Run();
+  void PlayStep(Step step);
   template <typename ActionType>
   void Perform(ActionType&& action);
 
@@ -51,11 +59,13 @@ class Playback {
   void Play(const Pause& pause);
   void Play(SendItem& item);
   void Play(SendBarcode& barcode);
+  void Play(const WriteLine& line);
 
   void EnterState(const SendEvent& event);
   void PublishState();
 
-  Session session;
+  LookAhead steps;
+  Step opening;
   const ReaderCallbacks callbacks;
   std::atomic<ReaderState>* const state;
   ReaderLog* const log;

@@ -45,10 +45,12 @@ ReaderResult ReaderLog::Open(std::int32_t level, std::int32_t mask, const char* 
     return ReaderResult::LogNotOpened;
   }
   std::ofstream opened(PathFromUtf8(file), std::ios::app);
+  const std::lock_guard lock(mutex);
   if (!opened) {
+    refusal = std::string("the log file \"") + file + "\" cannot be written";
     return ReaderResult::LogNotOpened;
   }
-  const std::lock_guard lock(mutex);
+  refusal.clear();
   stream = std::move(opened);
   highestLevel = mask != 0 ? level : -1;
   return ReaderResult::Success;
@@ -57,6 +59,12 @@ ReaderResult ReaderLog::Open(std::int32_t level, std::int32_t mask, const char* 
 void ReaderLog::Close() {
   const std::lock_guard lock(mutex);
   stream = {};
+  refusal.clear();
+}
+
+std::string ReaderLog::TakeRefusal() {
+  const std::lock_guard lock(mutex);
+  return std::exchange(refusal, {});
 }
 
 void ReaderLog::Write(std::int32_t level, std::string_view text) {

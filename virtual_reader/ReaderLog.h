@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <fstream>
 #include <mutex>
+#include <string>
 #include <string_view>
 
 #include "virtual_reader/ReaderResult.h"
@@ -28,6 +29,9 @@ class ReaderLog {
 
   void Close();
 
+  /// Why the file of the last Open cannot be written to, once; empty when it can.
+  std::string TakeRefusal();
+
   /// Writes one line: the time (UTC), the level, the text.
   void Write(std::int32_t level, std::string_view text);
 
@@ -35,6 +39,7 @@ class ReaderLog {
   std::mutex mutex;
   std::ofstream stream;
   std::int32_t highestLevel = 0;
+  std::string refusal;
 };
 
 }  // namespace conduit

@@ -59,26 +59,30 @@ void VirtualReader::Start(const ReaderCallbacks& callbacks) {
   }
   Session session = ReadSession(file);
   log.Write(LogLifecycle, "playing the session " + Utf8FromPath(file));
-  for (const std::string& warning : session.warnings) {
-    log.Write(LogLifecycle, "warning: " + warning);
+  for (const std::string& remark : session.remarks) {
+    log.Write(LogLifecycle, remark);
   }
-  for (const std::string& finding : session.findings) {
-    log.Write(LogLifecycle, finding);
+  Step opening;
+  if (const std::string refusal = log.TakeRefusal(); !refusal.empty()) {
+    opening = {RaiseError{refusal}, SendEvent{ReaderEventCode::ReaderErrorResolved, {}}};
   }
   state = ReaderState::Enabled;
-  playback = std::make_unique<Playback>(std::move(session), callbacks, &state, &log);
+  playback = std::make_unique<Playback>(std::move(session.steps), std::move(opening), callbacks,
+                                        &state, &log);
 }
 
 void VirtualReader::ReportRefusal(const std::string& reason, const ReaderCallbacks& callbacks) {
   log.Write(LogFailures, "not started: " + reason);
-  if (callbacks.error == nullptr) {
-    return;
-  }
-  try {
-    callbacks.error(nullptr, reinterpret_cast<const ReaderErrorInfo*>(reason.c_str()),
-                    callbacks.context);
-  } catch (...) {
-    log.Write(LogFailures, "exception out of the error callback");
+  for (const std::string& text : {log.TakeRefusal(), reason}) {
+    if (callbacks.error == nullptr || text.empty()) {
+      continue;
+    }
+    try {
+      callbacks.error(nullptr, reinterpret_cast<const ReaderErrorInfo*>(text.c_str()),
+                      callbacks.context);
+    } catch (...) {
+      log.Write(LogFailures, "exception out of the error callback");
+    }
   }
 }
 
@@ -97,7 +101,7 @@ void VirtualReader::Release() {
   if (Playback::OfThisThread() != nullptr) {
     // The process is being ended from within a callback: the thread that runs
     // this cannot be waited for, and does not come back to play on.
-    Playback::OfThisThread()->RequestStop();
+    Playback::OfThisThread()->Abandon();
     return;
   }
   Shutdown();

@@ -44,6 +44,24 @@ TEST(Playing, SendsADocumentInTheOrderOfItsFields) {
                   "READER_ERROR_RESOLVED Enabled", "DEVICE_DISCONNECTED Terminated"));
 }
 
+/// The rest of its document is delivered all the same.
+TEST(Playing, RaisesAnErrorInPlaceOfADamagedImage) {
+  ReaderSession session(R"({"steps": [{"document": {
+      "images": {"IMAGEVIS": "cut", "IMAGEUV": "uv"}, "chip": {"photo": "cut"}}}]})");
+  session.Write("cut", "\x89PNG\r\n\x1A\n");
+  session.Write("uv", "violet");
+  EXPECT_THAT(
+      session.PlayUntil(),
+      ElementsAre(
+          "DEVICE_CONNECTED Enabled", "DOC_ON_WINDOW Enabled", "START_OF_DOCUMENT_DATA Reading",
+          "error: step 1, document.images.IMAGEVIS: \"cut\": the file ends early Error",
+          "READER_ERROR_RESOLVED Reading", "item 11 violet", "RF_CHIP_OPENED_SUCCESSFULLY Reading",
+          "RF_APPLICATION_OPENED_SUCCESSFULLY Reading",
+          "error: step 1, document.chip.photo: \"cut\": the file ends early Error",
+          "READER_ERROR_RESOLVED Reading", "RF_CHIP_REMOVAL_SUCCESS Reading",
+          "END_OF_DOCUMENT_DATA Enabled", "DOC_REMOVED Enabled", "DEVICE_DISCONNECTED Terminated"));
+}
+
 TEST(Playing, IsInTheStateThatItAnnounces) {
   ReaderSession session(R"({"steps": [
       {"state": "Asleep"}, {"document": {}}, {"swipe": ["1"]}, {"state": "Error"},

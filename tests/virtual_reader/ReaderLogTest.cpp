@@ -29,14 +29,15 @@ TEST(ReaderLog, WritesWhatTheLevelAdmits) {
                    "L898902C30UTO7408122F1204159ZE184226B<<<<<10"]}}]})");
   const std::vector<std::string> lines = {
       "1 playing the session " + (session.folder / "session.json").string(),
-      "1 warning: step 3, document.codeline: the check digit of the document number is '0', by "
-      "the codeline it would be '6'",
-      "1 warning: step 3, document.codeline: the check digit of the whole codeline is '0', by the "
-      "codeline it would be '8'",
       "4 pause of 50 ms",
       "2 event DEVICE_CONNECTED, state Enabled",
       "2 error: two lines",
       "4 pause of 1 ms",
+      "1 document step 3",
+      "1 warning: step 3, document.codeline: the check digit of the document number is '0', by "
+      "the codeline it would be '6'",
+      "1 warning: step 3, document.codeline: the check digit of the whole codeline is '0', by the "
+      "codeline it would be '8'",
       "2 event DOC_ON_WINDOW, state Error",
       "2 event START_OF_DOCUMENT_DATA, state Error",
       "3 item CODELINE (0), 89 bytes",
@@ -89,6 +90,24 @@ TEST(ReaderLog, RefusesAFileThatCannotBeOpenedAndKeepsTheOneBefore) {
   session.Start();
   HaldenReader_EnableLogging(false, 0, 0, nullptr);
   EXPECT_THAT(Lines(session.Read("log")), testing::ElementsAre(testing::HasSubstr("not JSON")));
+}
+
+TEST(ReaderLog, TellsTheHostOnceOfAFileThatCannotBeOpened) {
+  ReaderSession session(R"({"steps": []})");
+  const std::string missing = session.NameOf("no/log");
+  HaldenReader_EnableLogging(true, 1, EveryPart, missing.c_str());
+  const std::string error = "error: the log file \"" + missing + "\" cannot be written Error";
+  EXPECT_THAT(session.PlayUntil(), testing::ElementsAre("DEVICE_CONNECTED Enabled", error,
+                                                        "READER_ERROR_RESOLVED Enabled",
+                                                        "DEVICE_DISCONNECTED Terminated"));
+  HaldenReader_Shutdown();
+  EXPECT_EQ(session.PlayUntil().size(), 2U);
+  HaldenReader_EnableLogging(true, 1, EveryPart, missing.c_str());
+  session.Write("session.json", "no JSON");
+  HaldenReader_Shutdown();
+  session.Forget();
+  session.Start();
+  EXPECT_THAT(session.Calls(), testing::ElementsAre(error, testing::HasSubstr("not JSON")));
 }
 
 }  // namespace

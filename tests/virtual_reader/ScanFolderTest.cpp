@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <future>
+
 #include "tests/virtual_reader/ReaderSession.h"
 
 namespace conduit {
@@ -35,6 +37,7 @@ TEST(ScanFolder, LaysItsImagesOnTheWindowByName) {
   session.Write("b.txt.bak", "x");
   session.Write("._b.png", "a system's own note");
   session.Write("lost.txt", "x");
+  session.Write("letter.pdf", "x");
   std::filesystem::create_directory(session.PathOf("folder.png"));
   std::vector<std::string> items;
   session.onData = [&](ReaderDataType type, std::int32_t length, const void* data) {
@@ -51,53 +54,111 @@ TEST(ScanFolder, LaysItsImagesOnTheWindowByName) {
       "image of " + std::to_string(std::filesystem::file_size(session.PathOf("b.PNG")));
   const std::string jpeg =
       "image of " + std::to_string(std::filesystem::file_size(session.PathOf("C.Jpeg")));
+  EXPECT_THAT(session.Read("log"), HasSubstr("1 letter.pdf: not read: its name is not that of"));
+  EXPECT_THAT(session.Read("log"), HasSubstr("1 folder.png: not read: it is a folder"));
+  EXPECT_THAT(session.Read("log"), testing::Not(HasSubstr("._b.png")));
   EXPECT_THAT(items, ElementsAre(jpeg, std::string(Line1) + "\n" + Line2, none, none, none));
-  EXPECT_THAT(session.Read("log"), HasSubstr("warning: lost.txt: there is no image"));
+  EXPECT_THAT(session.Read("log"),
+              HasSubstr("1 lost.txt: not read: there is no image of this name"));
 }
 
-TEST(ScanFolder, IsRefusedWithTheFileAndTheReason) {
+/// What the reader says and does of a page, between two that are as they should be.
+TEST(ScanFolder, GoesOnAfterABadPage) {
   const std::string png = "\x89PNG\r\n\x1A\n";
+  std::ifstream file(PAGES_FOLDER "/none.png", std::ios::binary);
+  const std::string page(std::istreambuf_iterator<char>(file), {});
+  // A few bytes that claim to be a huge image.
+  std::string huge = page;
+  huge.replace(16, 8, std::string("\0\0\xEA\x60\0\0\xEA\x60", 8));
   const struct {
     std::string file;
     std::string bytes;
     std::string reason;
   } cases[] = {
-      {"a.txt", "", "a.txt: the file is empty"},
-      {"a.txt", "\r\n\n", "a.txt: there is no text in the file"},
-      {"a.txt", std::string(Line1) + "\n" + (Line2 + 1), "a.txt: line 2 has 43 characters, a TD3"},
-      {"a.txt", "1\n2\n3\n4\n", "a.txt: 4 lines of 1, 1, 1, 1 characters fit no codeline format"},
-      {"a.txt", std::string(5000, '<'), "a.txt: the file has 5000 bytes, at most 4096"},
-      {"b.png", "text", "b.png: it is neither a PNG, a JPEG, a TIFF nor a BMP"},
-      {"b.png", png, "b.png: the file ends early"},
-      {"b.jpg", "\xFF\xD8\xFF\xD9 \xFF\xDA", "b.jpg: the file ends early"},
+      {"b.png", "", "the file is empty"},
+      {"b.png", "text", "it is neither a PNG, a JPEG, a TIFF nor a BMP image"},
+      {"b.png", png, "the file ends early"},
+      {"b.png", page.substr(0, page.size() / 2), "the file ends early"},
+      {"b.jpg", "\xFF\xD8\xFF\xD9 \xFF\xDA", ""},
+      {"b.tif", std::string("II*\0\xFF\xFF\xFF\xFF", 8), ""},
+      {"b.bmp", "BM", ""},
+      {"b.png", huge, "the image has 60000 x 60000 pixels"},
   };
-  for (const auto& [file, bytes, reason] : cases) {
+  for (const auto& [name, bytes, reason] : cases) {
     ImageFolder session;
     session.CopyPage("none.png", "a.png");
-    session.Write(file, bytes);
-    EXPECT_EQ(session.Start(), Code(ReaderResult::SessionWrong)) << reason;
-    EXPECT_THAT(session.Calls(),
-                ElementsAre(HasSubstr(session.folder.filename().string() + ": " + reason)));
+    session.CopyPage("none.png", "c.png");
+    session.Write(name, bytes);
+    session.onData = [](ReaderDataType, std::int32_t, const void*) {};
+    const std::vector<std::string> calls = session.PlayUntil();
+    ASSERT_EQ(calls.size(), 14U) << name << ": " << reason;
+    EXPECT_THAT(std::vector(calls.begin() + 5, calls.begin() + 9),
+                ElementsAre("DOC_ON_WINDOW Enabled",
+                            testing::AllOf(testing::StartsWith("error: " + name + ": " + reason),
+                                           testing::EndsWith(" Error")),
+                            "READER_ERROR_RESOLVED Enabled", "DOC_REMOVED Enabled"));
   }
 }
 
-/// A few bytes that claim to be a huge image.
-TEST(ScanFolder, TakesNoImageOfMorePixelsThanAPage) {
-  ImageFolder session;
-  session.CopyPage("none.png", "a.png");
-  std::fstream image(session.PathOf("a.png"), std::ios::in | std::ios::out | std::ios::binary);
-  constexpr std::streamoff sizeInHeader = 16;
-  image.seekp(sizeInHeader).write("\0\0\x40\0\0\0\x40\0", 8);
-  image.close();
-  EXPECT_EQ(session.Start(), Code(ReaderResult::SessionWrong));
-  EXPECT_THAT(session.Calls(), ElementsAre(HasSubstr("a.png: the image has 16384 x 16384 pixels")));
+TEST(ScanFolder, DeliversAPageWhoseTextIsWrong) {
+  const std::pair<std::string, std::string> cases[] = {
+      {"", "the file is empty"},
+      {"\r\n\n", "there is no text in the file"},
+      {std::string(Line1) + "\n" + (Line2 + 1), "line 2 has 43 characters, a TD3"},
+      {"1\n2\n3\n4\n", "4 lines of 1, 1, 1, 1 characters fit no codeline format"},
+      {std::string(5000, '<'), "the file has 5000 bytes, at most 4096"},
+  };
+  for (const auto& [text, reason] : cases) {
+    ImageFolder session;
+    session.CopyPage("none.png", "a.png");
+    session.Write("a.txt", text);
+    EXPECT_THAT(
+        session.PlayUntil(),
+        ElementsAre("DEVICE_CONNECTED Enabled", "DOC_ON_WINDOW Enabled",
+                    "START_OF_DOCUMENT_DATA Reading",
+                    testing::StartsWith("error: a.txt: " + reason), "READER_ERROR_RESOLVED Reading",
+                    testing::StartsWith("item 6 "), "END_OF_DOCUMENT_DATA Enabled",
+                    "DOC_REMOVED Enabled", "DEVICE_DISCONNECTED Terminated"));
+  }
 }
 
-TEST(ScanFolder, HasAnImage) {
+TEST(ScanFolder, HasAReadableImage) {
+  for (const char* name : {"a.txt", "a.png"}) {
+    ImageFolder session;
+    session.Write(name, "x");
+    EXPECT_EQ(session.Start(), Code(ReaderResult::SessionUnreadable));
+    EXPECT_THAT(session.Calls(),
+                ElementsAre(HasSubstr(": the folder has no readable image (.png, .jpg")));
+  }
+}
+
+/// Whatever has been read ahead by then, and whoever stops it.
+TEST(ScanFolder, IsStoppedWhilePagesAreReadAhead) {
   ImageFolder session;
-  session.Write("a.txt", "x");
-  EXPECT_EQ(session.Start(), Code(ReaderResult::SessionUnreadable));
-  EXPECT_THAT(session.Calls(), ElementsAre(HasSubstr(": the folder has no image (.png, .jpg")));
+  for (int i = 0; i < 30; ++i) {
+    session.CopyPage("rows.png", std::to_string(i) + ".png");
+  }
+  for (const std::size_t calls : {1U, 2U, 3U, 20U}) {
+    for (const bool fromCallback : {false, true}) {
+      session.Forget();
+      std::promise<void> reached;
+      std::size_t events = 0;
+      session.onData = [](ReaderDataType, std::int32_t, const void*) {};
+      session.onEvent = [&](ReaderEventCode) {
+        if (++events == calls) {
+          if (fromCallback) {
+            HaldenReader_Shutdown();
+          }
+          reached.set_value();
+        }
+      };
+      ASSERT_EQ(session.Start(), 0);
+      reached.get_future().wait();
+      HaldenReader_Shutdown();
+      EXPECT_THAT(session.Calls(), testing::Not(testing::Contains(HasSubstr("Terminated"))));
+      EXPECT_EQ(StateName(), "Not Initialised");
+    }
+  }
 }
 
 }  // namespace

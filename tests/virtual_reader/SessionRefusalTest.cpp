@@ -27,7 +27,7 @@ const Refusal Refusals[] = {
     {"{\n  \"steps\": [,]}", "not JSON: line 2, column 13: ", ReaderResult::SessionMalformed},
     {"{\"steps\": [\"\xFF\"]}", "not JSON: line 1", ReaderResult::SessionMalformed},
     {R"({"steps": [1e999]})", "not JSON: ", ReaderResult::SessionMalformed},
-    {std::string(100000, '['), "not JSON: line 1", ReaderResult::SessionMalformed},
+    {std::string(100000, '['), "stand in each other deeper", ReaderResult::SessionMalformed},
     {"[]", "session.json: this is array, not an object"},
     {"{}", "the field \"steps\" is missing"},
     {R"({"step": []})", "there is no field \"step\"; known: \"steps\""},
@@ -70,8 +70,6 @@ const Refusal Refusals[] = {
     {InDocument(R"("images": {"CODELINE": "x"})"), "there is no field \"CODELINE\""},
     {InDocument(R"("images": {"IMAGEVIS": "none.png"})"),
      "document.images.IMAGEVIS: \"none.png\": there is no such file"},
-    {InDocument(R"("images": {"IMAGEVIS": "cut"}, "barcodes": [])"),
-     "document.images.IMAGEVIS: \"cut\": this PNG ends early"},
     {InDocument(R"("images": {"IMAGEVIS": "."})"), "this is a folder or a device"},
     {InDocument(R"("images": {"IMAGEVIS": "empty"})"), "the file is empty"},
     {InDocument(R"("images": {"IMAGEVIS": "huge"})"), "the file has 1073741824 bytes, at most"},
@@ -89,7 +87,6 @@ TEST(SessionRefusal, NamesTheFileThePlaceAndTheReason) {
     SCOPED_TRACE(refusal.json.substr(0, 200));
     ReaderSession session(refusal.json);
     session.Write("empty", "");
-    session.Write("cut", "\x89PNG\r\n\x1A\n");
     session.Write("huge", "");
     std::filesystem::resize_file(session.folder / "huge", std::uintmax_t{1} << 30);
     EXPECT_EQ(session.Start(), Code(refusal.result));

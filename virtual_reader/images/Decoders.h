@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "virtual_reader/images/ImageFormat.h"
 #include "virtual_reader/images/PageImage.h"
 
 namespace conduit {

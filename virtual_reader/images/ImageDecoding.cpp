@@ -1,6 +1,7 @@
 #include "virtual_reader/images/ImageDecoding.h"
 
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 
 #include "virtual_reader/images/Decoders.h"

@@ -2,22 +2,31 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace conduit {
 
-/// A folder in the place of a session: every image is a document, and a text
-/// file of the same stem its codeline. All names in UTF-8, within the folder.
+/// The names of files that are taken for page images, for a user.
+inline constexpr std::string_view ImageNames = ".png, .jpg, .jpeg, .tif, .tiff, .bmp";
+
+/// A folder in the place of a session: every image is a document, of a TIFF every
+/// page, and a text file of the same stem its codeline. All names in UTF-8,
+/// within the folder.
 struct ScanFolder {
   struct Scan {
     std::string image;
-    std::string codeline;  ///< empty where there is none
+    std::string text;  ///< empty where there is none
   };
-  std::vector<Scan> scans;              ///< in the order of their bytes
-  std::vector<std::string> strayTexts;  ///< text files that no image goes with
+  struct Unread {
+    std::string name;
+    std::string reason;
+  };
+  std::vector<Scan> scans;     ///< in the order of their bytes
+  std::vector<Unread> unread;  ///< all else, but for names that begin with a dot
 };
 
-/// Throws a SessionError when the folder cannot be read or has no image.
+/// Throws a SessionError when the folder cannot be read.
 ScanFolder ListScans(const std::filesystem::path& folder);
 
 }  // namespace conduit

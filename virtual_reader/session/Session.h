@@ -3,6 +3,8 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <variant>
@@ -40,18 +42,43 @@ struct SendBarcode {
   std::string data;
 };
 
-using Action = std::variant<SendEvent, RaiseError, Pause, SendItem, SendBarcode>;
-
-/// What the reader is to do between its connection and its disconnection, with
-/// everything read and checked beforehand: playing it cannot fail.
-struct Session {
-  std::vector<Action> actions;
-  std::vector<std::string> warnings;  ///< doubts that do not keep it from being played
-  std::vector<std::string> findings;  ///< what was found on page images
+/// A line for the reader's log, among what it is about.
+struct WriteLine {
+  std::string text;
 };
 
-/// Reads a session file and the files that it names, or a folder whose images
-/// are the documents. Throws SessionError.
-Session ReadSession(const std::filesystem::path& file);
+using Action = std::variant<SendEvent, RaiseError, Pause, SendItem, SendBarcode, WriteLine>;
+
+/// What is played in one piece: a step of a session file, or a page of a folder.
+using Step = std::vector<Action>;
+
+/// Makes a step: whatever takes long, as decoding and searching its pages, is
+/// done in here. Called once, on any thread, and beside the work on other steps.
+using StepWork = std::function<Step()>;
+
+/// The steps of a session, one after the other, made as they are asked for.
+/// [one thread at a time]
+class StepSource {
+ public:
+  StepSource() = default;
+  StepSource(const StepSource&) = delete;
+  StepSource& operator=(const StepSource&) = delete;
+  virtual ~StepSource() = default;
+
+  /// The work on the next step. An empty function when there is none yet, and the
+  /// source is to be asked again later; nothing at the end of the session.
+  virtual std::optional<StepWork> Next() = 0;
+};
+
+/// What the reader is to do between its connection and its disconnection.
+struct Session {
+  std::unique_ptr<StepSource> steps;
+  std::vector<std::string> remarks;  ///< for the log, before anything is played
+};
+
+/// Reads and checks what the location names: a session file, a folder whose
+/// images are the documents, or, behind "watch:", such a folder as it fills.
+/// Throws SessionError.
+Session ReadSession(const std::filesystem::path& location);
 
 }  // namespace conduit

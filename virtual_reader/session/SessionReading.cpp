@@ -1,12 +1,15 @@
+#include <memory>
 #include <set>
 #include <stdexcept>
 #include <system_error>
+#include <utility>
 
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/session/ScanFolder.h"
+#include "virtual_reader/session/FolderSteps.h"
 #include "virtual_reader/session/Session.h"
 #include "virtual_reader/session/SessionField.h"
+#include "virtual_reader/session/SessionLocation.h"
 #include "virtual_reader/session/StepReading.h"
 
 namespace conduit {
@@ -17,11 +20,19 @@ using Json = SessionField::Json;
 /// Images stand in files of their own, so a session is text of modest size.
 constexpr std::uintmax_t LargestSession = std::uintmax_t{16} << 20;
 
-/// Refuses a field that an object names twice, of which the parser would
-/// silently keep one.
-class DuplicateCheck {
+/// Deeper than the date of a codeline, the deepest field; each level costs memory.
+constexpr int DeepestField = 16;
+
+/// Refuses, while the file is read, a field that an object names twice, of which
+/// the parser would silently keep one, and what stands too deep.
+class StructureCheck {
  public:
   bool operator()(int depth, Json::parse_event_t event, const Json& parsed) {
+    if (depth > DeepestField) {
+      throw SessionError(
+          ReaderResult::SessionMalformed,
+          "lists and objects stand in each other deeper than any field of a session");
+    }
     constexpr int depthOfSteps = 2;  // in the list that stands in the file's one object
     if (event == Json::parse_event_t::object_start) {
       step += depth == depthOfSteps ? 1 : 0;
@@ -51,7 +62,7 @@ std::string ReasonOf(const Json::exception& error) {
 
 Json ParseJson(const std::string& text) {
   try {
-    return Json::parse(text, DuplicateCheck());
+    return Json::parse(text, StructureCheck());
   } catch (const Json::exception& error) {
     throw SessionError(ReaderResult::SessionMalformed, ReasonOf(error));
   }
@@ -65,39 +76,50 @@ std::string ReadSessionFile(const std::filesystem::path& file) {
   }
 }
 
-Session ReadSteps(const std::filesystem::path& file) {
+class FileSteps : public StepSource {
+ public:
+  explicit FileSteps(std::vector<StepWork> steps) : steps(std::move(steps)) {}
+
+  std::optional<StepWork> Next() override {
+    return next < steps.size() ? std::optional(std::move(steps[next++])) : std::nullopt;
+  }
+
+ private:
+  std::vector<StepWork> steps;
+  std::size_t next = 0;
+};
+
+Session ReadFile(const std::filesystem::path& file) {
   const Json json = ParseJson(ReadSessionFile(file));
   const SessionField root(json, "");
   root.Fields({"steps"});
   StepReading reading(file.parent_path());
   constexpr std::size_t mostSteps = 1000000;
-  std::size_t number = 0;
+  std::vector<StepWork> steps;
   for (const SessionField& step : root.Require("steps").Elements(0, mostSteps)) {
-    reading.ReadStep(step.At("step " + std::to_string(++number)));
+    steps.push_back(reading.ReadStep(step.At("step " + std::to_string(steps.size() + 1))));
   }
-  return reading.TakeSession();
-}
-
-Session ReadScans(const std::filesystem::path& folder) {
-  const ScanFolder scans = ListScans(folder);
-  StepReading reading(folder);
-  for (const std::string& text : scans.strayTexts) {
-    reading.Warn(text + ": there is no image of this name, so it is no codeline");
+  Session session;
+  session.steps = std::make_unique<FileSteps>(std::move(steps));
+  if (reading.HasImages()) {
+    session.remarks = LimitsOfPageReading();
   }
-  for (const ScanFolder::Scan& scan : scans.scans) {
-    reading.ReadScan(scan.image, scan.codeline);
-  }
-  return reading.TakeSession();
+  return session;
 }
 
 }  // namespace
 
-Session ReadSession(const std::filesystem::path& file) {
+Session ReadSession(const std::filesystem::path& location) {
+  const std::string name = Utf8FromPath(location);
   try {
+    if (name.starts_with(WatchPrefix)) {
+      return WatchFolder(PathFromUtf8(name.substr(WatchPrefix.size())));
+    }
     std::error_code unreadable;  // which opening it as a file tells better
-    return std::filesystem::is_directory(file, unreadable) ? ReadScans(file) : ReadSteps(file);
+    return std::filesystem::is_directory(location, unreadable) ? ReadFolder(location)
+                                                               : ReadFile(location);
   } catch (const SessionError& error) {
-    throw SessionError(error.result, Utf8FromPath(file) + ": " + error.what());
+    throw SessionError(error.result, name + ": " + error.what());
   }
 }
 

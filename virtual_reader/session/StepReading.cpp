@@ -7,9 +7,9 @@
 #include <stdexcept>
 #include <type_traits>
 
+#include "interfaces/ReaderBarcodeData.h"
 #include "interfaces/ReaderSwipeData.h"
 #include "virtual_reader/InputFile.h"
-#include "virtual_reader/ReaderResult.h"
 #include "virtual_reader/records/AamvaReading.h"
 #include "virtual_reader/records/RecordField.h"
 #include "virtual_reader/session/CodelineField.h"
@@ -17,11 +17,8 @@
 namespace conduit {
 namespace {
 
-/// Room for an uncompressed page image of 600 dpi.
-constexpr std::uintmax_t LargestItem = std::uintmax_t{64} << 20;
-
-/// Far more than three lines: a larger text file is something else.
-constexpr std::uintmax_t LargestCodeline = 4096;
+/// Far more than any symbology holds.
+constexpr std::uintmax_t LargestBarcode = std::uintmax_t{1} << 20;
 
 constexpr std::int32_t LongestPause = 60 * 60 * 1000;
 
@@ -36,36 +33,6 @@ std::vector<std::string> NamesOf(const Row (&table)[Size]) {
     }
   }
   return names;
-}
-
-/// The lines of a text file, whatever system it comes from, without the empty
-/// ones at its end.
-std::vector<std::string> LinesOf(std::string_view text) {
-  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-  text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
-  std::vector<std::string> lines;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    lines.emplace_back(text.substr(0, end));
-    if (lines.back().ends_with('\r')) {
-      lines.back().pop_back();
-    }
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
-  while (!lines.empty() && lines.back().empty()) {
-    lines.pop_back();
-  }
-  return lines;
-}
-
-/// Does what may throw std::invalid_argument for a file of a session folder.
-template <typename Operation>
-void RefuseFor(const std::string& file, const Operation& operation) {
-  try {
-    operation();
-  } catch (const std::invalid_argument& reason) {
-    throw SessionError(ReaderResult::SessionWrong, file + ": " + reason.what());
-  }
 }
 
 }  // namespace
@@ -85,42 +52,60 @@ const std::vector<StepReading::FieldReader> StepReading::DocumentFields = {
     {"error", &StepReading::ReadError},
 };
 
-void StepReading::ReadFields(const SessionField& object, const std::vector<FieldReader>& readers) {
+StepReading::Part StepReading::ReadFields(const SessionField& object,
+                                          const std::vector<FieldReader>& readers) {
   std::vector<std::string> names;
   names.reserve(readers.size());
   for (const FieldReader& reader : readers) {
     names.emplace_back(reader.name);
   }
+  std::vector<Part> parts;
   for (const auto& [name, field] : object.Fields(names)) {
     const auto position = std::find(names.begin(), names.end(), name) - names.begin();
-    (this->*readers[static_cast<std::size_t>(position)].read)(field);
+    parts.push_back((this->*readers[static_cast<std::size_t>(position)].read)(field));
   }
+  return [parts = std::move(parts)](StepBuilder* step) {
+    for (const Part& part : parts) {
+      part(step);
+    }
+  };
 }
 
-void StepReading::ReadStep(const SessionField& step) {
+StepWork StepReading::ReadStep(const SessionField& step) {
   if (step.IsObject() && step.Size() != 1) {
     step.Refuse("a step has exactly one field, this one has " + std::to_string(step.Size()));
   }
-  ReadFields(step, StepFields);
+  return [add = ReadFields(step, StepFields)] {
+    StepBuilder builder;
+    add(&builder);
+    return builder.Take();
+  };
 }
 
-void StepReading::ReadEvent(const SessionField& field) {
-  AddEvent(static_cast<ReaderEventCode>(field.NameAmong("event", NamesOf(ReaderEventNames))));
+StepReading::Part StepReading::ReadEvent(const SessionField& field) {
+  const auto event =
+      static_cast<ReaderEventCode>(field.NameAmong("event", NamesOf(ReaderEventNames)));
+  return [event](StepBuilder* step) { step->AddEvent(event); };
 }
 
-void StepReading::ReadError(const SessionField& field) { Add(RaiseError{field.Text()}); }
+StepReading::Part StepReading::ReadError(const SessionField& field) {
+  return [text = field.Text()](StepBuilder* step) { step->Add(RaiseError{text}); };
+}
 
-void StepReading::ReadState(const SessionField& field) {
+StepReading::Part StepReading::ReadState(const SessionField& field) {
+  const auto state = static_cast<ReaderState>(field.NameAmong("state", NamesOf(ReaderStateNames)));
   // A host asks for the state when it hears of an event, so there is one.
-  Add(SendEvent{ReaderEventCode::AutomaticStateChange,
-                static_cast<ReaderState>(field.NameAmong("state", NamesOf(ReaderStateNames)))});
+  return [state](StepBuilder* step) {
+    step->Add(SendEvent{ReaderEventCode::AutomaticStateChange, state});
+  };
 }
 
-void StepReading::ReadPause(const SessionField& field) {
-  Add(Pause{std::chrono::milliseconds(field.Integer(0, LongestPause))});
+StepReading::Part StepReading::ReadPause(const SessionField& field) {
+  const std::chrono::milliseconds time(field.Integer(0, LongestPause));
+  return [time](StepBuilder* step) { step->Add(Pause{time}); };
 }
 
-void StepReading::ReadSwipe(const SessionField& field) {
+StepReading::Part StepReading::ReadSwipe(const SessionField& field) {
   ReaderSwipeData record = {};
   char(*const tracks[])[sizeof record.track1] = {&record.track1, &record.track2, &record.track3};
   std::size_t next = 0;
@@ -128,34 +113,38 @@ void StepReading::ReadSwipe(const SessionField& field) {
     // NOLINTNEXTLINE(clang-analyzer-core.CallAndMessage): there are no more than the tracks
     track.Try([&] { PutText(*tracks[next++], track.Text(), "the track"); });
   }
-  AddEvent(ReaderEventCode::StartOfSwipeData);
-  Add(SendItem{ReaderDataType::SwipeRecord, BytesOf(record)});
-  AddEvent(ReaderEventCode::EndOfSwipeData);
+  return [bytes = BytesOf(record)](StepBuilder* step) {
+    step->AddEvent(ReaderEventCode::StartOfSwipeData);
+    step->Add(SendItem{ReaderDataType::SwipeRecord, bytes});
+    step->AddEvent(ReaderEventCode::EndOfSwipeData);
+  };
 }
 
-void StepReading::ReadDocument(const SessionField& field) {
-  givesBarcodes = field.Find("barcodes").has_value();
-  givesAamva = field.Find("aamva").has_value();
-  AddEvent(ReaderEventCode::DocOnWindow);
-  AddEvent(ReaderEventCode::StartOfDocumentData);
-  ReadFields(field, DocumentFields);
-  AddEvent(ReaderEventCode::EndOfDocumentData);
-  AddEvent(ReaderEventCode::DocRemoved);
+StepReading::Part StepReading::ReadDocument(const SessionField& field) {
+  wanted.barcodes = !field.Find("barcodes").has_value();
+  wanted.aamva = !field.Find("aamva").has_value();
+  imageNames.clear();
+  Part add = ReadFields(field, DocumentFields);
+  // "step 3, document" is "document step 3: a.png, b.png" to who reads the log.
+  const std::string number = field.Place().substr(0, field.Place().find(','));
+  const std::string name = number + (imageNames.empty() ? "" : ": " + imageNames);
+  return [name, add = std::move(add)](StepBuilder* step) {
+    step->AddDocument(name);
+    step->AddEvent(ReaderEventCode::DocOnWindow);
+    step->AddEvent(ReaderEventCode::StartOfDocumentData);
+    add(step);
+    step->AddEvent(ReaderEventCode::EndOfDocumentData);
+    step->AddEvent(ReaderEventCode::DocRemoved);
+  };
 }
 
-void StepReading::ReadPageCodeline(const SessionField& field) {
-  AddCodeline(field.Place(), ReadCodelineField(field), ReaderDataType::Codeline,
-              ReaderDataType::CodelineRecord);
+StepReading::Part StepReading::ReadPageCodeline(const SessionField& field) {
+  return [place = field.Place(), reading = ReadCodelineField(field)](StepBuilder* step) {
+    step->AddCodeline(place, reading, ReaderDataType::Codeline, ReaderDataType::CodelineRecord);
+  };
 }
 
-void StepReading::AddCodeline(const std::string& place, const CodelineReading& codeline,
-                              ReaderDataType textType, ReaderDataType recordType) {
-  WarnAt(place, codeline.warnings);
-  Add(SendItem{textType, codeline.record.codeline});
-  Add(SendItem{recordType, BytesOf(codeline.record)});
-}
-
-void StepReading::ReadImages(const SessionField& field) {
+StepReading::Part StepReading::ReadImages(const SessionField& field) {
   std::vector<std::string> names;
   std::vector<ReaderDataType> types;
   for (const ReaderItemName& item : ReaderItemNames) {
@@ -164,59 +153,50 @@ void StepReading::ReadImages(const SessionField& field) {
       types.push_back(item.type);
     }
   }
-  std::vector<PageFile> files;
+  std::vector<ImageFile> files;
   for (const auto& [name, file] : field.Fields(names)) {
     const auto position = std::find(names.begin(), names.end(), name) - names.begin();
-    files.push_back({types[static_cast<std::size_t>(position)], ImageOf(file)});
+    files.push_back(CheckImage(types[static_cast<std::size_t>(position)], file));
+    imageNames += (imageNames.empty() ? "" : ", ") + files.back().name;
   }
-  AddImages(field.Place(), std::move(files));
+  hasImages = hasImages || !files.empty();
+  return [files = std::move(files), wanted = wanted](StepBuilder* step) {
+    AddImageFiles(files, wanted, step);
+  };
 }
 
-void StepReading::AddImages(const std::string& place, std::vector<PageFile> files) {
-  const PagesReading reading = givesBarcodes ? PagesReading() : ReadPages(files);
-  for (PageFile& file : files) {
-    Add(SendItem{file.type, std::move(file.file.bytes)});
+StepReading::ImageFile StepReading::CheckImage(ReaderDataType type,
+                                               const SessionField& field) const {
+  ImageFile file = {type, field.Text(), field.Place(), {}};
+  file.path = folder / PathFromUtf8(file.name);
+  try {
+    RequireInputFile(file.path, LargestImage);
+  } catch (const std::invalid_argument& reason) {
+    field.Refuse('"' + file.name + "\": " + reason.what());
   }
-  if (!reading.hasPages) {
-    return;
-  }
-  if (CanSearchPages()) {
-    AddBarcodes(place, reading);
-  } else if (!toldThatPagesAreNotSearched) {
-    toldThatPagesAreNotSearched = true;
-    Warn("this build does not search page images for barcodes");
-  }
+  return file;
 }
 
-void StepReading::AddBarcodes(const std::string& place, const PagesReading& reading) {
-  std::string symbologies;
-  std::int32_t index = 0;
-  for (const PageBarcode& barcode : reading.barcodes) {
-    Add(SendBarcode{barcode.type, index++, static_cast<std::int32_t>(reading.barcodes.size()), 0,
-                    barcode.data});
-    symbologies += (symbologies.empty() ? "" : ", ") + BarcodeName(barcode.type);
-  }
-  session.findings.push_back(
-      place + ": " +
-      (symbologies.empty() ? "no barcode found on the page" : "found on the page: " + symbologies));
-  WarnAt(place, reading.warnings);
-  for (const PageBarcode& barcode : reading.barcodes) {
-    if (givesAamva || barcode.type != ReaderDataType::BarcodePdf417 || !IsAamva(barcode.data)) {
-      continue;
-    }
+void StepReading::AddImageFiles(const std::vector<ImageFile>& files, const PagesWanted& wanted,
+                                StepBuilder* step) {
+  std::vector<DocumentImage> images;
+  for (const ImageFile& file : files) {
+    const std::string place = file.place + ": \"" + file.name + '"';
     try {
-      AddAamva(place, barcode.data);
+      images.push_back({file.type, file.name, place, ReadInputFile(file.path, LargestImage)});
     } catch (const std::invalid_argument& reason) {
-      Warn(place + ": no AAMVA record of the barcode: " + reason.what());
+      // It was there when the session was checked.
+      step->AddPassingError(place + ": " + reason.what());
     }
   }
+  AddImages(std::move(images), wanted, step);
 }
 
-void StepReading::ReadBarcodes(const SessionField& field) {
+StepReading::Part StepReading::ReadBarcodes(const SessionField& field) {
   constexpr std::size_t most = 1000;
-  const std::vector<SessionField> barcodes = field.Elements(0, most);
-  std::int32_t index = 0;
-  for (const SessionField& barcode : barcodes) {
+  const std::vector<SessionField> fields = field.Elements(0, most);
+  std::vector<SendBarcode> barcodes;
+  for (const SessionField& barcode : fields) {
     barcode.Fields({"symbology", "text", "file", "format"});
     const std::size_t symbology =
         barcode.Require("symbology").NameAmong("symbology", NamesOf(ReaderBarcodeNames));
@@ -227,88 +207,62 @@ void StepReading::ReadBarcodes(const SessionField& field) {
     }
     const auto format = barcode.Find("format");
     using Limits = std::numeric_limits<std::int32_t>;
-    Add(SendBarcode{ReaderBarcodeNames[symbology].type, index++,
-                    static_cast<std::int32_t>(barcodes.size()),
-                    format ? format->Integer(Limits::min(), Limits::max()) : 0,
-                    text ? text->TextOrBytes() : FileOf(*file)});
+    barcodes.push_back({ReaderBarcodeNames[symbology].type,
+                        static_cast<std::int32_t>(barcodes.size()),
+                        static_cast<std::int32_t>(fields.size()),
+                        format ? format->Integer(Limits::min(), Limits::max()) : 0,
+                        text ? text->TextOrBytes() : FileOf(*file)});
   }
+  return [barcodes = std::move(barcodes)](StepBuilder* step) {
+    for (const SendBarcode& barcode : barcodes) {
+      step->Add(barcode);
+    }
+  };
 }
 
-void StepReading::ReadAamvaText(const SessionField& field) {
+StepReading::Part StepReading::ReadAamvaText(const SessionField& field) {
   if (field.IsObject()) {
     field.Fields({"file"});
   }
   const std::string text = field.IsObject() ? FileOf(field.Require("file")) : field.Text();
-  field.Try([&] { AddAamva(field.Place(), text); });
+  // What it says is no part of the work ahead: a wrong one refuses the session.
+  field.Try([&text] { ReadAamva(text); });
+  return [place = field.Place(), text](StepBuilder* step) { step->AddAamva(place, text); };
 }
 
-void StepReading::AddAamva(const std::string& place, std::string_view text) {
-  const AamvaReading reading = ReadAamva(text);
-  WarnAt(place, reading.warnings);
-  Add(SendItem{ReaderDataType::AamvaBarcodeRecord, BytesOf(reading.record)});
+StepReading::Part StepReading::ReadChip(const SessionField& field) {
+  static const std::vector<FieldReader> chipFields = {
+      {"dg1", &StepReading::ReadDataGroup1},
+      {"photo", &StepReading::ReadChipPhoto},
+  };
+  return [add = ReadFields(field, chipFields)](StepBuilder* step) {
+    step->AddEvent(ReaderEventCode::RfChipOpenedSuccessfully);
+    step->AddEvent(ReaderEventCode::RfApplicationOpenedSuccessfully);
+    add(step);
+    step->AddEvent(ReaderEventCode::RfChipRemovalSuccess);
+  };
 }
 
-void StepReading::ReadChip(const SessionField& field) {
-  AddEvent(ReaderEventCode::RfChipOpenedSuccessfully);
-  AddEvent(ReaderEventCode::RfApplicationOpenedSuccessfully);
-  for (const auto& [name, part] : field.Fields({"dg1", "photo"})) {
-    if (name == "dg1") {
-      AddCodeline(part.Place(), ReadCodelineField(part), ReaderDataType::ChipDataGroup1,
-                  ReaderDataType::ChipCodelineRecord);
-    } else {
-      Add(SendItem{ReaderDataType::ChipDataGroup2Photo, ImageOf(part).bytes});
-    }
-  }
-  AddEvent(ReaderEventCode::RfChipRemovalSuccess);
+StepReading::Part StepReading::ReadDataGroup1(const SessionField& field) {
+  return [place = field.Place(), reading = ReadCodelineField(field)](StepBuilder* step) {
+    step->AddCodeline(place, reading, ReaderDataType::ChipDataGroup1,
+                      ReaderDataType::ChipCodelineRecord);
+  };
 }
 
-void StepReading::ReadScan(const std::string& image, const std::string& codeline) {
-  givesBarcodes = false;
-  givesAamva = false;
-  AddEvent(ReaderEventCode::DocOnWindow);
-  AddEvent(ReaderEventCode::StartOfDocumentData);
-  if (!codeline.empty()) {
-    RefuseFor(codeline, [&] {
-      const std::vector<std::string> lines =
-          LinesOf(ReadInputFile(folder / PathFromUtf8(codeline), LargestCodeline));
-      if (lines.empty()) {
-        throw std::invalid_argument("there is no text in the file");
-      }
-      AddCodeline(codeline, ReadCodeline(lines), ReaderDataType::Codeline,
-                  ReaderDataType::CodelineRecord);
-    });
-  }
-  RefuseFor(image, [&] {
-    AddImages(image, {{ReaderDataType::ImageVis,
-                       ReadImageFile(folder / PathFromUtf8(image), LargestItem)}});
-  });
-  AddEvent(ReaderEventCode::EndOfDocumentData);
-  AddEvent(ReaderEventCode::DocRemoved);
-}
-
-void StepReading::WarnAt(const std::string& place, const std::vector<std::string>& warnings) {
-  for (const std::string& warning : warnings) {
-    Warn(std::string(place).append(": ").append(warning));
-  }
-}
-
-template <typename Content>
-Content StepReading::Read(const SessionField& field,
-                          Content (*read)(const std::filesystem::path&, std::uintmax_t)) const {
-  const std::string name = field.Text();
-  try {
-    return read(folder / PathFromUtf8(name), LargestItem);
-  } catch (const std::invalid_argument& reason) {
-    field.Refuse('"' + name + "\": " + reason.what());
-  }
+StepReading::Part StepReading::ReadChipPhoto(const SessionField& field) {
+  return [photo = CheckImage(ReaderDataType::ChipDataGroup2Photo, field)](StepBuilder* step) {
+    AddImageFiles({photo}, {}, step);
+  };
 }
 
 std::string StepReading::FileOf(const SessionField& field) const {
-  return Read(field, ReadInputFile);
-}
-
-ImageFile StepReading::ImageOf(const SessionField& field) const {
-  return Read(field, ReadImageFile);
+  const std::string name = field.Text();
+  try {
+    return ReadInputFile(folder / PathFromUtf8(name), LargestBarcode);
+  } catch (const std::invalid_argument& reason) {
+    field.Refuse('"' + name + "\": " + reason.what());
+  }
 }
 
 }  // namespace conduit

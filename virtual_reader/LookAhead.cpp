@@ -1,0 +1,125 @@
+#include "virtual_reader/LookAhead.h"
+
+#include <chrono>
+#include <exception>
+#include <string>
+#include <utility>
+
+namespace conduit {
+namespace {
+
+/// How often a source that has nothing yet is asked again.
+constexpr std::chrono::milliseconds PollInterval(200);
+
+/// Beyond this, nothing new is begun until something was played: page images of
+/// 600 dpi have up to a hundred million bytes.
+constexpr std::size_t MostBytesAhead = std::size_t{64} << 20;
+
+/// Steps take unequal times: with as many again as are being made, a slow one
+/// does not keep the other workers waiting.
+constexpr std::size_t StepsForEachWorker = 2;
+
+std::size_t BytesOf(const Step& step) {
+  std::size_t bytes = 0;
+  for (const Action& action : step) {
+    if (const auto* const item = std::get_if<SendItem>(&action); item != nullptr) {
+      bytes += item->bytes.size();
+    }
+  }
+  return bytes;
+}
+
+/// Sources answer for what can go wrong with a page; what is left is the system
+/// that has no memory.
+Step Make(const StepWork& work) {
+  try {
+    return work();
+  } catch (const std::exception& error) {
+    return {RaiseError{std::string("a step of the session cannot be played: ") + error.what()},
+            SendEvent{ReaderEventCode::ReaderErrorResolved, {}}};
+  }
+}
+
+}  // namespace
+
+LookAhead::LookAhead(std::unique_ptr<StepSource> source, unsigned workerCount)
+    : source(std::move(source)), mostAhead(StepsForEachWorker * workerCount) {
+  try {
+    while (workers.size() < workerCount) {
+      workers.emplace_back([this] { Work(); });
+    }
+  } catch (...) {
+    Stop();
+    throw;
+  }
+}
+
+LookAhead::~LookAhead() { Stop(); }
+
+void LookAhead::RequestStop() {
+  const std::lock_guard lock(mutex);
+  stopped = true;
+  changed.notify_all();
+}
+
+void LookAhead::Stop() {
+  RequestStop();
+  for (std::thread& worker : workers) {
+    worker.join();
+  }
+  workers.clear();
+}
+
+std::optional<Step> LookAhead::Take() {
+  std::unique_lock lock(mutex);
+  changed.wait(lock, [this] { return stopped || (ahead.empty() ? complete : ahead.front().made); });
+  if (stopped || ahead.empty()) {
+    return {};
+  }
+  Step step = std::move(ahead.front().step);
+  bytesAhead -= ahead.front().bytes;
+  ahead.pop_front();
+  changed.notify_all();
+  return step;
+}
+
+void LookAhead::Work() {
+  while (const std::optional<Claim> claim = ClaimNext()) {
+    Step step = Make(claim->work);
+    const std::lock_guard lock(mutex);
+    claim->place->bytes = BytesOf(step);
+    bytesAhead += claim->place->bytes;
+    claim->place->step = std::move(step);
+    claim->place->made = true;
+    changed.notify_all();
+  }
+}
+
+bool LookAhead::HasRoom() const {
+  return ahead.empty() || (ahead.size() < mostAhead && bytesAhead < MostBytesAhead);
+}
+
+std::optional<LookAhead::Claim> LookAhead::ClaimNext() {
+  const std::lock_guard order(claiming);
+  std::unique_lock lock(mutex);
+  while (true) {
+    changed.wait(lock, [this] { return stopped || complete || HasRoom(); });
+    if (stopped || complete) {
+      return {};
+    }
+    lock.unlock();
+    std::optional<StepWork> work = source->Next();
+    lock.lock();
+    if (!work) {
+      complete = true;
+      changed.notify_all();
+      return {};
+    }
+    if (*work) {
+      return Claim{std::move(*work), &ahead.emplace_back()};
+    }
+    changed.wait_for(lock, PollInterval, [this] { return stopped; });
+  }
+}
+
+}  // namespace conduit

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <vector>
+
+#include "virtual_reader/session/Session.h"
+
+namespace conduit {
+
+/// Makes the steps of a session ahead of the thread that plays them, a few at a
+/// time on threads of its own, and hands them out in their order. What is made
+/// and not yet played is bounded in number and in bytes.
+class LookAhead {
+ public:
+  /// @param workers  threads, at least one
+  LookAhead(std::unique_ptr<StepSource> source, unsigned workers);
+  /// Stops, and waits for the work under way.
+  ~LookAhead();
+  LookAhead(const LookAhead&) = delete;
+  LookAhead& operator=(const LookAhead&) = delete;
+
+  /// The next step, as soon as it is made. Nothing at the end of the session and
+  /// after a stop. [one thread]
+  std::optional<Step> Take();
+
+  /// Begins no more work, and lets Take return. [any thread]
+  void RequestStop();
+
+  /// The same, and waits for the work under way. [one thread]
+  void Stop();
+
+ private:
+  /// A step that is being made, or is made and waits to be played.
+  struct Place {
+    Step step;
+    std::size_t bytes = 0;
+    bool made = false;
+  };
+  struct Claim {
+    StepWork work;
+    Place* place;
+  };
+
+  void Work();
+  std::optional<Claim> ClaimNext();
+  bool HasRoom() const;
+
+  const std::unique_ptr<StepSource> source;  ///< guarded by claiming
+  const std::size_t mostAhead;
+
+  std::mutex claiming;  ///< held before mutex, so that places stand in the source's order
+  std::mutex mutex;
+  std::condition_variable changed;
+  std::deque<Place> ahead;     ///< guarded by mutex, but a step being made: by its claim
+  std::size_t bytesAhead = 0;  ///< guarded by mutex
+  bool complete = false;       ///< guarded by mutex: the source has no more
+  bool stopped = false;        ///< guarded by mutex
+  std::vector<std::thread> workers;
+};
+
+}  // namespace conduit

@@ -1,0 +1,168 @@
+#include "virtual_reader/session/ScanReading.h"
+
+#include <algorithm>
+#include <exception>
+#include <fstream>
+#include <functional>
+#include <memory>
+#include <new>
+#include <stdexcept>
+#include <utility>
+
+#include "virtual_reader/InputFile.h"
+#include "virtual_reader/images/ImageDecoding.h"
+#include "virtual_reader/images/ImageFormat.h"
+#include "virtual_reader/images/TiffPages.h"
+#include "virtual_reader/session/DocumentImages.h"
+
+namespace conduit {
+namespace {
+
+/// Far more than three lines: a larger text file is something else.
+constexpr std::uintmax_t LargestText = 4096;
+
+/// One page that was laid on the window.
+struct ScanPage {
+  std::string name;
+  std::string text;  ///< of the file with its codeline; empty where there is none
+  /// Throws std::invalid_argument with the reason why there is no such image.
+  std::function<DocumentImage()> load;
+};
+
+/// The lines of a text file, whatever system it comes from, without the empty
+/// ones at its end.
+std::vector<std::string> LinesOf(std::string_view text) {
+  constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+  text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
+  std::vector<std::string> lines;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    lines.emplace_back(text.substr(0, end));
+    if (lines.back().ends_with('\r')) {
+      lines.back().pop_back();
+    }
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  while (!lines.empty() && lines.back().empty()) {
+    lines.pop_back();
+  }
+  return lines;
+}
+
+CodelineReading ReadText(const std::filesystem::path& file) {
+  const std::vector<std::string> lines = LinesOf(ReadInputFile(file, LargestText));
+  if (lines.empty()) {
+    throw std::invalid_argument("there is no text in the file");
+  }
+  return ReadCodeline(lines);
+}
+
+/// Adds the codeline of the text beside the page. A wrong one is an error.
+void AddText(const std::filesystem::path& folder, const std::string& text, StepBuilder* step) {
+  try {
+    step->AddCodeline(text, ReadText(folder / PathFromUtf8(text)), ReaderDataType::Codeline,
+                      ReaderDataType::CodelineRecord);
+  } catch (const std::invalid_argument& reason) {
+    step->AddPassingError(text + ": " + reason.what());
+  }
+}
+
+Step ReadablePage(const std::filesystem::path& folder, const ScanPage& page) {
+  std::vector<DocumentImage> images;
+  images.push_back(page.load());
+  StepBuilder step;
+  step.AddDocument(page.name);
+  step.AddEvent(ReaderEventCode::DocOnWindow);
+  step.AddEvent(ReaderEventCode::StartOfDocumentData);
+  if (!page.text.empty()) {
+    AddText(folder, page.text, &step);
+  }
+  AddImages(std::move(images), {}, &step);
+  step.AddEvent(ReaderEventCode::EndOfDocumentData);
+  step.AddEvent(ReaderEventCode::DocRemoved);
+  return step.Take();
+}
+
+Step UnreadablePage(const std::string& name, const std::string& reason) {
+  StepBuilder step;
+  step.AddDocument(name);
+  step.AddEvent(ReaderEventCode::DocOnWindow);
+  step.AddPassingError(name + ": " + reason);
+  step.AddEvent(ReaderEventCode::DocRemoved);
+  return step.Take();
+}
+
+Step MakePage(const std::filesystem::path& folder, const ScanPage& page) {
+  try {
+    return ReadablePage(folder, page);
+  } catch (const std::bad_alloc&) {
+    return UnreadablePage(page.name, "the system has no memory left for it");
+  } catch (const std::exception& error) {
+    return UnreadablePage(page.name, error.what());
+  }
+}
+
+bool IsTiff(const std::filesystem::path& file) {
+  char start[4] = {};
+  std::ifstream stream(file, std::ios::binary);
+  stream.read(start, sizeof start);
+  return FormatOf({start, static_cast<std::size_t>(stream.gcount())}) == ImageFormat::Tiff;
+}
+
+DocumentImage LoadFile(const std::filesystem::path& file, const std::string& name) {
+  DocumentImage image = {ReaderDataType::ImageVis, name, name, ReadInputFile(file, LargestImage)};
+  image.decoded = DecodeImage(image.bytes);
+  return image;
+}
+
+DocumentImage LoadTiffPage(const TiffPages& pages, std::size_t index, const std::string& name) {
+  TiffPage page = pages.Read(index);
+  return {ReaderDataType::ImageVis, name, name, std::move(page.png), std::move(page.image)};
+}
+
+std::vector<ScanPage> PagesOf(const std::filesystem::path& file, const ScanFolder::Scan& scan) {
+  RequireInputFile(file, LargestImage);
+  if (!IsTiff(file)) {
+    return {{scan.image, scan.text, [file, name = scan.image] { return LoadFile(file, name); }}};
+  }
+  std::vector<ScanPage> pages;
+  const auto tiff = std::make_shared<const TiffPages>(file);
+  for (std::size_t i = 0; i < tiff->Count(); ++i) {
+    const std::string name =
+        scan.image + (tiff->Count() > 1 ? " page " + std::to_string(i + 1) : "");
+    pages.push_back(
+        {name, i == 0 ? scan.text : "", [tiff, i, name] { return LoadTiffPage(*tiff, i, name); }});
+  }
+  return pages;
+}
+
+}  // namespace
+
+std::deque<StepWork> WorkOnScan(const std::filesystem::path& folder, const ScanFolder::Scan& scan) {
+  std::deque<StepWork> work;
+  try {
+    for (ScanPage& page : PagesOf(folder / PathFromUtf8(scan.image), scan)) {
+      work.emplace_back([folder, page = std::move(page)] { return MakePage(folder, page); });
+    }
+  } catch (const std::exception& error) {
+    work = {[name = scan.image, reason = std::string(error.what())] {
+      return UnreadablePage(name, reason);
+    }};
+  }
+  return work;
+}
+
+bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& scan) {
+  try {
+    const std::filesystem::path file = folder / PathFromUtf8(scan.image);
+    if (IsTiff(file)) {
+      return TiffPages(file).Count() > 0;
+    }
+    DecodeImage(ReadInputFile(file, LargestImage));
+    return true;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+}  // namespace conduit

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <deque>
+#include <filesystem>
+
+#include "virtual_reader/session/ScanFolder.h"
+#include "virtual_reader/session/Session.h"
+
+namespace conduit {
+
+/// The work on one file of a folder: a document, and for a TIFF of several pages
+/// as many. A page that cannot be read becomes an error that names it.
+std::deque<StepWork> WorkOnScan(const std::filesystem::path& folder, const ScanFolder::Scan& scan);
+
+/// Whether the file can be decoded, or of a TIFF its directory be read.
+bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& scan);
+
+}  // namespace conduit

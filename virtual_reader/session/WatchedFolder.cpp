@@ -1,0 +1,158 @@
+#include <chrono>
+#include <iterator>
+#include <map>
+#include <set>
+#include <system_error>
+#include <utility>
+
+#include "virtual_reader/InputFile.h"
+#include "virtual_reader/ReaderResult.h"
+#include "virtual_reader/session/DocumentImages.h"
+#include "virtual_reader/session/FolderSteps.h"
+#include "virtual_reader/session/ScanReading.h"
+
+namespace conduit {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// A file that stays as it is for so long has stopped growing. Scanner programs
+/// write a page in pieces, which come as fast as the light moves.
+constexpr std::chrono::milliseconds QuietTime(1500);
+
+/// What tells that a file was written to.
+struct Shape {
+  std::uintmax_t size = 0;
+  std::filesystem::file_time_type written;
+
+  bool operator==(const Shape&) const = default;
+};
+
+Shape ShapeOf(const std::filesystem::path& file) {
+  std::error_code goneMeanwhile;
+  const std::uintmax_t size = std::filesystem::file_size(file, goneMeanwhile);
+  if (goneMeanwhile) {
+    return {};
+  }
+  return {size, std::filesystem::last_write_time(file, goneMeanwhile)};
+}
+
+struct WatchedFile {
+  Shape shape;
+  Clock::time_point since;  ///< when it was first seen so
+  bool taken = false;       ///< read as it is now
+};
+
+class WatchedFolder : public StepSource {
+ public:
+  explicit WatchedFolder(std::filesystem::path folder) : folder(std::move(folder)) {}
+
+  std::optional<StepWork> Next() override {
+    if (work.empty()) {
+      Look();
+    }
+    StepWork next;
+    if (!work.empty()) {
+      next = std::move(work.front());
+      work.pop_front();
+    }
+    return next;
+  }
+
+ private:
+  void Look() {
+    try {
+      const ScanFolder listed = ListScans(folder);
+      if (std::exchange(isAway, false)) {
+        Append([](StepBuilder* step) { step->AddEvent(ReaderEventCode::ReaderErrorResolved); });
+      }
+      Forget(listed);
+      TakeAll(listed);
+      isFirstLook = false;
+    } catch (const SessionError& error) {
+      if (!std::exchange(isAway, true)) {
+        Append([text = Utf8FromPath(folder) + ": " + error.what()](StepBuilder* step) {
+          step->Add(RaiseError{text});
+        });
+      }
+    }
+  }
+
+  void TakeAll(const ScanFolder& listed) {
+    for (const ScanFolder::Scan& scan : listed.scans) {
+      const Shape shape = ShapeOf(folder / PathFromUtf8(scan.image));
+      // An empty file is one that somebody is about to write.
+      if (shape.size == 0 || !HasSettled(scan.image, shape)) {
+        continue;
+      }
+      std::deque<StepWork> pages = WorkOnScan(folder, scan);
+      work.insert(work.end(), std::make_move_iterator(pages.begin()),
+                  std::make_move_iterator(pages.end()));
+    }
+    for (const ScanFolder::Unread& unread : listed.unread) {
+      const Shape shape = ShapeOf(folder / PathFromUtf8(unread.name));
+      if (!told.contains(unread.name) && HasSettled(unread.name, shape)) {
+        told.insert(unread.name);
+        Append(
+            [unread](StepBuilder* step) { step->Note(unread.name, "not read: " + unread.reason); });
+      }
+    }
+  }
+
+  /// Whether the file is to be taken now, which is so once for as long as it stays
+  /// as it is.
+  bool HasSettled(const std::string& name, const Shape& shape) {
+    const Clock::time_point now = Clock::now();
+    WatchedFile& file = files[name];
+    if (file.since == Clock::time_point() || file.shape != shape) {
+      file = {shape, now};
+    }
+    // What was there before need not be waited for. Later a file's own time may
+    // be that of another machine.
+    const bool isOld =
+        isFirstLook && std::filesystem::file_time_type::clock::now() - shape.written >= QuietTime;
+    const bool settled = !file.taken && (isOld || now - file.since >= QuietTime);
+    file.taken = file.taken || settled;
+    return settled;
+  }
+
+  /// A name that comes back is a new file.
+  void Forget(const ScanFolder& listed) {
+    std::set<std::string> present;
+    for (const ScanFolder::Scan& scan : listed.scans) {
+      present.insert(scan.image);
+    }
+    for (const ScanFolder::Unread& unread : listed.unread) {
+      present.insert(unread.name);
+    }
+    std::erase_if(files, [&present](const auto& file) { return !present.contains(file.first); });
+  }
+
+  template <typename Filling>
+  void Append(Filling filling) {
+    work.emplace_back([filling = std::move(filling)] {
+      StepBuilder step;
+      filling(&step);
+      return step.Take();
+    });
+  }
+
+  const std::filesystem::path folder;
+  std::map<std::string, WatchedFile> files;
+  std::set<std::string> told;  ///< what is not read and was said of
+  bool isFirstLook = true;
+  bool isAway = false;
+  std::deque<StepWork> work;
+};
+
+}  // namespace
+
+Session WatchFolder(const std::filesystem::path& folder) {
+  ListScans(folder);
+  Session session;
+  session.remarks = LimitsOfPageReading();
+  session.steps = std::make_unique<WatchedFolder>(folder);
+  return session;
+}
+
+}  // namespace conduit
