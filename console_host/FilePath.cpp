@@ -18,9 +18,23 @@ std::string Utf8FromPath(const std::filesystem::path& path) {
 
 void RequireReadable(const char* what, const std::filesystem::path& path) {
   std::error_code problem;
-  if (!std::filesystem::is_directory(path, problem) && !std::ifstream(path, std::ios::binary)) {
+  const std::filesystem::file_type type = std::filesystem::status(path, problem).type();
+  if (type == std::filesystem::file_type::directory) {
+    return;
+  }
+  std::string reason;
+  if (problem || type == std::filesystem::file_type::not_found) {
+    reason =
+        (problem ? problem : std::make_error_code(std::errc::no_such_file_or_directory)).message();
+  } else if (type != std::filesystem::file_type::regular) {
+    // Opening a pipe waits for who writes into it.
+    reason = "it is neither a file nor a folder";
+  } else if (!std::ifstream(path, std::ios::binary)) {
+    reason = std::generic_category().message(errno);
+  }
+  if (!reason.empty()) {
     throw std::runtime_error(std::string("cannot read ") + what + " " + Utf8FromPath(path) + ": " +
-                             std::generic_category().message(errno));
+                             reason);
   }
 }
 

@@ -42,6 +42,13 @@ struct LogLine {
   std::string message;
 };
 
+/// What the reader library wrote into its own log before what follows.
+struct ReaderLine {
+  std::optional<std::int32_t> level;  ///< none: a log of another form
+  std::string text;
+  std::string document;  ///< where the line says so: what the document comes from
+};
+
 struct ItemReceived {
   std::string name;
   ItemType type;
@@ -73,6 +80,12 @@ struct ErrorReported {
   bool routine;      ///< an empty text while no error stood, as every event brings one
 };
 
+/// Documents that gave nothing because of an error, after a run with such.
+struct PagesCounted {
+  int unread;
+  int all;
+};
+
 /// The host has waited a moment: several times a second while the reader runs.
 struct TimePassed {};
 
@@ -83,9 +96,9 @@ struct RunEnded {
   std::string message;  ///< of a failure; empty when a CallReturned has told it
 };
 
-using Happening = std::variant<RunBegan, CallBegan, CallReturned, Warned, LogLine, ItemReceived,
-                               EventReceived, DataBegan, DataEnded, ScriptActivated, StateReported,
-                               ErrorReported, TimePassed, RunEnded>;
+using Happening = std::variant<RunBegan, CallBegan, CallReturned, Warned, LogLine, ReaderLine,
+                               ItemReceived, EventReceived, DataBegan, DataEnded, ScriptActivated,
+                               StateReported, ErrorReported, PagesCounted, TimePassed, RunEnded>;
 
 /// Takes in what happens in a run. HostRecorder hands everything to one sink
 /// after the other under its lock, so a sink needs none of its own. One that

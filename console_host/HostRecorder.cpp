@@ -60,7 +60,21 @@ void HostRecorder::Record(const Happening& happening) {
   HandOut(happening);
 }
 
+void HostRecorder::Follow(const std::filesystem::path& log) {
+  const std::lock_guard lock(mutex);
+  readerLog.emplace(log);
+}
+
 void HostRecorder::HandOut(const Happening& happening) {
+  if (readerLog) {
+    for (const ReaderLine& line : readerLog->NewLines()) {
+      HandToSinks(line);
+    }
+  }
+  HandToSinks(happening);
+}
+
+void HostRecorder::HandToSinks(const Happening& happening) {
   for (ISink*& sink : sinks) {
     if (!sink) {
       continue;

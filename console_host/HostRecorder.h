@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <mutex>
 #include <optional>
@@ -8,6 +9,7 @@
 #include <vector>
 
 #include "console_host/Happening.h"
+#include "console_host/ReaderLogFile.h"
 #include "interfaces/IInputModuleHost.h"
 #include "interfaces/IModuleLogger.h"
 
@@ -24,6 +26,10 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   virtual ~HostRecorder() = default;
   HostRecorder(const HostRecorder&) = delete;
   HostRecorder& operator=(const HostRecorder&) = delete;
+
+  /// From now on hands out what stands newly in the reader library's log, each
+  /// time before what happens next.
+  void Follow(const std::filesystem::path& log);
 
   void Record(const Happening& happening);
 
@@ -49,11 +55,13 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
 
  private:
   void HandOut(const Happening& happening);
+  void HandToSinks(const Happening& happening);
 
   std::vector<ISink*> sinks;
   const std::set<std::string> refusedSignals;
 
   mutable std::mutex mutex;
+  std::optional<ReaderLogFile> readerLog;
   std::optional<std::string> sinkFailure;
   std::vector<std::string> said;  ///< by the module since the last call began
   bool errorStands = false;

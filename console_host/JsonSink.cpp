@@ -91,6 +91,18 @@ struct ToJson {
     return object;
   }
 
+  std::optional<Json> operator()(const ReaderLine& line) const {
+    Json object = Kind("reader");
+    if (line.level) {
+      object["level"] = *line.level;
+    }
+    AddText(object, "text", line.text);
+    if (!line.document.empty()) {
+      AddText(object, "document", line.document);
+    }
+    return object;
+  }
+
   std::optional<Json> operator()(const ItemReceived& item) const {
     Json object = Kind("item", "name", item.name);
     object["itemType"] = item.type;
@@ -138,6 +150,13 @@ struct ToJson {
       return std::nullopt;
     }
     return Kind("error", "text", error.text);
+  }
+
+  std::optional<Json> operator()(const PagesCounted& pages) const {
+    Json object = Kind("pages");
+    object["unread"] = pages.unread;
+    object["all"] = pages.all;
+    return object;
   }
 
   std::optional<Json> operator()(const TimePassed& /*time*/) const { return std::nullopt; }

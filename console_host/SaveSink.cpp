@@ -48,10 +48,11 @@ std::string FileName(std::string name) {
   return device ? "_" + name : name;
 }
 
-std::string FolderName(int document) {
+/// Sorts in the order of the documents.
+std::string FolderName(int number, const std::string& document) {
   char name[32];
-  std::snprintf(name, sizeof name, "document-%03d", document);
-  return name;
+  std::snprintf(name, sizeof name, "document-%05d", number);
+  return name + (document.empty() ? "" : "-" + FileName(document));
 }
 
 [[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& reason) {
@@ -68,7 +69,8 @@ void CreateFolders(const std::filesystem::path& folder) {
 
 }  // namespace
 
-SaveSink::SaveSink(const std::filesystem::path& folder) : folder(folder) {
+SaveSink::SaveSink(const std::filesystem::path& folder)
+    : folder(folder), documentFolder(FolderName(0, "")) {
   std::error_code problem;
   if (std::filesystem::exists(folder, problem) && !std::filesystem::is_directory(folder, problem)) {
     Refuse(folder, "it is not a folder");
@@ -80,12 +82,15 @@ SaveSink::SaveSink(const std::filesystem::path& folder) : folder(folder) {
 }
 
 void SaveSink::Receive(const Happening& happening) {
+  if (const auto* line = std::get_if<ReaderLine>(&happening); line && !line->document.empty()) {
+    document = line->document;
+  }
   if (std::holds_alternative<DataBegan>(happening)) {
-    ++documents;
-    inDocument = true;
+    documentFolder = FolderName(++documents, document);
+    document.clear();
   }
   if (std::holds_alternative<DataEnded>(happening)) {
-    inDocument = false;
+    documentFolder = FolderName(0, "");
   }
   if (const auto* item = std::get_if<ItemReceived>(&happening)) {
     Save(*item);
@@ -106,15 +111,14 @@ void SaveSink::Save(const ItemReceived& item) {
 }
 
 std::filesystem::path SaveSink::NewFile(const ItemReceived& item) {
-  const std::string document = FolderName(inDocument ? documents : 0);
   const std::string name = FileName(item.name);
   const std::string extension(ReadsAsText(item.type, *item.data) ? ".txt"
                                                                  : FileExtension(*item.data));
   std::string file = name;
-  for (int number = 2; !taken.insert(document + "/" + LowerCase(file)).second; ++number) {
+  for (int number = 2; !taken.insert(documentFolder + "/" + LowerCase(file)).second; ++number) {
     file = name + "-" + std::to_string(number);
   }
-  return folder / document / (file + extension);
+  return folder / documentFolder / (file + extension);
 }
 
 }  // namespace conduit

@@ -8,8 +8,9 @@
 
 namespace conduit {
 
-/// Saves every item's bytes as a file: `document-001/IMAGEVIS.png`, the second of
-/// the name `IMAGEVIS-2.png`; `document-000/` takes what belongs to no document.
+/// Saves every item's bytes as a file: `document-00001-scan_png/IMAGEVIS.png`, the
+/// second of the name `IMAGEVIS-2.png`. The folder is named after what the reader
+/// says that the document comes from; `document-00000/` takes what belongs to none.
 /// An item that came without its data leaves no file.
 class SaveSink final : public ISink {
  public:
@@ -26,7 +27,8 @@ class SaveSink final : public ISink {
 
   const std::filesystem::path folder;
   int documents = 0;
-  bool inDocument = false;
+  std::string document;  ///< what the one laid down comes from, if the reader says so
+  std::string documentFolder;
   std::set<std::string> taken;  ///< files, in lower case: Windows tells no cases apart
 };
 

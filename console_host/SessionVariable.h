@@ -6,4 +6,7 @@ namespace conduit {
 /// plays.
 inline constexpr const char* SessionVariable = "HALDEN_READER_SESSION";
 
+/// Stands before the name of a folder in it that is to be watched as it fills.
+inline constexpr const char* WatchPrefix = "watch:";
+
 }  // namespace conduit

@@ -90,6 +90,10 @@ void TextSink::Write(const LogLine& line) {
   Line(Dim, "log " + std::to_string(line.level), Escaped(line.tag) + ": " + Escaped(line.message));
 }
 
+void TextSink::Write(const ReaderLine& line) {
+  Line(line.document.empty() ? Dim : Bold, "reader", Escaped(line.text));
+}
+
 void TextSink::Write(const ItemReceived& item) {
   std::string name = Padded(item.name.empty() ? "(unnamed)" : Escaped(item.name), ItemNameWidth);
   std::string text = Described(item);
@@ -129,6 +133,11 @@ void TextSink::Write(const ErrorReported& error) {
   } else {
     Line(Red, "ERROR", Escaped(error.text));
   }
+}
+
+void TextSink::Write(const PagesCounted& pages) {
+  Line(Red, "pages",
+       std::to_string(pages.unread) + " of " + std::to_string(pages.all) + " could not be read");
 }
 
 void TextSink::Write(const RunEnded& run) {

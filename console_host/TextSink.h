@@ -31,6 +31,7 @@ class TextSink final : public ISink {
   void Write(const Warned& warning);
   void Write(const TimePassed& time);
   void Write(const LogLine& line);
+  void Write(const ReaderLine& line);
   void Write(const ItemReceived& item);
   void Write(const EventReceived& event);
   void Write(const DataBegan& data);
@@ -38,6 +39,7 @@ class TextSink final : public ISink {
   void Write(const ScriptActivated& script);
   void Write(const StateReported& state);
   void Write(const ErrorReported& error);
+  void Write(const PagesCounted& pages);
   void Write(const RunEnded& run);
 
   void Line(const char* style, const std::string& keyword, const std::string& text);

@@ -6,6 +6,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -17,9 +18,11 @@
 #include "console_host/HostRecorder.h"
 #include "console_host/JsonSink.h"
 #include "console_host/LoadedModule.h"
+#include "console_host/PageCount.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
 #include "console_host/SessionVariable.h"
+#include "console_host/TemporaryFolder.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
 #include "console_host/Utf8.h"
@@ -43,6 +46,8 @@ Examples:
   conduit run scans
       lays every image of the folder "scans" on the window, in the order of
       their names; a text file beside an image is its codeline
+  conduit run scans --watch
+      goes on with every image that a scanner program adds, until Ctrl-C
   conduit run samples/session.json --set DateOfBirthFormat=%d.%m.%Y
       shows dates of birth as 31.12.1990
   conduit run samples/session.json --on DOC_ON_WINDOW=greet --log 2
@@ -55,11 +60,12 @@ Examples:
   conduit run --module ./MyModule.so --set LogFileName=reader.log
       drives the reader that the module's own reader library finds
 
-Exit status: 0 the session was played to its end; 1 something failed; 2 wrong
-usage; 130 Ctrl-C, 143 SIGTERM.)";
+Exit status: 0 the session was played to its end; 1 something failed, or pages
+could not be read; 2 wrong usage; 130 Ctrl-C, 143 SIGTERM.)";
 
 struct RunOptions {
   std::string session;
+  bool watch = false;
   std::string module;
   std::vector<std::string> settings;   ///< NAME=VALUE
   std::vector<std::string> reactions;  ///< EVENT=SCRIPT
@@ -123,6 +129,55 @@ void SetParameters(LoadedModule& module, const RunOptions& options, HostRecorder
   }
 }
 
+bool HasParameter(LoadedModule& module, const std::string& wanted) {
+  const std::int32_t count = module->GetParameterCount();
+  for (std::int32_t i = 0; i < count; ++i) {
+    const char* name = nullptr;
+    const char* value = nullptr;
+    module->GetParameterAt(i, &name, &value);
+    if (name && name == wanted) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// The value that the user gives a parameter; the last counts.
+std::optional<std::string> ValueGiven(const RunOptions& options, const std::string& wanted) {
+  std::optional<std::string> value;
+  for (const std::string& setting : options.settings) {
+    if (auto [name, given] = Split(setting); name == wanted) {
+      value = std::move(given);
+    }
+  }
+  return value;
+}
+
+/// Shows what the reader library says of its own: in a file that goes with the
+/// run, unless the user names one. Without --log that is what the parameter's
+/// default admits: pages and warnings.
+void FollowReaderLog(LoadedModule& module, const RunOptions& options,
+                     const std::filesystem::path& folder, HostRecorder& recorder) {
+  constexpr const char* fileParameter = "LogFileName";
+  constexpr const char* levelParameter = "LogLevel";
+  if (!HasParameter(module, fileParameter)) {
+    return;
+  }
+  std::filesystem::path file = folder / "reader.log";
+  if (const auto given = ValueGiven(options, fileParameter)) {
+    file = PathFromUtf8(*given);
+  } else {
+    module->SetParameter(fileParameter, Utf8FromPath(file).c_str());
+  }
+  // The module tells of items and events at 2, the reader library from 3 on.
+  constexpr std::int32_t itemsAndEvents = 2;
+  if (options.logLevel >= itemsAndEvents && HasParameter(module, levelParameter) &&
+      !ValueGiven(options, levelParameter)) {
+    module->SetParameter(levelParameter, std::to_string(options.logLevel + 1).c_str());
+  }
+  recorder.Follow(file);
+}
+
 /// A module takes any event name, so that one with a mistake in it never comes.
 void WarnOfUnknownEvent(const std::string& event, HostRecorder& recorder) {
   if (std::ranges::find(ReaderEventNames, std::string_view(event)) != std::end(ReaderEventNames)) {
@@ -182,11 +237,17 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
   if (!options.session.empty()) {
     const std::filesystem::path session = PathFromUtf8(options.session);
     RequireReadable("session", session);
-    SetEnvironment(SessionVariable, session);
+    if (options.watch && !std::filesystem::is_directory(session)) {
+      throw std::runtime_error("cannot watch " + Escaped(options.session) + ": it is no folder");
+    }
+    SetEnvironment(SessionVariable,
+                   options.watch ? std::filesystem::path(WatchPrefix) += session : session);
   }
 
+  const TemporaryFolder temporary;
   LoadedModule module(PathFromUtf8(options.module), recorder);
   module->SetHost(&recorder);
+  FollowReaderLog(module, options, temporary.path, recorder);
   SetParameters(module, options, recorder);
   AddReactions(module, options, recorder);
   const std::int32_t started =
@@ -231,6 +292,7 @@ int Run(const RunOptions& options) {
                                   .readerErrors = options.json || !TroubleShowsBesideOutput()});
   ProgressLine progress(std::cout, ProgressAfter);
   EndOfSession end;
+  PageCount count;
 
   std::vector<ISink*> sinks;
   if (terminal && !options.json) {
@@ -240,7 +302,7 @@ int Run(const RunOptions& options) {
   for (const std::unique_ptr<ISink>& file : files) {
     sinks.push_back(file.get());
   }
-  sinks.insert(sinks.end(), {&trouble, &end});
+  sinks.insert(sinks.end(), {&trouble, &end, &count});
   HostRecorder recorder(sinks, {options.refusedSignals.begin(), options.refusedSignals.end()});
 
   recorder.Record(RunBegan{options.module, options.session});
@@ -250,6 +312,10 @@ int Run(const RunOptions& options) {
   } catch (const std::exception& problem) {
     ended = {EndReason::Failed, problem.what()};
   }
+  const bool pagesUnread = count.Pages().unread > 0;
+  if (pagesUnread) {
+    recorder.Record(count.Pages());
+  }
   recorder.Record(ended);
 
   if (const auto failure = recorder.SinkFailure(); failure && ended.reason != EndReason::Failed) {
@@ -258,7 +324,7 @@ int Run(const RunOptions& options) {
   }
   switch (ended.reason) {
     case EndReason::ReaderTerminated:
-      return EXIT_SUCCESS;
+      return pagesUnread ? EXIT_FAILURE : EXIT_SUCCESS;
     case EndReason::Interrupted:
       return InterruptStatus();
     case EndReason::Failed:
@@ -275,12 +341,18 @@ void AddRunCommand(CLI::App& app, int& exitStatus) {
 
   CLI::App* command = app.add_subcommand("run", "Run a module and show what it delivers");
   command->footer(Examples);
+  CLI::Option* const session =
+      command
+          ->add_option(
+              "SESSION", options->session,
+              "Session file for the virtual reader, or a folder of page images; without one, "
+              "the variable " +
+                  std::string(SessionVariable) + " or a real reader decides")
+          ->option_text("FILE|FOLDER");
   command
-      ->add_option("SESSION", options->session,
-                   "Session file for the virtual reader, or a folder of page images; without one, "
-                   "the variable " +
-                       std::string(SessionVariable) + " or a real reader decides")
-      ->option_text("FILE|FOLDER");
+      ->add_flag("--watch", options->watch,
+                 "Go on with every image that comes into the folder SESSION, until Ctrl-C")
+      ->needs(session);
   command->add_option("--module", options->module, "The module's library")
       ->option_text("FILE (default: " CONDUIT_DEFAULT_MODULE " beside this program)");
   // Without extra arguments: `--set A=1 session.json` must not take the file.

@@ -16,10 +16,10 @@
 #include <vector>
 
 #include "console_host/FilePath.h"
+#include "console_host/TemporaryFolder.h"
 #include "console_host/Utf8.h"
 #include "console_host/conformance/BuiltInSession.h"
 #include "console_host/conformance/Check.h"
-#include "console_host/conformance/TemporaryFolder.h"
 #include "console_host/conformance/Verdict.h"
 #include "console_host/platform/ChildProcess.h"
 #include "console_host/platform/Process.h"

@@ -122,6 +122,11 @@ void ReportSink::Take(const Warned& warning) { AddStep("warning", warning.messag
 
 void ReportSink::Take(const LogLine& line) { pending.push_back(line); }
 
+void ReportSink::Take(const ReaderLine& line) {
+  document = line.document.empty() ? document : line.document;
+  AddStep("reader", line.text);
+}
+
 void ReportSink::Take(const ItemReceived& item) {
   ++section.itemCount;
   if (IsPicture(item)) {
@@ -141,7 +146,9 @@ void ReportSink::Take(const EventReceived& event) { AddStep("event", event.name)
 
 void ReportSink::Take(const DataBegan& /*data*/) {
   CloseSection();
-  OpenSection("Document " + std::to_string(++contents.documents));
+  OpenSection("Document " + std::to_string(++contents.documents) +
+              (document.empty() ? "" : ": " + document));
+  document.clear();
   AddStep("begin", "");
 }
 
@@ -166,6 +173,11 @@ void ReportSink::Take(const ErrorReported& error) {
   } else {
     AddStep("error", error.text, true);
   }
+}
+
+void ReportSink::Take(const PagesCounted& pages) {
+  AddStep("pages",
+          std::to_string(pages.unread) + " of " + std::to_string(pages.all) + " could not be read");
 }
 
 void ReportSink::Take(const TimePassed& /*time*/) {}

@@ -36,6 +36,7 @@ class ReportSink final : public ISink {
   void Take(const CallReturned& call);
   void Take(const Warned& warning);
   void Take(const LogLine& line);
+  void Take(const ReaderLine& line);
   void Take(const ItemReceived& item);
   void Take(const EventReceived& event);
   void Take(const DataBegan& data);
@@ -43,6 +44,7 @@ class ReportSink final : public ISink {
   void Take(const ScriptActivated& script);
   void Take(const StateReported& state);
   void Take(const ErrorReported& error);
+  void Take(const PagesCounted& pages);
   void Take(const TimePassed& time);
   void Take(const RunEnded& end);
 
@@ -66,6 +68,7 @@ class ReportSink final : public ISink {
 
   ReportContents contents;
   ReportSection section;
+  std::string document;          ///< what the one laid down comes from, if the reader says so
   std::string callUnderWay;      ///< the host's call of the module
   std::vector<LogLine> pending;  ///< a module logs what it is about to do
   std::size_t pictureBytes = 0;

@@ -111,17 +111,17 @@ TEST(RunCommand, SavesEveryItemUnderANameOfItsOwn) {
     }
   }
   const std::map<std::string, std::string> expected = {
-      {"document-000/OUTSIDE.txt", "A"},
-      {"document-000/unnamed.txt", ""},
-      {"document-001/______A_B_C.txt", "A\xFF\n"},
-      {"document-001/IMAGEIR.bmp", std::string("BM\0", 3)},
-      {"document-001/imageir-2.jpg", "\xFF\xD8\xFF"},
-      {"document-001/IMAGEIR-2-2.bin", std::string(1, '\0')},
-      {"document-001/IMAGEIR-3.bin", std::string(1, '\0')},
-      {"document-001/_NUL.txt", ""},
-      {"document-001/_com1.txt", ""},
-      {"document-001/" + longName.substr(0, 100) + ".txt", "B"},
-      {"document-002/IMAGEIR.bmp", std::string("BM\0", 3)},
+      {"document-00000/OUTSIDE.txt", "A"},
+      {"document-00000/unnamed.txt", ""},
+      {"document-00001/______A_B_C.txt", "A\xFF\n"},
+      {"document-00001/IMAGEIR.bmp", std::string("BM\0", 3)},
+      {"document-00001/imageir-2.jpg", "\xFF\xD8\xFF"},
+      {"document-00001/IMAGEIR-2-2.bin", std::string(1, '\0')},
+      {"document-00001/IMAGEIR-3.bin", std::string(1, '\0')},
+      {"document-00001/_NUL.txt", ""},
+      {"document-00001/_com1.txt", ""},
+      {"document-00001/" + longName.substr(0, 100) + ".txt", "B"},
+      {"document-00002/IMAGEIR.bmp", std::string("BM\0", 3)},
   };
   EXPECT_EQ(files, expected);
 }

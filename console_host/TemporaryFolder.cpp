@@ -1,4 +1,4 @@
-#include "console_host/conformance/TemporaryFolder.h"
+#include "console_host/TemporaryFolder.h"
 
 #include <random>
 #include <stdexcept>
@@ -12,14 +12,18 @@ namespace conduit {
 namespace {
 
 std::filesystem::path Create() {
-  std::filesystem::path folder = std::filesystem::temp_directory_path() /
-                                 ("conduit-validate-" + std::to_string(std::random_device()()));
+  // Absolute, as its user may work in another folder.
+  const std::filesystem::path parent =
+      std::filesystem::absolute(std::filesystem::temp_directory_path());
+  std::filesystem::path folder = parent / ("conduit-" + std::to_string(std::random_device()()));
   std::error_code problem;
   // False without a problem: somebody else's folder of that name.
   if (!std::filesystem::create_directory(folder, problem)) {
     throw std::runtime_error("cannot create the folder " + Utf8FromPath(folder) + ": " +
                              (problem ? problem.message() : "it exists"));
   }
+  // What is put in it may say who was read.
+  std::filesystem::permissions(folder, std::filesystem::perms::owner_all, problem);
   return folder;
 }
 
