@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <sstream>
@@ -56,6 +57,10 @@ class FakeModule : public IInputModule {
       logger->Log(3, "Fake::SetParameter", ("Format = " + std::string(value)).c_str());
       return ResultSuccess;
     }
+    if (std::string(name) == "LogFileName") {
+      readerLog.open(value, std::ios::app);
+      return ResultSuccess;
+    }
     const bool known = std::string(name) == "Level";
     logger->Log(known ? 0 : 1, "Fake::SetParameter", known ? "Level is too high" : "never heard");
     return known ? ResultInvalidValue : ResultUnknownParameter;
@@ -63,9 +68,10 @@ class FakeModule : public IInputModule {
   std::int32_t GetParameter(const char* /*name*/, const char** /*value*/) override {
     return ResultUnknownParameter;
   }
-  std::int32_t GetParameterCount() override { return 2; }
+  std::int32_t GetParameterCount() override { return 3; }
   void GetParameterAt(std::int32_t index, const char** name, const char** value) override {
-    *name = index == 0 ? "Format" : "Level";
+    constexpr const char* names[] = {"Format", "Level", "LogFileName"};
+    *name = names[index];
     *value = "";
   }
 
@@ -131,6 +137,9 @@ class FakeModule : public IInputModule {
     }
     if (verb == "log") {
       logger->Log(std::stoi(first), "Fake::Play", rest.substr(2).c_str());
+    }
+    if (verb == "reader") {
+      readerLog << rest << std::endl;
     }
     if (verb == "conditions") {
       host->ReportState(std::to_string(conditions).c_str());
@@ -206,6 +215,7 @@ class FakeModule : public IInputModule {
   IInputModuleHost* host = nullptr;
   std::int32_t conditions = 0;
   std::multimap<std::string, std::string> scripts;
+  std::ofstream readerLog;
   std::thread reader;
 };
 

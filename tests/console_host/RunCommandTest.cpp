@@ -65,6 +65,49 @@ TEST(RunCommand, ShowsWhatArrivesInOrder) {
   EXPECT_EQ(outcome.status, 0);
 }
 
+constexpr const char* ReaderScript =
+    "reader 2024-05-01T09:30:00.120Z 1 document a.png\n"
+    "reader 2024-05-01T09:30:00.120Z 1 a.png: found\n"
+    "event DOC_ON_WINDOW\nbegin\nitem NAME 4 41\nend\nevent DOC_REMOVED\n"
+    "reader 2024-05-01T09:30:00.121Z 1 document b.png\n"
+    "event DOC_ON_WINDOW\nerror b.png: the file ends early\nevent DOC_REMOVED\n"
+    "reader another library's line\n";
+
+TEST(RunCommand, ShowsTheReadersLogAndCountsWhatWasNotRead) {
+  std::filesystem::remove_all(InFolder("by-document"));
+  const Outcome outcome = RunFake({"--save", InFolder("by-document")}, ToItsEnd(ReaderScript));
+  EXPECT_EQ(outcome.output,
+            "run     FakeModule.so\n"
+            "state   Enabled\n"
+            "reader  document a.png\n"
+            "reader  a.png: found\n"
+            "event   DOC_ON_WINDOW\n"
+            "begin\n"
+            "  NAME                                  A\n"
+            "end\n"
+            "event   DOC_REMOVED\n"
+            "reader  document b.png\n"
+            "event   DOC_ON_WINDOW\n"
+            "ERROR   b.png: the file ends early\n"
+            "error   (none stands any more)\n"
+            "event   DOC_REMOVED\n"
+            "reader  another library's line\n"
+            "event   DEVICE_DISCONNECTED\n"
+            "state   Terminated\n"
+            "pages   1 of 2 could not be read\n"
+            "stop    the reader has terminated\n");
+  EXPECT_EQ(outcome.status, 1);
+  EXPECT_TRUE(std::filesystem::exists(InFolder("by-document/document-00001-a_png/NAME.txt")));
+}
+
+TEST(RunCommand, LeavesTheReadersLogWhereTheUserWantsIt) {
+  const std::string log = WriteFile("reader.log", "of an earlier run\n");
+  const Outcome outcome =
+      RunFake({"--set", "LogFileName=" + log}, ToItsEnd("reader new\nevent A\n"));
+  EXPECT_THAT(outcome.output, AllOf(HasSubstr("reader  new\n"), Not(HasSubstr("earlier"))));
+  EXPECT_EQ(std::filesystem::file_size(log), std::string("of an earlier run\nnew\n").size());
+}
+
 TEST(RunCommand, GivesProgramsOneObjectALine) {
   const Outcome outcome = RunFake(
       {"--json", "--log", "2"},
@@ -316,7 +359,7 @@ TEST(RunCommand, NamesWhatItRefusesAndWhy) {
        1,
        {"refuses --set Level=9 (result 6: the value breaks a rule)\n  Level is too high\n",
         "refuses --set Wrong=1 (result 2: no parameter has that name)\n  never heard\n",
-        "the module's parameters are: Format, Level\n"}},
+        "the module's parameters are: Format, Level, LogFileName\n"}},
       {"refused event",
        {"run", "--module", fake, "--on", "NO_SUCH_EVENT=a"},
        "",

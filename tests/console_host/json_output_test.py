@@ -29,9 +29,15 @@ end
 error jam
 log 0 jam
 """
+UNREAD = """reader 2024-05-01T09:30:00.120Z 1 document a.png
+event DOC_ON_WINDOW
+error jam
+event DOC_REMOVED
+"""
 END = "event DEVICE_DISCONNECTED\nstate Terminated\n"
 RUNS = [
     (["--data", "--log", "3", "--on", "A=greet", "--refuse", "BAD_CHARS"], SESSION + END),
+    ([], UNREAD + END),
     (["--set", "Level=9"], ""),
     (["no-such-session.json"], ""),
 ]
