@@ -57,10 +57,14 @@ bool TextSink::Holds(const Happening& happening) const {
 }
 
 void TextSink::WriteHeld(bool withErrors) {
+  const std::string* lastState = nullptr;
   for (const Happening& happening : held) {
-    if (withErrors || !std::holds_alternative<ErrorReported>(happening)) {
+    const auto* state = std::get_if<StateReported>(&happening);
+    const bool isRepeated = state && lastState && state->text == *lastState;
+    if (!isRepeated && (withErrors || !std::holds_alternative<ErrorReported>(happening))) {
       Write(happening);
     }
+    lastState = state ? &state->text : lastState;
   }
   held.clear();
 }
