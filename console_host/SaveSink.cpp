@@ -79,6 +79,10 @@ SaveSink::SaveSink(const std::filesystem::path& folder)
   if (!std::filesystem::is_empty(folder, problem)) {
     Refuse(folder, problem ? problem.message() : "the folder is not empty");
   }
+  // A run whose items cannot be kept need not begin.
+  const std::filesystem::path probe = folder / FolderName(0, "");
+  CreateFolders(probe);
+  std::filesystem::remove(probe, problem);
 }
 
 void SaveSink::Receive(const Happening& happening) {

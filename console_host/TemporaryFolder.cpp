@@ -22,8 +22,6 @@ std::filesystem::path Create() {
     throw std::runtime_error("cannot create the folder " + Utf8FromPath(folder) + ": " +
                              (problem ? problem.message() : "it exists"));
   }
-  // What is put in it may say who was read.
-  std::filesystem::permissions(folder, std::filesystem::perms::owner_all, problem);
   return folder;
 }
 

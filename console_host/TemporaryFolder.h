@@ -4,8 +4,7 @@
 
 namespace conduit {
 
-/// A new folder for this user alone, for as long as this lives; goes with
-/// everything in it.
+/// A new folder for as long as this lives; goes with everything in it.
 class TemporaryFolder {
  public:
   /// Throws a std::runtime_error that names the folder when it cannot be made.

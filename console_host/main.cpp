@@ -49,6 +49,8 @@ int Run(int count, const char* const* arguments) {
 }  // namespace
 
 int main(int count, char** arguments) {
+  // What a document says about a person stands in reports and saved items.
+  conduit::KeepFilesPrivate();
   try {
     return Run(count, arguments);
   } catch (const std::exception& problem) {

@@ -12,6 +12,10 @@ std::vector<std::string> ProgramArguments(int count, const char* const* argument
 /// Where this program stands.
 std::filesystem::path ProgramFile();
 
+/// Whatever this process and those that it starts create from now on is for this
+/// user alone, where the system has such a setting.
+void KeepFilesPrivate();
+
 /// Sets an environment variable for this process and the libraries that it
 /// loads from then on.
 void SetEnvironment(const char* name, const std::filesystem::path& value);

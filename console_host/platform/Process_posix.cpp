@@ -1,3 +1,5 @@
+#include <sys/stat.h>
+
 #include <cstdlib>
 
 #include "console_host/platform/Process.h"
@@ -10,6 +12,8 @@ std::vector<std::string> ProgramArguments(int count, const char* const* argument
 }
 
 std::filesystem::path ProgramFile() { return std::filesystem::read_symlink("/proc/self/exe"); }
+
+void KeepFilesPrivate() { umask(S_IRWXG | S_IRWXO); }
 
 void SetEnvironment(const char* name, const std::filesystem::path& value) {
   setenv(name, value.c_str(), 1);

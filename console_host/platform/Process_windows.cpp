@@ -26,6 +26,9 @@ std::filesystem::path ProgramFile() {
   return file;
 }
 
+// A user's folders are that user's own from the start.
+void KeepFilesPrivate() {}
+
 void SetEnvironment(const char* name, const std::filesystem::path& value) {
   // Unlike SetEnvironmentVariable this also reaches getenv of the C library.
   _wputenv_s(std::filesystem::path(name).c_str(), value.c_str());

@@ -40,6 +40,15 @@ void RequireReplaceable(const std::filesystem::path& file) {
   }
 }
 
+/// A device or a pipe has no place to take.
+std::filesystem::path Unfinished(std::filesystem::path file) {
+  std::error_code noneYet;
+  const std::filesystem::file_type type = std::filesystem::status(file, noneYet).type();
+  const bool hasPlace = type == std::filesystem::file_type::not_found ||
+                        type == std::filesystem::file_type::regular;
+  return hasPlace ? file += ".part" : file;
+}
+
 std::string SizeNote(std::size_t limit) { return std::to_string(limit >> 20) + " MiB"; }
 
 bool IsPicture(const ItemReceived& item) {
@@ -84,9 +93,9 @@ std::string Joined(const std::vector<std::string>& texts) {
 }  // namespace
 
 ReportSink::ReportSink(const std::filesystem::path& file, const ReportLimits& limits)
-    : file(file), limits(limits) {
+    : file(file), unfinished(Unfinished(file)), limits(limits) {
   RequireReplaceable(file);
-  output.open(file, std::ios::binary);
+  output.open(unfinished, std::ios::binary);
   if (!output) {
     Refuse(file, std::generic_category().message(errno));
   }
@@ -199,9 +208,13 @@ void ReportSink::Take(const RunEnded& end) {
   CloseSection();
   contents.duration = Age();
 
-  output << ReportPage(contents) << std::flush;
+  output << ReportPage(contents);
+  output.close();
   if (!output) {
     Refuse(file, std::generic_category().message(errno));
+  }
+  if (unfinished != file) {
+    std::filesystem::rename(unfinished, file);
   }
 }
 

@@ -20,7 +20,8 @@ struct ReportLimits {
 };
 
 /// Tells a run as a page of HTML: self-contained, without scripts, for screen and
-/// print. The page is written when the run ends, however it ends.
+/// print. The page is written when the run ends, however it ends, and takes the place
+/// of an earlier one then.
 class ReportSink final : public ISink {
  public:
   /// Throws a std::runtime_error that names the file and the reason when it
@@ -62,6 +63,7 @@ class ReportSink final : public ISink {
   std::chrono::milliseconds Age() const;
 
   const std::filesystem::path file;
+  const std::filesystem::path unfinished;  ///< beside it, so that an earlier one stays until then
   const ReportLimits limits;
   std::ofstream output;
   const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();

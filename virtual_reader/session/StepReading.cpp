@@ -125,11 +125,13 @@ StepReading::Part StepReading::ReadDocument(const SessionField& field) {
   wanted.aamva = !field.Find("aamva").has_value();
   imageNames.clear();
   Part add = ReadFields(field, DocumentFields);
-  // "step 3, document" is "document step 3: a.png, b.png" to who reads the log.
-  const std::string number = field.Place().substr(0, field.Place().find(','));
-  const std::string name = number + (imageNames.empty() ? "" : ": " + imageNames);
-  return [name, add = std::move(add)](StepBuilder* step) {
+  // "step 3, document" is "document step 3" to who reads the log.
+  const std::string name = field.Place().substr(0, field.Place().find(','));
+  return [name, files = imageNames, add = std::move(add)](StepBuilder* step) {
     step->AddDocument(name);
+    if (!files.empty()) {
+      step->Note(name, files);
+    }
     step->AddEvent(ReaderEventCode::DocOnWindow);
     step->AddEvent(ReaderEventCode::StartOfDocumentData);
     add(step);
