@@ -125,7 +125,6 @@ class PngReading {
 
   /// One byte a pixel, whatever the file has.
   void AskForLight() {
-    const int depth = png_get_bit_depth(png, info);
     const int colour = png_get_color_type(png, info);
     png_set_expand(png);
     png_set_scale_16(png);
@@ -134,9 +133,7 @@ class PngReading {
       png_set_rgb_to_gray_fixed(png, silently, 29900, 58700);
     }
     if ((colour & PNG_COLOR_MASK_ALPHA) != 0 || png_get_valid(png, info, PNG_INFO_tRNS) != 0) {
-      // Laid on white before 16 bits become 8.
-      const auto most = static_cast<png_uint_16>(depth == 16 ? 65535 : 255);
-      const png_color_16 white = {0, most, most, most, most};
+      constexpr png_color_16 white = {0, 255, 255, 255, 255};  // of the 8 bits asked for
       png_set_background_fixed(png, &white, PNG_BACKGROUND_GAMMA_SCREEN, 0, PNG_FP_1);
     }
   }
@@ -152,10 +149,12 @@ class PngReading {
 PageImage DecodePng(std::string_view bytes) {
   const std::string_view exif = FollowChunks(bytes);
   PageImage image = PngReading(bytes).Decode();
+  if (exif.empty()) {
+    return image;
+  }
   // The chunk has no such beginning, which libexif knows EXIF data by.
-  return exif.empty() ? image
-                      : Upright(std::move(image),
-                                ExifOrientation(std::string("Exif\0\0", 6) + std::string(exif)));
+  const std::string data = std::string("Exif\0\0", 6) + std::string(exif);
+  return Upright(std::move(image), ExifOrientation(data));
 }
 
 }  // namespace conduit
