@@ -52,7 +52,7 @@ class TiffPages {
  private:
   struct Source;
 
-  explicit TiffPages(std::unique_ptr<Source> source);
+  explicit TiffPages(std::unique_ptr<Source> given);
 
   std::unique_ptr<Source> source;
   std::vector<std::uint32_t> pages;  // as their directories are counted in the file

@@ -13,7 +13,7 @@ namespace {
 struct TiffPages::Source {};
 
 TiffPages::TiffPages(const std::filesystem::path& /*file*/) { Refuse(); }
-TiffPages::TiffPages(std::unique_ptr<Source> source) : source(std::move(source)) {}
+TiffPages::TiffPages(std::unique_ptr<Source> given) : source(std::move(given)) {}
 TiffPages TiffPages::OfBytes(std::string_view /*bytes*/) { Refuse(); }
 TiffPages::TiffPages(TiffPages&& other) noexcept = default;
 TiffPages& TiffPages::operator=(TiffPages&& other) noexcept = default;
