@@ -9,7 +9,6 @@
 namespace conduit {
 namespace {
 
-using testing::AllOf;
 using testing::HasSubstr;
 
 std::string Number(std::uint32_t value, int bytes) {

@@ -55,7 +55,7 @@ class TiffPages {
   explicit TiffPages(std::unique_ptr<Source> given);
 
   std::unique_ptr<Source> source;
-  std::vector<std::uint32_t> pages;  // as their directories are counted in the file
+  std::vector<std::uint64_t> pages;  // where their directories begin in the file
 };
 
 }  // namespace conduit

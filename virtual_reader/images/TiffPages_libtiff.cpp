@@ -59,8 +59,8 @@ class OpenTiff {
     const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(
         TIFFOpenOptionsAlloc(), &TIFFOpenOptionsFree);
     TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), LargestPiece);
-    TIFFOpenOptionsSetErrorHandlerExtR(options.get(), OnMessage, this);
-    TIFFOpenOptionsSetWarningHandlerExtR(options.get(), OnMessage, this);
+    TIFFOpenOptionsSetErrorHandlerExtR(options.get(), OnError, this);
+    TIFFOpenOptionsSetWarningHandlerExtR(options.get(), OnWarning, this);
     // The header only, and no mapping of the file: every read comes by here.
     tiff = TIFFClientOpenExt("", "rhm", this, OnRead, OnWrite, OnSeek, OnClose, OnSize, nullptr,
                              nullptr, options.get());
@@ -76,7 +76,10 @@ class OpenTiff {
 
   /// Whether something was said since the last Forget.
   bool HasComplained() const { return message[0] != '\0'; }
-  void Forget() { message[0] = '\0'; }
+  void Forget() {
+    failed = false;
+    message[0] = '\0';
+  }
 
   bool EndsEarly() const { return endsEarly; }
 
@@ -121,14 +124,23 @@ class OpenTiff {
 
   static toff_t OnSize(thandle_t handle) { return Of(handle).size; }
 
-  /// The first is the cause, the rest follow from it.
-  static int OnMessage(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
+  /// The first error is the cause, the rest follow from it.
+  static int OnError(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
+                     va_list values) {
+    OpenTiff& self = Of(handle);
+    if (!std::exchange(self.failed, true)) {
+      std::vsnprintf(self.message, sizeof self.message, format, values);
+    }
+    return 1;  // no more is to be done about it
+  }
+
+  static int OnWarning(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
                        va_list values) {
     OpenTiff& self = Of(handle);
     if (!self.HasComplained()) {
       std::vsnprintf(self.message, sizeof self.message, format, values);
     }
-    return 1;  // no more is to be done about it
+    return 1;
   }
 
   std::string_view bytes;
@@ -137,6 +149,7 @@ class OpenTiff {
   std::uint64_t at = 0;
   TIFF* tiff = nullptr;
   bool endsEarly = false;
+  bool failed = false;
   char message[200] = {};
 };
 
@@ -151,8 +164,8 @@ Value Tag(TIFF* tiff, std::uint32_t tag) {
 /// a PNG: grey, or red, green, blue.
 class Decoding {
  public:
-  Decoding(OpenTiff& file, std::uint32_t directory) : file(file), tiff(file.Get()) {
-    if (TIFFSetDirectory(tiff, directory) == 0) {
+  Decoding(OpenTiff& file, std::uint64_t directory) : file(file), tiff(file.Get()) {
+    if (TIFFSetSubDirectory(tiff, directory) == 0) {
       file.Refuse();
     }
     file.Forget();
@@ -166,12 +179,6 @@ class Decoding {
       throw std::invalid_argument("this TIFF is packed in a way that is not read (compression " +
                                   std::to_string(packing) + ")");
     }
-    const auto photometric = Tag<std::uint16_t>(tiff, TIFFTAG_PHOTOMETRIC);
-    const bool grey =
-        photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK;
-    channels = grey ? 1 : 3;
-    blackAndWhite = grey && Tag<std::uint16_t>(tiff, TIFFTAG_BITSPERSAMPLE) == 1 &&
-                    Tag<std::uint16_t>(tiff, TIFFTAG_SAMPLESPERPIXEL) == 1;
     walk = WalkUpright(width, height, Tag<std::uint16_t>(tiff, TIFFTAG_ORIENTATION));
     ReadResolution();
     ReadSamples();
@@ -242,6 +249,11 @@ class Decoding {
     Conversion conversion(file, tiff);
     TIFFRGBAImage& image = conversion.image;
     const bool tiled = TIFFIsTiled(tiff) != 0;
+    // As libtiff takes it, also where the file does not say.
+    const bool grey =
+        image.photometric == PHOTOMETRIC_MINISWHITE || image.photometric == PHOTOMETRIC_MINISBLACK;
+    channels = grey ? 1 : 3;
+    blackAndWhite = grey && image.bitspersample == 1 && image.samplesperpixel == 1;
     const bool sharedColours = image.photometric == PHOTOMETRIC_YCBCR;
     file.Forget();
     if (!tiled && image.isContig != 0 && !sharedColours) {
@@ -348,13 +360,7 @@ class Decoding {
   std::vector<std::uint8_t> samples;
 };
 
-bool IsPage(TIFF* tiff, std::uint32_t directory) {
-  // One that cannot be read is a page, so that it is missed.
-  return TIFFSetDirectory(tiff, directory) == 0 || (Tag<std::uint32_t>(tiff, TIFFTAG_SUBFILETYPE) &
-                                                    (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0;
-}
-
-std::vector<std::uint32_t> ListPages(OpenTiff& file) {
+std::vector<std::uint64_t> ListPages(OpenTiff& file) {
   const std::uint32_t count = TIFFNumberOfDirectories(file.Get());
   if (file.EndsEarly()) {
     RefuseShortFile();
@@ -364,10 +370,15 @@ std::vector<std::uint32_t> ListPages(OpenTiff& file) {
                                 " directories, at most " + std::to_string(MostPages) +
                                 " are taken");
   }
-  std::vector<std::uint32_t> pages;
+  std::vector<std::uint64_t> pages;
+  TIFF* const tiff = file.Get();
   for (std::uint32_t directory = 0; directory < count; ++directory) {
-    if (IsPage(file.Get(), directory)) {
-      pages.push_back(directory);
+    // From one to the next: to go to one by its number is to follow all before it.
+    const int read = directory == 0 ? TIFFSetDirectory(tiff, 0) : TIFFReadDirectory(tiff);
+    // One that cannot be read is a page, so that it is missed.
+    if (read == 0 || (Tag<std::uint32_t>(tiff, TIFFTAG_SUBFILETYPE) &
+                      (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0) {
+      pages.push_back(TIFFCurrentDirOffset(tiff));
     }
   }
   if (pages.empty()) {
