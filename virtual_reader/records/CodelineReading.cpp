@@ -4,65 +4,16 @@
 #include <cctype>
 #include <cstddef>
 #include <iterator>
-#include <span>
 #include <stdexcept>
 #include <string_view>
 
+#include "virtual_reader/records/CodelineFormat.h"
 #include "virtual_reader/records/RecordField.h"
 
 namespace conduit {
 namespace {
 
 using Lines = std::vector<std::string>;
-
-/// Where a field stands: line and column from 0, as Doc 9303 counts from 1.
-struct Span {
-  std::size_t line;
-  std::size_t column;
-  std::size_t length;
-};
-
-/// Where the fields stand that all formats of as many lines share.
-struct Layout {
-  Span names;
-  Span number;
-  Span birth;
-  Span sex;
-  Span expiry;
-  Span nationality;
-};
-
-constexpr std::size_t ToTheEnd = std::string_view::npos;
-constexpr Span None = {0, 0, 0};
-constexpr Layout ThreeLines = {{2, 0, ToTheEnd}, {0, 5, 9}, {1, 0, 6},
-                               {1, 7, 1},        {1, 8, 6}, {1, 15, 3}};
-constexpr Layout TwoLines = {{0, 5, ToTheEnd}, {1, 0, 9},  {1, 13, 6},
-                             {1, 20, 1},       {1, 21, 6}, {1, 10, 3}};
-
-struct Format {
-  const char* lineName;
-  std::size_t lines;
-  std::size_t width;
-  bool visa;
-  bool longNumbers;  ///< a number too long for its field goes on in the optional data
-  Layout layout;
-  Span optional1;
-  Span optional2;
-  /// What the check digit at the end of line 2 covers; nothing: there is none.
-  std::span<const Span> composite;
-};
-
-// Doc 9303-5 (TD1), 9303-6 (TD2), 9303-4 (TD3), 9303-7 (MRV-A and MRV-B).
-constexpr Span WholeTd1[] = {{0, 5, 25}, {1, 0, 7}, {1, 8, 7}, {1, 18, 11}};
-constexpr Span WholeTd2[] = {{1, 0, 10}, {1, 13, 7}, {1, 21, 14}};
-constexpr Span WholeTd3[] = {{1, 0, 10}, {1, 13, 7}, {1, 21, 22}};
-constexpr Format Formats[] = {
-    {"a TD1 line", 3, 30, false, true, ThreeLines, {0, 15, 15}, {1, 18, 11}, WholeTd1},
-    {"a TD2 line", 2, 36, false, true, TwoLines, {1, 28, 7}, None, WholeTd2},
-    {"a TD3 line", 2, 44, false, false, TwoLines, {1, 28, 14}, None, WholeTd3},
-    {"an MRV-A line", 2, 44, true, false, TwoLines, {1, 28, 16}, None, {}},
-    {"an MRV-B line", 2, 36, true, false, TwoLines, {1, 28, 8}, None, {}},
-};
 
 /// What a document code says of a document; the first row that it begins with
 /// counts. The second letter is the issuer's choice: R stands for residence
@@ -92,12 +43,6 @@ constexpr struct {
   char shortSex;
 } Sexes[] = {
     {'M', "MALE", 'M'}, {'F', "FEMALE", 'F'}, {'<', "UNSPECIFIED", 'X'}, {'X', "UNSPECIFIED", 'X'}};
-
-std::string_view At(const Lines& lines, Span span) {
-  return std::string_view(lines[span.line]).substr(span.column, span.length);
-}
-
-Span Behind(Span span) { return {span.line, span.column + span.length, 1}; }
 
 std::string_view WithoutFillersAtEnd(std::string_view text) {
   return text.substr(0, text.find_last_not_of('<') + 1);
@@ -142,28 +87,6 @@ ReaderDate DateOf(std::string_view text) {
   return {DatePart(text.substr(4, 2)), DatePart(text.substr(2, 2)), DatePart(text.substr(0, 2))};
 }
 
-/// Weights 7, 3, 1; letters count from A = 10, a filler as 0 (Doc 9303-3, 4.9).
-char CheckDigitOf(std::string_view text) {
-  constexpr int weights[] = {7, 3, 1};
-  int sum = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const char c = text[i];
-    const int value = c >= '0' && c <= '9' ? c - '0' : c >= 'A' && c <= 'Z' ? c - 'A' + 10 : 0;
-    sum += value * weights[i % 3];
-  }
-  return static_cast<char>('0' + sum % 10);
-}
-
-void Check(const char* name, std::string_view covered, char digit, Lines* warnings) {
-  const char wanted = CheckDigitOf(covered);
-  // Where nothing stands, a filler may take the digit's place.
-  const bool empty = covered.find_first_not_of('<') == std::string_view::npos;
-  if (digit != wanted && !(empty && digit == '<')) {
-    warnings->push_back(std::string("the check digit of ") + name + " is '" + digit +
-                        "', by the codeline it would be '" + wanted + "'");
-  }
-}
-
 [[noreturn]] void RefuseLines(const Lines& lines) {
   std::string sizes;
   for (const std::string& line : lines) {
@@ -188,9 +111,9 @@ void RequireAscii(const Lines& lines) {
 
 /// The format that the document's code and any of its lines speak for, so that
 /// one line of a wrong length is told against the format that was meant.
-const Format& FormatOf(const Lines& lines) {
+const CodelineFormat& FormatOf(const Lines& lines) {
   const bool visa = !lines.empty() && lines[0].starts_with('V');
-  for (const Format& format : Formats) {
+  for (const CodelineFormat& format : CodelineFormats()) {
     const auto fits = [&](const std::string& line) { return line.size() == format.width; };
     if (format.lines != lines.size() || (format.lines == 2 && format.visa != visa) ||
         std::none_of(lines.begin(), lines.end(), fits)) {
@@ -227,36 +150,32 @@ void ReadSex(char read, ReaderCodelineData* record) {
   }
 }
 
-/// A number too long for its field has a filler for a check digit, and goes on
-/// in the optional data up to the next filler, its check digit last (Doc 9303-5
-/// and 9303-6).
-void ReadNumber(const Lines& lines, const Format& format, CodelineReading* reading) {
-  std::string number(At(lines, format.layout.number));
-  char digit = At(lines, Behind(format.layout.number))[0];
-  std::string_view optional = At(lines, format.optional1);
-  const std::size_t rest = std::min(optional.find('<'), optional.size());
-  if (format.longNumbers && digit == '<' && rest > 0 && number.find('<') == std::string::npos) {
-    number += optional.substr(0, rest - 1);
-    digit = optional[rest - 1];
-    optional.remove_prefix(std::min(rest + 1, optional.size()));
+/// The number with what of it stands in the optional data, and the rest of that.
+void ReadNumber(const Lines& lines, const CodelineFormat& format, const CodelineCheck& check,
+                ReaderCodelineData* record) {
+  std::string_view optional = CodelineField(lines, format.optional1);
+  std::string number;
+  for (const CodelinePlace& place : check.covered) {
+    number += lines[place.line][place.column];
   }
-  Check("the document number", number, digit, &reading->warnings);
-  PutText(reading->record.docNumber, WithoutFillers(number), "docNumber");
-  PutText(reading->record.optionalData1, WithoutFillersAtEnd(optional), "optionalData1");
+  if (number.size() > format.number.length) {
+    const std::size_t taken = number.size() - format.number.length + 1;
+    optional.remove_prefix(std::min(taken + 1, optional.size()));
+  }
+  PutText(record->docNumber, WithoutFillers(number), "docNumber");
+  PutText(record->optionalData1, WithoutFillersAtEnd(optional), "optionalData1");
 }
 
-void CheckDates(const Lines& lines, const Format& format, Lines* warnings) {
-  Check("the date of birth", At(lines, format.layout.birth),
-        At(lines, Behind(format.layout.birth))[0], warnings);
-  Check("the date of expiry", At(lines, format.layout.expiry),
-        At(lines, Behind(format.layout.expiry))[0], warnings);
-  if (!format.composite.empty()) {
-    std::string covered;
-    for (const Span& span : format.composite) {
-      covered += At(lines, span);
+Lines WarningsOf(const Lines& lines, const std::vector<CodelineCheck>& checks) {
+  Lines warnings;
+  for (const CodelineCheck& check : checks) {
+    if (!IsMet(check, lines)) {
+      warnings.push_back(std::string("the check digit of ") + check.field + " is '" +
+                         lines[check.digit.line][check.digit.column] +
+                         "', by the codeline it would be '" + WantedDigit(check, lines) + "'");
     }
-    Check("the whole codeline", covered, lines[1].back(), warnings);
   }
+  return warnings;
 }
 
 }  // namespace
@@ -273,8 +192,9 @@ ReaderCodelineData UnreadCodeline(const Lines& lines) {
 
 CodelineReading ReadCodeline(const Lines& lines) {
   RequireAscii(lines);
-  const Format& format = FormatOf(lines);
-  CodelineReading reading = {UnreadCodeline(lines), {}};
+  const CodelineFormat& format = FormatOf(lines);
+  const std::vector<CodelineCheck> checks = CodelineChecks(format, lines);
+  CodelineReading reading = {UnreadCodeline(lines), WarningsOf(lines, checks)};
   ReaderCodelineData& record = reading.record;
 
   const std::string code(WithoutFillersAtEnd(std::string_view(lines[0]).substr(0, 2)));
@@ -285,15 +205,15 @@ CodelineReading ReadCodeline(const Lines& lines) {
   PutText(record.docType, type->docType, "docType");
   PutText(record.issuingState, WithoutFillersAtEnd(std::string_view(lines[0]).substr(2, 3)),
           "issuingState");
-  ReadNames(At(lines, format.layout.names), &record);
-  ReadNumber(lines, format, &reading);
-  PutText(record.nationality, WithoutFillersAtEnd(At(lines, format.layout.nationality)),
+  ReadNames(CodelineField(lines, format.names), &record);
+  ReadNumber(lines, format, checks.front(), &record);
+  PutText(record.nationality, WithoutFillersAtEnd(CodelineField(lines, format.nationality)),
           "nationality");
-  record.dateOfBirth = DateOf(At(lines, format.layout.birth));
-  record.expiryDate = DateOf(At(lines, format.layout.expiry));
-  ReadSex(At(lines, format.layout.sex)[0], &record);
-  PutText(record.optionalData2, WithoutFillersAtEnd(At(lines, format.optional2)), "optionalData2");
-  CheckDates(lines, format, &reading.warnings);
+  record.dateOfBirth = DateOf(CodelineField(lines, format.birth));
+  record.expiryDate = DateOf(CodelineField(lines, format.expiry));
+  ReadSex(CodelineField(lines, format.sex)[0], &record);
+  PutText(record.optionalData2, WithoutFillersAtEnd(CodelineField(lines, format.optional2)),
+          "optionalData2");
   return reading;
 }
 
