@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "virtual_reader/InputFile.h"
+#include "virtual_reader/codelines/CodelineSearch.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"
 #include "virtual_reader/images/TiffPages.h"
@@ -19,6 +20,14 @@ namespace {
 constexpr std::array PagesByBarcodes = {
     ReaderDataType::ImageVis,     ReaderDataType::ImageVisRear, ReaderDataType::ImageCoaxVis,
     ReaderDataType::ImageBarcode, ReaderDataType::ImageIr,      ReaderDataType::ImageCoaxIr,
+    ReaderDataType::ImageUv,
+};
+
+/// The same for codelines: ICAO Doc 9303 has them legible in the near infrared,
+/// where the background that is printed for the eye vanishes.
+constexpr std::array PagesByCodeline = {
+    ReaderDataType::ImageIr,      ReaderDataType::ImageCoaxIr,  ReaderDataType::ImageVis,
+    ReaderDataType::ImageVisRear, ReaderDataType::ImageCoaxVis, ReaderDataType::ImageBarcode,
     ReaderDataType::ImageUv,
 };
 
@@ -45,12 +54,15 @@ class ImagesReading {
 
   void Read() {
     // One after the other, as what is decoded takes the most memory.
-    for (DocumentImage* image : Ordered(PagesByBarcodes)) {
+    for (DocumentImage* image : Ordered(PagesByCodeline)) {
       if (Decode(image)) {
         SearchForBarcodes(*image);
+        SearchForCodeline(*image);
       }
       image->decoded.reset();
     }
+    WarnOfUnreadCodeline();
+    AddCodeline();
     SendImages();
     AddBarcodes();
   }
@@ -115,6 +127,37 @@ class ImagesReading {
     step->WarnAll(image.name, findings.failures);
   }
 
+  void SearchForCodeline(const DocumentImage& image) {
+    if (!wanted.codeline || codelineImage != nullptr) {
+      return;
+    }
+    CodelineFindings findings = SearchCodeline(*image.decoded);
+    if (!findings.lines.empty()) {
+      step->Note(image.name, "a codeline found on the page");
+      codelineImage = &image;
+      codeline = std::move(findings.lines);
+    }
+    for (const std::string& failure : findings.failures) {
+      unreadCodelines.emplace_back(&image, failure);
+    }
+  }
+
+  /// What one image does not give away counts only if no other does.
+  void WarnOfUnreadCodeline() {
+    for (const auto& [image, failure] : unreadCodelines) {
+      if (codelineImage == nullptr || codelineImage == image) {
+        step->Warn(image->name, failure);
+      }
+    }
+  }
+
+  void AddCodeline() {
+    if (codelineImage != nullptr) {
+      step->AddCodeline(codelineImage->name, ReadCodeline(codeline), ReaderDataType::Codeline,
+                        ReaderDataType::CodelineRecord);
+    }
+  }
+
   void SendImages() {
     for (std::size_t i = 0; i < images.size(); ++i) {
       if (errors[i].empty()) {
@@ -171,6 +214,9 @@ class ImagesReading {
   StepBuilder* const step;
   std::vector<std::string> errors;  ///< of each image; empty for one that is sent
   std::vector<FoundBarcode> barcodes;
+  const DocumentImage* codelineImage = nullptr;
+  std::vector<std::string> codeline;
+  std::vector<std::pair<const DocumentImage*, std::string>> unreadCodelines;
 };
 
 }  // namespace

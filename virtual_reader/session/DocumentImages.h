@@ -25,13 +25,14 @@ struct DocumentImage {
 /// What is to be read from the images that show a page: not what the document
 /// gives itself.
 struct PagesWanted {
+  bool codeline = true;
   bool barcodes = true;
   bool aamva = true;
 };
 
-/// Adds the images and behind them the barcodes that stand on them, one that several of them show
-/// counted once. A TIFF is sent as a PNG of its first page. A damaged image is an error in its
-/// place.
+/// Adds the images, before them the codeline and behind them the barcodes that
+/// stand on them, one that several of them show counted once. A TIFF is sent as
+/// a PNG of its first page. A damaged image is an error in its place.
 void AddImages(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step);
 
 /// What this build does not look for on pages, for the log.

@@ -57,13 +57,16 @@ CodelineReading ReadText(const std::filesystem::path& file) {
   return ReadCodeline(lines);
 }
 
-/// Adds the codeline of the text beside the page. A wrong one is an error.
-void AddText(const std::filesystem::path& folder, const std::string& text, StepBuilder* step) {
+/// Adds the codeline of the text beside the page. A wrong one is an error; what
+/// stands on the page is then taken in its place.
+bool AddText(const std::filesystem::path& folder, const std::string& text, StepBuilder* step) {
   try {
     step->AddCodeline(text, ReadText(folder / PathFromUtf8(text)), ReaderDataType::Codeline,
                       ReaderDataType::CodelineRecord);
+    return true;
   } catch (const std::invalid_argument& reason) {
     step->AddPassingError(text + ": " + reason.what());
+    return false;
   }
 }
 
@@ -74,10 +77,9 @@ Step ReadablePage(const std::filesystem::path& folder, const ScanPage& page) {
   step.AddDocument(page.name);
   step.AddEvent(ReaderEventCode::DocOnWindow);
   step.AddEvent(ReaderEventCode::StartOfDocumentData);
-  if (!page.text.empty()) {
-    AddText(folder, page.text, &step);
-  }
-  AddImages(std::move(images), {}, &step);
+  PagesWanted wanted;
+  wanted.codeline = page.text.empty() || !AddText(folder, page.text, &step);
+  AddImages(std::move(images), wanted, &step);
   step.AddEvent(ReaderEventCode::EndOfDocumentData);
   step.AddEvent(ReaderEventCode::DocRemoved);
   return step.Take();

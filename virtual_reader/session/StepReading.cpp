@@ -121,6 +121,7 @@ StepReading::Part StepReading::ReadSwipe(const SessionField& field) {
 }
 
 StepReading::Part StepReading::ReadDocument(const SessionField& field) {
+  wanted.codeline = !field.Find("codeline").has_value();
   wanted.barcodes = !field.Find("barcodes").has_value();
   wanted.aamva = !field.Find("aamva").has_value();
   imageNames.clear();
