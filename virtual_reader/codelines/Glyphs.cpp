@@ -154,11 +154,11 @@ class Window {
                   &from[static_cast<std::size_t>(CellMargin + x)],
                   GlyphWidth * sizeof(std::int16_t));
     }
-    int sum = 0;
-    int squares = 0;
+    unsigned sum = 0;
+    unsigned squares = 0;
     for (const int sample : samples) {
-      sum += sample;
-      squares += sample * sample;
+      sum += static_cast<unsigned>(sample);
+      squares += static_cast<unsigned>(sample * sample);
     }
     const double mean = static_cast<double>(sum) / GlyphSamples;
     deviation = static_cast<float>(std::sqrt(squares - mean * sum + noise));
@@ -166,11 +166,13 @@ class Window {
 
   /// The correlation, normalised.
   float LikenessTo(const Template& glyph) const {
-    int product = 0;
+    // Unsigned, as checks for an overflow that cannot be would keep the compiler from
+    // taking several at once.
+    unsigned product = 0;
     for (std::size_t i = 0; i < samples.size(); ++i) {
-      product += samples[i] * glyph.difference[i];
+      product += static_cast<unsigned>(samples[i] * glyph.difference[i]);
     }
-    return static_cast<float>(product) / (deviation * glyph.norm);
+    return static_cast<float>(static_cast<int>(product)) / (deviation * glyph.norm);
   }
 
  private:

@@ -15,12 +15,16 @@ using Lines = std::vector<std::string>;
 // measured with these.
 constexpr double LeastLikeness = 0.70;      ///< of the weakest cell
 constexpr double FurthestBelowMean = 0.20;  ///< of the weakest cell
-constexpr double MostBeyond = 0.5;          ///< of what stands before or behind a line
-constexpr double LeastLead = 0.033;         ///< over what the check digits let pass
-constexpr double LeastMargin = 0.0125;      ///< over anything else
-constexpr double DearestRepair = 0.05;      ///< of likeness that is given up
-constexpr double LeadOfRepair = 0.03;       ///< over the next way to mend it
-constexpr double LeadOfMisprint = 0.10;     ///< over anything else, with no check digit's help
+/// In print that is this like the typeface, a cell further below the mean is damaged, and
+/// what is left of an E may well be an F.
+constexpr double LikenessOfGoodPrint = 0.92;
+constexpr double FurthestInGoodPrint = 0.09;
+constexpr double MostBeyond = 0.5;       ///< of what stands before or behind a line
+constexpr double LeastLead = 0.033;      ///< over what the check digits let pass
+constexpr double LeastMargin = 0.0125;   ///< over anything else
+constexpr double DearestRepair = 0.05;   ///< of likeness that is given up
+constexpr double LeadOfRepair = 0.03;    ///< over the next way to mend it
+constexpr double LeadOfMisprint = 0.10;  ///< over anything else, with no check digit's help
 
 /// What may stand in a place.
 enum class Kind : char {
@@ -129,8 +133,10 @@ class TextReading {
       isMended = Mend(&reading.lines);
     }
     // Print that goes on beyond the zone is of a longer one, torn or covered.
+    const double furthest =
+        cells.likeness > LikenessOfGoodPrint ? FurthestInGoodPrint : FurthestBelowMean;
     reading.isSure = cells.beyond < MostBeyond &&
-                     weakest > std::max(LeastLikeness, cells.likeness - FurthestBelowMean) &&
+                     weakest > std::max(LeastLikeness, cells.likeness - furthest) &&
                      (ChecksMatch(reading.lines) ? IsSure(reading.lines) : IsSureMisprint());
     return reading;
   }

@@ -8,7 +8,7 @@
 namespace conduit {
 
 void StepBuilder::WriteNote(std::string text) {
-  notes.emplace_back(std::in_place_type<WriteLine>, std::move(text));
+  notes.emplace_back(std::in_place_type<WriteLine>, WriteLine{std::move(text)});
 }
 
 void StepBuilder::AddDocument(const std::string& name) { WriteNote("document " + name); }
