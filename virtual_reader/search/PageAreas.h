@@ -6,6 +6,7 @@
 
 namespace conduit {
 
+/// In pixels of the page.
 struct PageArea {
   int left;
   int top;
@@ -15,8 +16,28 @@ struct PageArea {
 
 bool Overlap(const PageArea& a, const PageArea& b);
 
-/// Where something dark stands by itself, with unprinted page around it: the
-/// shape of a symbol. Leaves out what is too flat or too small for one.
-std::vector<PageArea> PrintedAreas(const PageImage& image);
+/// A part of the page that looks like a symbol.
+struct SymbolArea {
+  PageArea area;
+  bool inverted;  ///< light on dark
+};
+
+/// A part of the page that is full of parallel bars, as linear symbols and PDF417 are.
+struct BarArea {
+  PageArea area;
+  bool inverted;  ///< light on dark
+  double angle;   ///< of the line across the bars, in radians clockwise from the row: within
+                  ///< a quarter turn either way
+};
+
+/// What stands where on a page, told by contrast alone.
+struct PageAreas {
+  PageArea printed;                  ///< around everything; empty where the page is blank
+  std::vector<SymbolArea> isolated;  ///< as dense as a matrix symbol, with a margin around it
+  std::vector<BarArea> bars;
+};
+
+/// Takes at most half a byte for each pixel of the image.
+PageAreas FindAreas(const PageImage& image);
 
 }  // namespace conduit

@@ -2,10 +2,14 @@
 #include <ZXing/ReadBarcode.h>
 
 #include <algorithm>
+#include <cmath>
 #include <exception>
 #include <iterator>
+#include <numbers>
+#include <utility>
 
 #include "virtual_reader/search/PageAreas.h"
+#include "virtual_reader/search/PageCut.h"
 #include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
@@ -33,45 +37,124 @@ constexpr auto Matrix = BarcodeFormat::PDF417 | BarcodeFormat::Aztec | BarcodeFo
 /// The decoder looks for these around the middle of an image only.
 constexpr auto FoundInTheMiddle = BarcodeFormat::Aztec | BarcodeFormat::DataMatrix;
 
+constexpr auto MadeOfBars = Linear | BarcodeFormat::PDF417;
+
 struct Found {
   ZXing::Result result;
   PageArea area;
 };
 
-PageArea AreaOf(const ZXing::Position& corners, int left, int top) {
+PageArea AreaOf(const ZXing::Position& corners) {
   const auto [minX, maxX] = std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
   const auto [minY, maxY] = std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
-  return {left + minX, top + minY, maxX - minX + 1, maxY - minY + 1};
+  return {minX, minY, maxX - minX + 1, maxY - minY + 1};
 }
 
 bool IsSame(const Found& a, const Found& b) {
   return a.result.format() == b.result.format() && Overlap(a.area, b.area);
 }
 
-/// Adds what is found in a part of the image and was not found there before.
-void Search(const PageImage& image, const PageArea& area, ZXing::BarcodeFormats formats,
-            std::vector<Found>* found) {
-  const ZXing::ImageView view(image.light.data(), image.width, image.height,
-                              ZXing::ImageFormat::Lum);
-  // ZXing-C++ 1.4 searches a page a second time at a third of its size and compares
+ZXing::ImageView ViewOf(const PageImage& image) {
+  return {image.light.data(), image.width, image.height, ZXing::ImageFormat::Lum};
+}
+
+ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats formats) {
+  // ZXing-C++ 1.4 searches an image a second time at a third of its size and compares
   // what it finds with the first time's results. Comparing linear ones asserts that
   // each was seen on one line only, which ends the process on any page with a linear
   // symbol where assertions are on, as in Debian's build.
   const bool comparable = !formats.testFlags(Linear);
-  const auto hints =
-      ZXing::DecodeHints().setFormats(formats).setReturnErrors(true).setTryDownscale(comparable);
-  for (ZXing::Result& result :
-       ZXing::ReadBarcodes(view.cropped(area.left, area.top, area.width, area.height), hints)) {
-    Found one = {std::move(result), {}};
-    one.area = AreaOf(one.result.position(), area.left, area.top);
-    const bool known = std::any_of(found->begin(), found->end(), [&](const Found& other) {
+  return ZXing::ReadBarcodes(
+      view,
+      ZXing::DecodeHints().setFormats(formats).setReturnErrors(true).setTryDownscale(comparable));
+}
+
+/// What one page shows, found step by step.
+class Search {
+ public:
+  explicit Search(const PageImage& image) : page(image) {}
+
+  void Run() {
+    const PageAreas areas = FindAreas(page);
+    if (areas.printed.width == 0) {
+      return;
+    }
+    LookIn(areas.printed, Matrix);
+    LookIn(areas.printed, Linear);
+    for (const SymbolArea& isolated : areas.isolated) {
+      if (isolated.inverted) {
+        LookInCut(isolated.area, 0, true, Matrix);
+      } else if (!IsKnown(isolated.area)) {
+        LookIn(isolated.area, FoundInTheMiddle);
+      }
+    }
+    for (const BarArea& bars : areas.bars) {
+      LookAt(bars);
+    }
+  }
+
+  std::vector<Found> Take() { return std::move(found); }
+
+ private:
+  /// The decoder takes bars for level up to here; text is, on most pages.
+  static constexpr double Level = 0.05;
+
+  void LookAt(const BarArea& bars) {
+    constexpr double quarter = std::numbers::pi / 2;
+    const double turn = std::remainder(bars.angle, quarter);
+    if (IsKnown(bars.area)) {
+      return;
+    }
+    if (bars.inverted || std::abs(turn) > Level) {
+      LookInCut(bars.area, std::abs(turn) > Level / 2 ? bars.angle : bars.angle - turn,
+                bars.inverted, MadeOfBars);
+    } else if (std::any_of(found.begin(), found.end(), [](const Found& one) {
+                 return one.result.format() == BarcodeFormat::PDF417;
+               })) {
+      // The decoder finds all PDF417 of one direction, and then looks for no other.
+      LookIn(bars.area, BarcodeFormat::PDF417);
+    }
+  }
+
+  void LookIn(const PageArea& area, ZXing::BarcodeFormats formats) {
+    for (ZXing::Result& result :
+         Decode(ViewOf(page).cropped(area.left, area.top, area.width, area.height), formats)) {
+      PageArea at = AreaOf(result.position());
+      at.left += area.left;
+      at.top += area.top;
+      Add({std::move(result), at});
+    }
+  }
+
+  void LookInCut(const PageArea& area, double angle, bool inverted, ZXing::BarcodeFormats formats) {
+    const PageCut cut(page, area, angle, inverted);
+    for (ZXing::Result& result : Decode(ViewOf(cut.Image()), formats)) {
+      if (result.isValid()) {
+        const PageArea at = cut.OnPage(AreaOf(result.position()));
+        Add({std::move(result), at});
+      }
+    }
+  }
+
+  /// Adds what was not found before.
+  void Add(Found one) {
+    const bool known = std::any_of(found.begin(), found.end(), [&](const Found& other) {
       return IsSame(one, other) && (other.result.isValid() || !one.result.isValid());
     });
     if (!known) {
-      found->push_back(std::move(one));
+      found.push_back(std::move(one));
     }
   }
-}
+
+  bool IsKnown(const PageArea& area) const {
+    return std::any_of(found.begin(), found.end(), [&](const Found& one) {
+      return one.result.isValid() && Overlap(one.area, area);
+    });
+  }
+
+  const PageImage& page;
+  std::vector<Found> found;
+};
 
 /// A scan across a scratch fails where another one reads.
 void DropFailuresOfWhatWasRead(std::vector<Found>* found) {
@@ -120,16 +203,13 @@ bool CanSearchPages() { return true; }
 
 PageFindings SearchPage(const PageImage& image) {
   PageFindings findings;
-  std::vector<Found> found;
+  Search search(image);
   try {
-    Search(image, {0, 0, image.width, image.height}, Matrix, &found);
-    Search(image, {0, 0, image.width, image.height}, Linear, &found);
-    for (const PageArea& area : PrintedAreas(image)) {
-      Search(image, area, FoundInTheMiddle, &found);
-    }
+    search.Run();
   } catch (const std::exception& error) {
     findings.failures.push_back(std::string("the search ended early: ") + error.what());
   }
+  std::vector<Found> found = search.Take();
   DropFailuresOfWhatWasRead(&found);
   SortByPlace(&found);
 
