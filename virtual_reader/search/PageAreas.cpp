@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <cstdlib>
 #include <numbers>
+#include <numeric>
+#include <optional>
 #include <utility>
 
 namespace conduit {
@@ -254,7 +256,7 @@ std::vector<SymbolArea> FindIsolated(const PageImage& image, Cells<std::uint8_t>
       const Look look = LookAt(image, area);
       if (std::min(look.crossings, look.crossingsDown) >= fewestCrossings &&
           look.crossings + look.crossingsDown >= fewestOfBoth) {
-        areas.push_back({area, look.inverted});
+        areas.push_back({Upright(area), look.inverted});
       }
     }
   }
@@ -272,6 +274,11 @@ struct Gradients {
     xx += other.xx;
     yy += other.yy;
     xy += other.xy;
+  }
+  /// Takes the part away that the grain of a scan has in all directions.
+  void Subtract(float grain) {
+    xx = std::max(0.0F, xx - grain / 2);
+    yy = std::max(0.0F, yy - grain / 2);
   }
   float Energy() const { return xx + yy; }
 
@@ -301,12 +308,29 @@ Gradients GradientsIn(const PageImage& image, int left, int top, int size) {
   return {static_cast<float>(xx), static_cast<float>(yy), static_cast<float>(xy)};
 }
 
-/// Of each cell and those around it; nothing where no edge is.
+/// What the gradients of a square add up to where nothing is printed.
+float GrainOf(const PageImage& image, int size) {
+  constexpr int places = 24;
+  std::vector<float> energies;
+  for (int row = 0; row < places; ++row) {
+    for (int column = 0; column < places; ++column) {
+      energies.push_back(GradientsIn(image, column * (image.width - size) / places,
+                                     row * (image.height - size) / places, size)
+                             .Energy());
+    }
+  }
+  const auto low = energies.begin() + static_cast<std::ptrdiff_t>(energies.size() / 8);
+  std::nth_element(energies.begin(), low, energies.end());
+  return *low;
+}
+
+/// Of each cell alone; nothing where no edge is.
 Cells<Gradients> FindGradients(const PageImage& image, const Cells<std::uint8_t>& edges) {
   constexpr int edgeCells = 2;
-  Cells<Gradients> alone(image, edges.size * edgeCells);
-  for (int row = 0; row < alone.rows; ++row) {
-    for (int column = 0; column < alone.columns; ++column) {
+  Cells<Gradients> gradients(image, edges.size * edgeCells);
+  const float grain = GrainOf(image, gradients.size);
+  for (int row = 0; row < gradients.rows; ++row) {
+    for (int column = 0; column < gradients.columns; ++column) {
       bool any = false;
       for (int i = 0; i < edgeCells * edgeCells; ++i) {
         const int x = column * edgeCells + i % edgeCells;
@@ -314,44 +338,64 @@ Cells<Gradients> FindGradients(const PageImage& image, const Cells<std::uint8_t>
         any = any || (edges.Has(x, y) && edges.At(x, y) != 0);
       }
       if (any) {
-        alone.At(column, row) =
-            GradientsIn(image, column * alone.size, row * alone.size, alone.size);
+        gradients.At(column, row) =
+            GradientsIn(image, column * gradients.size, row * gradients.size, gradients.size);
+        gradients.At(column, row).Subtract(grain);
       }
     }
   }
-  return alone;
+  return gradients;
 }
 
-/// Takes what has the direction of its neighbour, step by step from the given cell.
+/// Cells around one that count for it, to each side: as many as hold a few bars.
+constexpr int Around = 2;
+
+/// With those around each: first those of the same row, then the rows.
+Cells<Gradients> Spread(const Cells<Gradients>& alone) {
+  Cells<Gradients> inRow = alone;
+  Cells<Gradients> all = alone;
+  for (const bool across : {true, false}) {
+    const Cells<Gradients>& from = across ? alone : inRow;
+    Cells<Gradients>& to = across ? inRow : all;
+    for (int row = 0; row < alone.rows; ++row) {
+      for (int column = 0; column < alone.columns; ++column) {
+        Gradients sum;
+        for (int step = -Around; step <= Around; ++step) {
+          const int x = across ? column + step : column;
+          const int y = across ? row : row + step;
+          if (alone.Has(x, y)) {
+            sum.Add(from.At(x, y));
+          }
+        }
+        to.At(column, row) = sum;
+      }
+    }
+  }
+  return all;
+}
+
+double TurnBetween(double a, double b) { return std::abs(std::remainder(a - b, std::numbers::pi)); }
+
+/// Cells with bars of one direction that touch each other.
 struct BarCells {
-  Extent extent;
-  int count = 0;
   Gradients sum;
+  std::vector<std::pair<int, int>> cells;
 };
-
-float TurnBetween(float a, float b) {
-  const float turn = std::abs(a - b);
-  return std::min(turn, std::numbers::pi_v<float> - turn);
-}
 
 BarCells TakeParallel(int column, int row, const Cells<Gradients>& gradients,
                       Cells<std::uint8_t>* barred) {
-  constexpr float mostTurn = 0.2F;
-  BarCells bars = {Extent(column, row), 0, {}};
-  std::vector<std::pair<int, int>> open = {{column, row}};
+  constexpr double mostTurn = 0.2;
+  BarCells bars = {{}, {{column, row}}};
   barred->At(column, row) = 0;
-  while (!open.empty()) {
-    const auto [x, y] = open.back();
-    open.pop_back();
-    bars.extent.Add(x, y);
+  for (std::size_t next = 0; next < bars.cells.size(); ++next) {
+    const auto [x, y] = bars.cells[next];
     bars.sum.Add(gradients.At(x, y));
-    ++bars.count;
     for (int dy = -1; dy <= 1; ++dy) {
       for (int dx = -1; dx <= 1; ++dx) {
         if (barred->Has(x + dx, y + dy) && barred->At(x + dx, y + dy) != 0 &&
             TurnBetween(gradients.At(x + dx, y + dy).Angle(), bars.sum.Angle()) < mostTurn) {
           barred->At(x + dx, y + dy) = 0;
-          open.emplace_back(x + dx, y + dy);
+          bars.cells.emplace_back(x + dx, y + dy);
         }
       }
     }
@@ -359,41 +403,310 @@ BarCells TakeParallel(int column, int row, const Cells<Gradients>& gradients,
   return bars;
 }
 
-std::vector<BarArea> FindBars(const PageImage& image, const Cells<std::uint8_t>& edges,
-                              int contrast) {
-  constexpr float leastCoherence = 0.3F;
-  constexpr int fewestCells = 12;
-  const Cells<Gradients> alone = FindGradients(image, edges);
-  Cells<Gradients> gradients = alone;
-  Cells<std::uint8_t> barred(image, alone.size);
-  // Many edges in a cell, not the one at the rim of something.
-  const float step = static_cast<float>(contrast) / 4;
-  const float leastEnergy = step * step * static_cast<float>(alone.size * alone.size) * 9;
-  for (int row = 0; row < alone.rows; ++row) {
-    for (int column = 0; column < alone.columns; ++column) {
-      Gradients around;
-      for (int dy = -1; dy <= 1; ++dy) {
-        for (int dx = -1; dx <= 1; ++dx) {
-          if (alone.Has(column + dx, row + dy)) {
-            around.Add(alone.At(column + dx, row + dy));
-          }
-        }
-      }
-      gradients.At(column, row) = around;
-      barred.At(column, row) =
-          around.Energy() >= leastEnergy && around.Coherence() >= leastCoherence ? 1 : 0;
+/// The smallest rectangle of this angle around points.
+TurnedArea AreaAround(const std::vector<std::pair<double, double>>& points, double angle,
+                      double margin) {
+  const double across = std::cos(angle);
+  const double down = std::sin(angle);
+  double low[] = {1e9, 1e9};
+  double high[] = {-1e9, -1e9};
+  for (const auto& [x, y] : points) {
+    const double place[] = {x * across + y * down, y * across - x * down};
+    for (int i = 0; i < 2; ++i) {
+      low[i] = std::min(low[i], place[i]);
+      high[i] = std::max(high[i], place[i]);
     }
   }
-  std::vector<BarArea> areas;
+  const double u = (low[0] + high[0]) / 2;
+  const double v = (low[1] + high[1]) / 2;
+  return {u * across - v * down, u * down + v * across, high[0] - low[0] + 2 * margin,
+          high[1] - low[1] + 2 * margin, angle};
+}
+
+std::vector<std::pair<double, double>> CornersOf(const TurnedArea& area) {
+  std::vector<std::pair<double, double>> corners;
+  const double across = std::cos(area.angle);
+  const double down = std::sin(area.angle);
+  for (const double u : {-area.width / 2, area.width / 2}) {
+    for (const double v : {-area.height / 2, area.height / 2}) {
+      corners.emplace_back(area.middleX + u * across - v * down,
+                           area.middleY + u * down + v * across);
+    }
+  }
+  return corners;
+}
+
+/// Whether one goes on where the other ends, in the same direction.
+bool BelongTogether(const TurnedArea& a, const TurnedArea& b, double gap) {
+  constexpr double mostTurn = 0.12;
+  if (TurnBetween(a.angle, b.angle) > mostTurn) {
+    return false;
+  }
+  const double across = std::cos(a.angle);
+  const double down = std::sin(a.angle);
+  const double x = b.middleX - a.middleX;
+  const double y = b.middleY - a.middleY;
+  return std::abs(x * across + y * down) < (a.width + b.width) / 2 + gap &&
+         std::abs(y * across - x * down) < (a.height + b.height) / 2;
+}
+
+double SizeOf(const TurnedArea& area) { return area.width * area.height; }
+
+/// A wide bar, a scratch or a fold parts what is one symbol. What would be joined
+/// to no rectangle are words beside each other.
+std::vector<TurnedArea> Joined(std::vector<TurnedArea> areas, double gap) {
+  constexpr double leastFilled = 0.7;
+  for (std::size_t i = 0; i < areas.size(); ++i) {
+    for (std::size_t other = i + 1; other < areas.size();) {
+      if (BelongTogether(areas[i], areas[other], gap)) {
+        auto corners = CornersOf(areas[i]);
+        const auto more = CornersOf(areas[other]);
+        corners.insert(corners.end(), more.begin(), more.end());
+        const bool larger = SizeOf(areas[other]) > SizeOf(areas[i]);
+        const TurnedArea both = AreaAround(corners, areas[larger ? other : i].angle, 0);
+        if (SizeOf(areas[i]) + SizeOf(areas[other]) >= leastFilled * SizeOf(both)) {
+          areas[i] = both;
+          areas.erase(areas.begin() + static_cast<std::ptrdiff_t>(other));
+          other = i + 1;
+          continue;
+        }
+      }
+      ++other;
+    }
+  }
+  return areas;
+}
+
+/// Calls the operation with the light values along lines across an area's bars,
+/// evenly spaced. Nothing is called for what lies beyond the page.
+template <typename See>
+void EachLine(const PageImage& image, const TurnedArea& area, int lines, See&& see) {
+  const double across = std::cos(area.angle);
+  const double down = std::sin(area.angle);
+  for (int line = 0; line < lines; ++line) {
+    const double v = ((line + 0.5) / lines - 0.5) * area.height;
+    for (double u = -area.width / 2; u < area.width / 2; ++u) {
+      const int x = static_cast<int>(std::floor(area.middleX + u * across - v * down));
+      const int y = static_cast<int>(std::floor(area.middleY + u * down + v * across));
+      if (x >= 0 && y >= 0 && x < image.width && y < image.height) {
+        see(line, int{Row(image, y)[x]});
+      }
+    }
+  }
+}
+
+/// How often most lines across the bars go from dark to light or back.
+int CrossingsOf(const PageImage& image, const TurnedArea& area) {
+  constexpr int lines = 9;
+  int lowest = 255;
+  int highest = 0;
+  EachLine(image, area, lines, [&](int /*line*/, int light) {
+    lowest = std::min(lowest, light);
+    highest = std::max(highest, light);
+  });
+  const int threshold = (lowest + highest) / 2;
+  const int band = (highest - lowest) / 10;
+  std::array<int, lines> counts{};
+  std::array<bool, lines> dark{};
+  EachLine(image, area, lines, [&](int line, int light) {
+    const auto at = static_cast<std::size_t>(line);
+    if (dark[at] ? light > threshold + band : light < threshold - band) {
+      dark[at] = !dark[at];
+      ++counts[at];
+    }
+  });
+  std::nth_element(counts.begin(), counts.begin() + lines / 2, counts.end());
+  return counts[lines / 2];
+}
+
+/// Whether it is dark to both ends of the bars, where the margin of a symbol is.
+bool StandsOnDark(const PageImage& image, const TurnedArea& area, Contrast contrast) {
+  constexpr int places = 9;
+  int dark = 0;
+  int seen = 0;
+  for (const double end : {-0.5, 0.5}) {
+    for (int place = 0; place < places; ++place) {
+      const double u = end * area.width;
+      const double v = ((place + 0.5) / places - 0.5) * area.height * 0.8;
+      const double x = area.middleX + u * std::cos(area.angle) - v * std::sin(area.angle);
+      const double y = area.middleY + u * std::sin(area.angle) + v * std::cos(area.angle);
+      if (x >= 0 && y >= 0 && x < image.width && y < image.height) {
+        const int light = Row(image, static_cast<int>(y))[static_cast<int>(x)];
+        dark += light < (contrast.dark + contrast.light) / 2 ? 1 : 0;
+        ++seen;
+      }
+    }
+  }
+  return dark * 2 > seen;
+}
+
+std::vector<SymbolArea> FindBars(const PageImage& image, const Cells<std::uint8_t>& edges,
+                                 Contrast contrast) {
+  constexpr float leastCoherence = 0.3F;
+  constexpr std::size_t fewestCells = 12;
+  constexpr double leastFilled = 0.5;
+  // The shortest symbol has some 30 bars and spaces. A word has fewer.
+  constexpr double leastWidth = 50;
+  constexpr int fewestCrossings = 20;
+  const Cells<Gradients> gradients = Spread(FindGradients(image, edges));
+  // Many edges, not the one at the rim of something.
+  constexpr int counted = (2 * Around + 1) * (2 * Around + 1);
+  const float step = static_cast<float>(contrast.Range()) / 5;
+  const float leastEnergy =
+      step * step * static_cast<float>(gradients.size * gradients.size * counted);
+  Cells<std::uint8_t> barred(image, gradients.size);
+  for (std::size_t i = 0; i < barred.values.size(); ++i) {
+    const Gradients& around = gradients.values[i];
+    barred.values[i] =
+        around.Energy() >= leastEnergy && around.Coherence() >= leastCoherence ? 1 : 0;
+  }
+  std::vector<TurnedArea> parts;
   for (int row = 0; row < barred.rows; ++row) {
     for (int column = 0; column < barred.columns; ++column) {
       if (barred.At(column, row) == 0) {
         continue;
       }
       const BarCells bars = TakeParallel(column, row, gradients, &barred);
-      if (bars.count >= fewestCells) {
-        const PageArea area = barred.Pixels(bars.extent.Area(), image);
-        areas.push_back({area, LookAt(image, area).inverted, bars.sum.Angle()});
+      if (bars.cells.size() >= fewestCells) {
+        std::vector<std::pair<double, double>> middles;
+        for (const auto& [x, y] : bars.cells) {
+          middles.emplace_back((x + 0.5) * gradients.size, (y + 0.5) * gradients.size);
+        }
+        const TurnedArea area = AreaAround(middles, bars.sum.Angle(), gradients.size);
+        const double cell = double{1} * gradients.size * gradients.size;
+        if (static_cast<double>(bars.cells.size()) * cell >= leastFilled * SizeOf(area)) {
+          parts.push_back(area);
+        }
+      }
+    }
+  }
+  std::vector<SymbolArea> areas;
+  for (const TurnedArea& area : Joined(std::move(parts), 3.0 * gradients.size)) {
+    if (area.width >= leastWidth && CrossingsOf(image, area) >= fewestCrossings) {
+      areas.push_back({area, StandsOnDark(image, area, contrast)});
+    }
+  }
+  return areas;
+}
+
+/// The lengths of runs of dark and light pixels along a line, the latest of them.
+class Runs {
+ public:
+  static constexpr int Count = 7;
+
+  /// Adds a run that has ended.
+  void Add(int length) {
+    std::copy(lengths.begin() + 1, lengths.end(), lengths.begin());
+    lengths.back() = length;
+  }
+
+  /// The width of a ring where the runs are those through rings: as wide as each
+  /// other. 0 where they are not.
+  double Ring() const {
+    const auto [shortest, longest] = std::minmax_element(lengths.begin(), lengths.end());
+    // Blur widens light against dark or the other way round.
+    return *shortest >= 2 && 2 * *longest <= 3 * *shortest + 3 ? Total() / double{Count} : 0;
+  }
+  int Total() const { return std::accumulate(lengths.begin(), lengths.end(), 0); }
+
+ private:
+  std::array<int, Count> lengths{};
+};
+
+/// Of a few pixels around a place: the grain of a scan is finer than any ring.
+int SmoothLight(const PageImage& image, int x, int y) {
+  const auto threeOf = [x](const std::uint8_t* row) {
+    return row[x - 1] + 2 * row[x] + row[x + 1];
+  };
+  return (threeOf(Row(image, y - 1)) + 2 * threeOf(Row(image, y)) + threeOf(Row(image, y + 1))) /
+         16;
+}
+
+/// Tells dark from light along a line, without a change of mind for little.
+struct Shade {
+  int threshold;
+  int band;
+  bool dark;
+
+  Shade(Contrast contrast, int light)
+      : threshold((contrast.dark + contrast.light) / 2),
+        band(contrast.Range() / 12),
+        dark(light < threshold) {}
+
+  /// Whether the next pixel changes it.
+  bool Changes(int light) {
+    const bool changes = dark ? light > threshold + band : light < threshold - band;
+    dark = dark != changes;
+    return changes;
+  }
+};
+
+/// Looks from the middle up and down for as many rings as were seen across it. The
+/// row of the middle; none where the rings are not there.
+std::optional<double> MiddleOfRings(const PageImage& image, int x, int y, Contrast contrast,
+                                    double ring) {
+  double ends[2];
+  for (const int step : {-1, 1}) {
+    Shade shade(contrast, SmoothLight(image, x, y));
+    int at = y;
+    int start = y;
+    for (int rings = 0; rings < 4;) {
+      at += step;
+      if (at < 1 || at + 1 >= image.height) {
+        return {};
+      }
+      if (!shade.Changes(SmoothLight(image, x, at))) {
+        continue;
+      }
+      const int run = std::abs(at - start);
+      // What is left of the middle may be next to nothing, or a whole ring.
+      if (run > 1.6 * ring + 1 || (rings > 0 && run < 0.5 * ring)) {
+        return {};
+      }
+      start = at;
+      ++rings;
+    }
+    ends[step > 0 ? 1 : 0] = at;
+  }
+  const double height = ends[1] - ends[0];
+  if (std::abs(height - 7 * ring) > 1.5 * ring) {
+    return {};
+  }
+  return (ends[0] + ends[1]) / 2;
+}
+
+std::vector<SymbolArea> FindBullsEyes(const PageImage& image, const PageArea& printed,
+                                      Contrast contrast) {
+  constexpr int rowStep = 2;
+  std::vector<SymbolArea> areas;
+  const int left = std::max(1, printed.left);
+  const int right = std::min(image.width - 1, printed.left + printed.width);
+  const int bottom = std::min(image.height - 1, printed.top + printed.height);
+  for (int y = std::max(1, printed.top); y < bottom; y += rowStep) {
+    Runs runs;
+    Shade shade(contrast, SmoothLight(image, left, y));
+    int start = left;
+    for (int x = left; x < right; ++x) {
+      if (!shade.Changes(SmoothLight(image, x, y))) {
+        continue;
+      }
+      runs.Add(x - start);
+      start = x;
+      const double ring = runs.Ring();
+      if (ring == 0) {
+        continue;
+      }
+      const int middle = x - runs.Total() / 2;
+      if (const auto centre = MiddleOfRings(image, middle, y, contrast, ring)) {
+        const bool known = std::any_of(areas.begin(), areas.end(), [&](const SymbolArea& other) {
+          return std::hypot(other.area.middleX - middle, other.area.middleY - *centre) < 3 * ring;
+        });
+        if (!known) {
+          // The largest symbol is 151 modules wide. Four runs lie between the middle and
+          // the pixel that has just begun, so that both are of one shade.
+          const double size = 2 * 76 * ring;
+          areas.push_back({{double(middle), *centre, size, size, 0}, !shade.dark});
+        }
       }
     }
   }
@@ -407,18 +720,33 @@ bool Overlap(const PageArea& a, const PageArea& b) {
          b.top < a.top + a.height;
 }
 
+TurnedArea Upright(const PageArea& area) {
+  return {area.left + area.width / 2.0, area.top + area.height / 2.0, double(area.width),
+          double(area.height), 0};
+}
+
+PageArea TurnedArea::Around() const {
+  const double across = std::abs(std::cos(angle));
+  const double down = std::abs(std::sin(angle));
+  const double wide = width * across + height * down;
+  const double high = width * down + height * across;
+  const auto whole = [](double pixels) { return static_cast<int>(std::lround(pixels)); };
+  return {whole(middleX - wide / 2), whole(middleY - high / 2), whole(wide), whole(high)};
+}
+
 PageAreas FindAreas(const PageImage& image) {
   // A page of more pixels is not one of more symbols: it has larger ones.
   constexpr int largePage = 3000;
   const int cellSize = std::min(image.width, image.height) < largePage ? 4 : 8;
   constexpr int leastContrast = 16;
-  const int contrast = ContrastOf(image).Range();
-  if (contrast < leastContrast) {
+  const Contrast contrast = ContrastOf(image);
+  if (contrast.Range() < leastContrast) {
     return {};
   }
-  const Cells<std::uint8_t> edges = FindEdges(image, cellSize, contrast / 4);
-  return {ExtentOfMarked(edges, image), FindIsolated(image, edges),
-          FindBars(image, edges, contrast)};
+  const Cells<std::uint8_t> edges = FindEdges(image, cellSize, contrast.Range() / 4);
+  const PageArea printed = ExtentOfMarked(edges, image);
+  return {printed, FindIsolated(image, edges), FindBars(image, edges, contrast),
+          FindBullsEyes(image, printed, contrast)};
 }
 
 }  // namespace conduit

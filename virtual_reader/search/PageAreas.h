@@ -16,28 +16,34 @@ struct PageArea {
 
 bool Overlap(const PageArea& a, const PageArea& b);
 
-/// A part of the page that looks like a symbol.
-struct SymbolArea {
-  PageArea area;
-  bool inverted;  ///< light on dark
+/// A rectangle that need not stand upright, in pixels of the page.
+struct TurnedArea {
+  double middleX;
+  double middleY;
+  double width;   ///< along the angle
+  double height;  ///< across it
+  double angle;   ///< in radians, clockwise from the row
+
+  PageArea Around() const;
 };
 
-/// A part of the page that is full of parallel bars, as linear symbols and PDF417 are.
-struct BarArea {
-  PageArea area;
+TurnedArea Upright(const PageArea& area);
+
+/// A part of the page that looks like a symbol.
+struct SymbolArea {
+  TurnedArea area;
   bool inverted;  ///< light on dark
-  double angle;   ///< of the line across the bars, in radians clockwise from the row: within
-                  ///< a quarter turn either way
 };
 
 /// What stands where on a page, told by contrast alone.
 struct PageAreas {
-  PageArea printed;                  ///< around everything; empty where the page is blank
-  std::vector<SymbolArea> isolated;  ///< as dense as a matrix symbol, with a margin around it
-  std::vector<BarArea> bars;
+  PageArea printed;                   ///< around everything; empty where the page is blank
+  std::vector<SymbolArea> isolated;   ///< as dense as a matrix symbol, with a margin around it
+  std::vector<SymbolArea> bars;       ///< as linear symbols and PDF417 are; the angle crosses them
+  std::vector<SymbolArea> bullsEyes;  ///< rings as in the middle of an Aztec Code
 };
 
-/// Takes at most half a byte for each pixel of the image.
+/// Takes less than a byte for each pixel of the image.
 PageAreas FindAreas(const PageImage& image);
 
 }  // namespace conduit

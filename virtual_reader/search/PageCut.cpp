@@ -7,16 +7,13 @@
 
 namespace conduit {
 
-PageCut::PageCut(const PageImage& page, const PageArea& area, double angle, bool inverted)
-    : image{},
-      middle{area.left + area.width / 2.0, area.top + area.height / 2.0},
-      across(std::cos(angle)),
-      down(std::sin(angle)) {
-  const auto extent = [&](double width, double height) {
-    return static_cast<int>(std::lround(width * std::abs(across) + height * std::abs(down)));
-  };
-  image.width = std::max(1, extent(area.width, area.height));
-  image.height = std::max(1, extent(area.height, area.width));
+PageCut::PageCut(const PageImage& page, const TurnedArea& area, bool inverted)
+    : image{std::max(1, static_cast<int>(std::lround(area.width))),
+            std::max(1, static_cast<int>(std::lround(area.height))),
+            {}},
+      middle{area.middleX, area.middleY},
+      across(std::cos(area.angle)),
+      down(std::sin(area.angle)) {
   image.light.reserve(static_cast<std::size_t>(image.width) *
                       static_cast<std::size_t>(image.height));
   const std::uint8_t* const light = page.light.data();

@@ -8,8 +8,7 @@ namespace conduit {
 /// A part of a page, turned level and dark on light.
 class PageCut {
  public:
-  /// @param angle  of the line on the page that becomes a row, in radians clockwise
-  PageCut(const PageImage& page, const PageArea& area, double angle, bool inverted);
+  PageCut(const PageImage& page, const TurnedArea& area, bool inverted);
 
   const PageImage& Image() const { return image; }
 

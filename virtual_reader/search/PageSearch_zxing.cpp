@@ -58,15 +58,16 @@ ZXing::ImageView ViewOf(const PageImage& image) {
   return {image.light.data(), image.width, image.height, ZXing::ImageFormat::Lum};
 }
 
-ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats formats) {
+/// @param failures  also gives what is there and cannot be decoded
+ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats formats, bool failures) {
   // ZXing-C++ 1.4 searches an image a second time at a third of its size and compares
   // what it finds with the first time's results. Comparing linear ones asserts that
   // each was seen on one line only, which ends the process on any page with a linear
   // symbol where assertions are on, as in Debian's build.
   const bool comparable = !formats.testFlags(Linear);
   return ZXing::ReadBarcodes(
-      view,
-      ZXing::DecodeHints().setFormats(formats).setReturnErrors(true).setTryDownscale(comparable));
+      view, ZXing::DecodeHints().setFormats(formats).setReturnErrors(failures).setTryDownscale(
+                comparable));
 }
 
 /// What one page shows, found step by step.
@@ -83,12 +84,17 @@ class Search {
     LookIn(areas.printed, Linear);
     for (const SymbolArea& isolated : areas.isolated) {
       if (isolated.inverted) {
-        LookInCut(isolated.area, 0, true, Matrix);
+        LookInCut(isolated, Matrix);
       } else if (!IsKnown(isolated.area)) {
-        LookIn(isolated.area, FoundInTheMiddle);
+        LookIn(isolated.area.Around(), FoundInTheMiddle);
       }
     }
-    for (const BarArea& bars : areas.bars) {
+    for (const SymbolArea& bullsEye : areas.bullsEyes) {
+      if (!IsKnown(bullsEye.area)) {
+        LookInCut(bullsEye, BarcodeFormat::Aztec);
+      }
+    }
+    for (const SymbolArea& bars : areas.bars) {
       LookAt(bars);
     }
   }
@@ -99,40 +105,55 @@ class Search {
   /// The decoder takes bars for level up to here; text is, on most pages.
   static constexpr double Level = 0.05;
 
-  void LookAt(const BarArea& bars) {
+  void LookAt(SymbolArea bars) {
     constexpr double quarter = std::numbers::pi / 2;
-    const double turn = std::remainder(bars.angle, quarter);
+    constexpr double margin = 20;  // the light that a symbol needs around itself
     if (IsKnown(bars.area)) {
       return;
     }
-    if (bars.inverted || std::abs(turn) > Level) {
-      LookInCut(bars.area, std::abs(turn) > Level / 2 ? bars.angle : bars.angle - turn,
-                bars.inverted, MadeOfBars);
+    bars.area.width += 2 * margin;
+    bars.area.height += 2 * margin;
+    if (bars.inverted || std::abs(std::remainder(bars.area.angle, quarter)) > Level) {
+      LookInCut(bars, MadeOfBars);
     } else if (std::any_of(found.begin(), found.end(), [](const Found& one) {
                  return one.result.format() == BarcodeFormat::PDF417;
                })) {
       // The decoder finds all PDF417 of one direction, and then looks for no other.
-      LookIn(bars.area, BarcodeFormat::PDF417);
+      LookIn(bars.area.Around(), BarcodeFormat::PDF417);
     }
   }
 
   void LookIn(const PageArea& area, ZXing::BarcodeFormats formats) {
-    for (ZXing::Result& result :
-         Decode(ViewOf(page).cropped(area.left, area.top, area.width, area.height), formats)) {
-      PageArea at = AreaOf(result.position());
-      at.left += area.left;
-      at.top += area.top;
-      Add({std::move(result), at});
+    const auto view = ViewOf(page).cropped(area.left, area.top, area.width, area.height);
+    const auto add = [&](ZXing::Results results) {
+      for (ZXing::Result& result : results) {
+        PageArea at = AreaOf(result.position());
+        at.left += area.left;
+        at.top += area.top;
+        Add({std::move(result), at});
+      }
+    };
+    ZXing::Results results = Decode(view, formats, true);
+    ZXing::BarcodeFormats failed;
+    for (const ZXing::Result& result : results) {
+      if (!result.isValid()) {
+        failed |= result.format();
+      }
+    }
+    add(std::move(results));
+    // The decoder takes a line that fails for the symbol, and drops the good ones there.
+    if (!failed.empty()) {
+      add(Decode(view, failed, false));
     }
   }
 
-  void LookInCut(const PageArea& area, double angle, bool inverted, ZXing::BarcodeFormats formats) {
-    const PageCut cut(page, area, angle, inverted);
-    for (ZXing::Result& result : Decode(ViewOf(cut.Image()), formats)) {
-      if (result.isValid()) {
-        const PageArea at = cut.OnPage(AreaOf(result.position()));
-        Add({std::move(result), at});
-      }
+  void LookInCut(const SymbolArea& symbol, ZXing::BarcodeFormats formats) {
+    const PageCut cut(page, symbol.area, symbol.inverted);
+    for (ZXing::Result& result : Decode(ViewOf(cut.Image()), formats, false)) {
+      // Of a linear symbol only the lines are known on which it was read.
+      const bool linear = ZXing::BarcodeFormats(Linear).testFlag(result.format());
+      const PageArea at = linear ? symbol.area.Around() : cut.OnPage(AreaOf(result.position()));
+      Add({std::move(result), at});
     }
   }
 
@@ -146,9 +167,14 @@ class Search {
     }
   }
 
-  bool IsKnown(const PageArea& area) const {
+  /// Whether what stands in the middle of an area was read.
+  bool IsKnown(const TurnedArea& area) const {
+    const PageArea around = area.Around();
+    const PageArea middle = {static_cast<int>(area.middleX), static_cast<int>(area.middleY), 1, 1};
     return std::any_of(found.begin(), found.end(), [&](const Found& one) {
-      return one.result.isValid() && Overlap(one.area, area);
+      const PageArea foundMiddle = {one.area.left + one.area.width / 2,
+                                    one.area.top + one.area.height / 2, 1, 1};
+      return one.result.isValid() && (Overlap(one.area, middle) || Overlap(foundMiddle, around));
     });
   }
 
