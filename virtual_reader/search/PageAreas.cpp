@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <complex>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -519,6 +520,46 @@ int CrossingsOf(const PageImage& image, const TurnedArea& area) {
   return counts[lines / 2];
 }
 
+/// How clearly bars stand out when light is summed up along them, if they had the
+/// area's angle.
+double SharpnessOf(const PageImage& image, const TurnedArea& area) {
+  constexpr int lines = 32;
+  const double across = std::cos(area.angle);
+  const double down = std::sin(area.angle);
+  double sharpness = 0;
+  double before = 0;
+  for (double u = -area.width / 2; u < area.width / 2; ++u) {
+    double sum = 0;
+    for (int line = 0; line < lines; ++line) {
+      const double v = ((line + 0.5) / lines - 0.5) * area.height;
+      const auto x = static_cast<int>(area.middleX + u * across - v * down);
+      const auto y = static_cast<int>(area.middleY + u * down + v * across);
+      const bool inside = x >= 0 && y >= 0 && x < image.width && y < image.height;
+      sum += inside ? Row(image, y)[x] : 255;
+    }
+    sharpness += (sum - before) * (sum - before);
+    before = sum;
+  }
+  return sharpness;
+}
+
+/// The angle at which bars in the area are clearest, of those as far to each side.
+double ClearestAngle(const PageImage& image, TurnedArea area, double degrees, double step) {
+  constexpr double degree = std::numbers::pi / 180;
+  const double middle = area.angle;
+  double best = middle;
+  double clearest = -1;
+  for (double turn = -degrees; turn <= degrees; turn += step) {
+    area.angle = middle + turn * degree;
+    const double sharpness = SharpnessOf(image, area);
+    if (sharpness > clearest) {
+      clearest = sharpness;
+      best = area.angle;
+    }
+  }
+  return best;
+}
+
 /// Whether it is dark to both ends of the bars, where the margin of a symbol is.
 bool StandsOnDark(const PageImage& image, const TurnedArea& area, Contrast contrast) {
   constexpr int places = 9;
@@ -581,8 +622,12 @@ std::vector<SymbolArea> FindBars(const PageImage& image, const Cells<std::uint8_
     }
   }
   std::vector<SymbolArea> areas;
-  for (const TurnedArea& area : Joined(std::move(parts), 3.0 * gradients.size)) {
+  for (TurnedArea& area : Joined(std::move(parts), 3.0 * gradients.size)) {
     if (area.width >= leastWidth && CrossingsOf(image, area) >= fewestCrossings) {
+      // The gradients' angle is a few degrees off where modules are small: the grid of
+      // pixels has directions of its own.
+      area.angle = ClearestAngle(image, area, 4, 1);
+      area.angle = ClearestAngle(image, area, 1, 0.25);
       areas.push_back({area, StandsOnDark(image, area, contrast)});
     }
   }
@@ -675,6 +720,32 @@ std::optional<double> MiddleOfRings(const PageImage& image, int x, int y, Contra
   return (ends[0] + ends[1]) / 2;
 }
 
+/// The angle of squares within each other: an eighth turn at most, as their sides are
+/// all alike.
+double AngleOfSquares(const PageImage& image, const TurnedArea& squares) {
+  const PageArea area = squares.Around();
+  const int right = std::min(image.width - 1, area.left + area.width);
+  const int bottom = std::min(image.height - 1, area.top + area.height);
+  // The fourth power of a gradient points the same way for all four sides.
+  std::complex<double> sum;
+  for (int y = std::max(1, area.top); y < bottom; ++y) {
+    const std::uint8_t* const above = Row(image, y - 1);
+    const std::uint8_t* const here = Row(image, y);
+    const std::uint8_t* const below = Row(image, y + 1);
+    for (int x = std::max(1, area.left); x < right; ++x) {
+      const auto step = [x](const std::uint8_t* row) { return row[x + 1] - row[x - 1]; };
+      const auto light = [x](const std::uint8_t* row) {
+        return 3 * row[x - 1] + 10 * row[x] + 3 * row[x + 1];
+      };
+      const std::complex<double> gradient(3 * step(above) + 10 * step(here) + 3 * step(below),
+                                          light(below) - light(above));
+      const std::complex<double> square = gradient * gradient;
+      sum += square * square;
+    }
+  }
+  return std::arg(sum) / 4;
+}
+
 std::vector<SymbolArea> FindBullsEyes(const PageImage& image, const PageArea& printed,
                                       Contrast contrast) {
   constexpr int rowStep = 2;
@@ -702,10 +773,11 @@ std::vector<SymbolArea> FindBullsEyes(const PageImage& image, const PageArea& pr
           return std::hypot(other.area.middleX - middle, other.area.middleY - *centre) < 3 * ring;
         });
         if (!known) {
-          // The largest symbol is 151 modules wide. Four runs lie between the middle and
-          // the pixel that has just begun, so that both are of one shade.
-          const double size = 2 * 76 * ring;
-          areas.push_back({{double(middle), *centre, size, size, 0}, !shade.dark});
+          TurnedArea area = {double(middle), *centre, 7 * ring, 7 * ring, 0};
+          area.angle = AngleOfSquares(image, area);
+          // Four runs lie between the middle and the pixel that has just begun, so that
+          // both are of one shade.
+          areas.push_back({area, !shade.dark});
         }
       }
     }

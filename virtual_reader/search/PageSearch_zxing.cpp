@@ -2,10 +2,8 @@
 #include <ZXing/ReadBarcode.h>
 
 #include <algorithm>
-#include <cmath>
 #include <exception>
 #include <iterator>
-#include <numbers>
 #include <utility>
 
 #include "virtual_reader/search/PageAreas.h"
@@ -70,6 +68,22 @@ ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats format
                 comparable));
 }
 
+/// Parts of an area that the decoder takes one by one, as it needs up to four bytes a
+/// pixel. They overlap by more than a symbol on a scan of 600 dpi is high.
+std::vector<PageArea> BandsOf(const PageArea& area) {
+  constexpr int mostPixels = 16'000'000;
+  constexpr int overlap = 1000;
+  const int height = std::max(2 * overlap, mostPixels / area.width);
+  std::vector<PageArea> bands;
+  for (int top = 0;; top += height - overlap) {
+    if (top + height >= area.height) {
+      bands.push_back({area.left, area.top + top, area.width, area.height - top});
+      return bands;
+    }
+    bands.push_back({area.left, area.top + top, area.width, height});
+  }
+}
+
 /// What one page shows, found step by step.
 class Search {
  public:
@@ -80,59 +94,78 @@ class Search {
     if (areas.printed.width == 0) {
       return;
     }
-    LookIn(areas.printed, Matrix);
-    LookIn(areas.printed, Linear);
+    // What looks like one symbol comes first. The decoder gives places that are not
+    // right to what it finds on a whole page that is turned for it, so that a symbol is
+    // told by its bytes from one that was found before.
+    for (const SymbolArea& bars : areas.bars) {
+      LookAt(bars);
+    }
+    for (const SymbolArea& bullsEye : areas.bullsEyes) {
+      LookAround(bullsEye);
+    }
+    for (const PageArea& band : BandsOf(areas.printed)) {
+      LookOnPage(band, Matrix);
+      LookOnPage(band, Linear);
+    }
     for (const SymbolArea& isolated : areas.isolated) {
       if (isolated.inverted) {
         LookInCut(isolated, Matrix);
       } else if (!IsKnown(isolated.area)) {
-        LookIn(isolated.area.Around(), FoundInTheMiddle);
+        for (Found& one : LookIn(isolated.area.Around(), FoundInTheMiddle)) {
+          Add(std::move(one));
+        }
       }
-    }
-    for (const SymbolArea& bullsEye : areas.bullsEyes) {
-      if (!IsKnown(bullsEye.area)) {
-        LookInCut(bullsEye, BarcodeFormat::Aztec);
-      }
-    }
-    for (const SymbolArea& bars : areas.bars) {
-      LookAt(bars);
     }
   }
 
   std::vector<Found> Take() { return std::move(found); }
 
  private:
-  /// The decoder takes bars for level up to here; text is, on most pages.
-  static constexpr double Level = 0.05;
+  /// The decoder takes what stands around a symbol for a part of it, and knows how to
+  /// read one that is turned by a few degrees no better than PDF417.
+  void LookAround(SymbolArea bullsEye) {
+    constexpr double ringsAcross = 7;
+    const double ring = bullsEye.area.width / ringsAcross;
+    for (const int modules : {32, 48, 80, 160}) {  // symbols are 15 to 151 wide
+      if (IsKnown(bullsEye.area)) {
+        return;
+      }
+      bullsEye.area.width = modules * ring;
+      bullsEye.area.height = modules * ring;
+      LookInCut(bullsEye, BarcodeFormat::Aztec);
+    }
+  }
 
   void LookAt(SymbolArea bars) {
-    constexpr double quarter = std::numbers::pi / 2;
     constexpr double margin = 20;  // the light that a symbol needs around itself
     if (IsKnown(bars.area)) {
       return;
     }
     bars.area.width += 2 * margin;
     bars.area.height += 2 * margin;
-    if (bars.inverted || std::abs(std::remainder(bars.area.angle, quarter)) > Level) {
+    LookInCut(bars, MadeOfBars);
+    if (!IsKnown(bars.area)) {
+      bars.inverted = !bars.inverted;  // what was taken for its margin may be another thing
       LookInCut(bars, MadeOfBars);
-    } else if (std::any_of(found.begin(), found.end(), [](const Found& one) {
-                 return one.result.format() == BarcodeFormat::PDF417;
-               })) {
-      // The decoder finds all PDF417 of one direction, and then looks for no other.
-      LookIn(bars.area.Around(), BarcodeFormat::PDF417);
     }
   }
 
-  void LookIn(const PageArea& area, ZXing::BarcodeFormats formats) {
-    const auto view = ViewOf(page).cropped(area.left, area.top, area.width, area.height);
-    const auto add = [&](ZXing::Results results) {
-      for (ZXing::Result& result : results) {
-        PageArea at = AreaOf(result.position());
-        at.left += area.left;
-        at.top += area.top;
-        Add({std::move(result), at});
+  void LookOnPage(const PageArea& area, ZXing::BarcodeFormats formats) {
+    const std::vector<Found> before = found;
+    for (Found& one : LookIn(area, formats)) {
+      const bool known = std::any_of(before.begin(), before.end(), [&one](const Found& other) {
+        return one.result.isValid() && other.result.isValid() &&
+               one.result.format() == other.result.format() &&
+               one.result.bytes() == other.result.bytes();
+      });
+      if (!known) {
+        Add(std::move(one));
       }
-    };
+    }
+  }
+
+  std::vector<Found> LookIn(const PageArea& area, ZXing::BarcodeFormats formats) const {
+    const auto view = ViewOf(page).cropped(area.left, area.top, area.width, area.height);
     ZXing::Results results = Decode(view, formats, true);
     ZXing::BarcodeFormats failed;
     for (const ZXing::Result& result : results) {
@@ -140,11 +173,19 @@ class Search {
         failed |= result.format();
       }
     }
-    add(std::move(results));
     // The decoder takes a line that fails for the symbol, and drops the good ones there.
     if (!failed.empty()) {
-      add(Decode(view, failed, false));
+      ZXing::Results good = Decode(view, failed, false);
+      std::move(good.begin(), good.end(), std::back_inserter(results));
     }
+    std::vector<Found> here;
+    for (ZXing::Result& result : results) {
+      PageArea at = AreaOf(result.position());
+      at.left += area.left;
+      at.top += area.top;
+      here.push_back({std::move(result), at});
+    }
+    return here;
   }
 
   void LookInCut(const SymbolArea& symbol, ZXing::BarcodeFormats formats) {
