@@ -112,18 +112,60 @@ TEST(AamvaReading, SendsAnUnknownColourAsUnknownAndSaysSo) {
   EXPECT_THAT(reading.warnings, ElementsAre(HasSubstr("DAY is \"XYZ\"")));
 }
 
-TEST(AamvaReading, RefusesWhatItCannotRead) {
+TEST(AamvaReading, PartsNamesAsOlderCardsDo) {
+  for (const char* name : {"DOE@JANE@ANN", "DOE$JANE$ANN", "DOE,JANE,ANN", "DOE@JANE,ANN"}) {
+    const ReaderAamvaData r = ReadAamva(Barcode(std::string("DAQ1\nDAA") + name, true)).record;
+    EXPECT_STREQ(r.surname, "DOE") << name;
+    EXPECT_STREQ(r.forename, "JANE") << name;
+    EXPECT_STREQ(r.middleName, "ANN") << name;
+    EXPECT_STREQ(r.givenNames, "JANE ANN") << name;
+  }
+  EXPECT_STREQ(ReadAamva(Barcode("DAQ1\nDCTANNE@MARIE")).record.middleName, "MARIE");
+}
+
+TEST(AamvaReading, UnderstandsHeightsAsPeopleWriteThem) {
+  const std::pair<const char*, std::int32_t> cases[] = {
+      {"5'-10\"", 70}, {"5' 10\"", 70}, {"5'10", 70},  {"5-10", 70}, {"5 FT 10 IN", 70},
+      {"6'", 72},      {"6'-00\"", 72}, {"070\"", 70}, {"510", 70},  {"070 IN", 70},
+  };
+  for (const auto& [height, inches] : cases) {
+    const AamvaReading reading = ReadAamva(Barcode(std::string("DAQ1\nDAU") + height));
+    EXPECT_EQ(Figures(reading.record)[0], inches) << height;
+    EXPECT_EQ(Figures(reading.record)[1], Code(ReaderMeasurementUnit::Inch)) << height;
+    EXPECT_THAT(reading.warnings, IsEmpty()) << height;
+  }
+}
+
+TEST(AamvaReading, LeavesOutTheElementThatItCannotReadAndNamesIt) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"DBB13322020", "DBB is \"13322020\", not a date in the order MMDDYYYY"},
+      {"DBB0606", "DBB is \"0606\""},
+      {"DBC7", "DBC is \"7\""},
+      {"DAUtall", "DAU is \"tall\""},
+      {"DAU5'-14\"", "DAU is \"5'-14\"\""},
+      {"DAU5'10 cm", "DAU is"},
+      {"DAU999999999999 in", "DAU is"},
+      {"DAWheavy", "DAW is \"heavy\""},
+      {"DCUXVIII", "DCU (nameSuffix) has 5 bytes, the record holds 3"},
+  };
+  for (const auto& [element, reason] : cases) {
+    const AamvaReading reading =
+        ReadAamva(Barcode(std::string("DAQ1\n") + element + "\nDCSROE\nDBA12312024"));
+    EXPECT_THAT(reading.warnings, ElementsAre(HasSubstr(reason))) << element;
+    EXPECT_STREQ(reading.record.surname, "ROE") << element;
+    EXPECT_EQ(Text(reading.record.dateOfBirth), "-1.-1.-1") << element;
+    EXPECT_EQ(Text(reading.record.expiryDate), "31.12.24") << element;
+    EXPECT_THAT(Figures(reading.record), ElementsAre(0, 0, 0, 0, 0, 0)) << element;
+    EXPECT_STREQ(reading.record.nameSuffix, "") << element;
+  }
+}
+
+TEST(AamvaReading, RefusesWhatIsNoLicence) {
   const std::pair<std::string, const char*> cases[] = {
       {"", "does not begin with \"@\""},
       {"@ DAQ1", "\"ANSI \" does not follow"},
       {"@\n\x1e\rANSI 63600", "are not 8 digits"},
       {"@\n\x1e\rANSI 636000090001", "holds no element"},
-      {Barcode("DAQ1\nDBB13322020"), "DBB is \"13322020\", not a date in the order MMDDYYYY"},
-      {Barcode("DAQ1\nDBB0606"), "DBB is \"0606\""},
-      {Barcode("DAQ1\nDBC7"), "DBC is \"7\""},
-      {Barcode("DAQ1\nDAUtall"), "DAU is \"tall\""},
-      {Barcode("DAQ1\nDAWheavy"), "DAW is \"heavy\""},
-      {Barcode("DAQ1\nDCUXVIII"), "DCU (nameSuffix) has 5 bytes, the record holds 3"},
   };
   for (const auto& [text, reason] : cases) {
     try {

@@ -186,6 +186,8 @@ std::string ValueOf(const Elements& elements, const std::string& id) {
   return found == elements.end() ? "" : found->second;
 }
 
+constexpr ReaderDate AbsentDate = {ReaderDateAbsent, ReaderDateAbsent, ReaderDateAbsent};
+
 bool IsDate(ReaderDate date) {
   return date.month >= 1 && date.month <= 12 && date.day >= 1 && date.day <= 31;
 }
@@ -195,7 +197,7 @@ bool IsDate(ReaderDate date) {
 ReaderDate DateOf(const Elements& elements, const std::string& id, bool yearFirst) {
   const std::string text = ValueOf(elements, id);
   if (text.empty() || text == "00000000") {
-    return {ReaderDateAbsent, ReaderDateAbsent, ReaderDateAbsent};
+    return AbsentDate;
   }
   if (text.size() == 8 && IsNumber(text)) {
     const auto part = [&text](std::size_t at) { return Number(text.substr(at, 2)); };
@@ -216,7 +218,50 @@ struct Measurement {
   ReaderMeasurementUnit unit;
 };
 
-/// "069 in", "175 cm", or feet and inches in three digits, as older cards have it.
+/// The first number of a text, which it is taken away from with the blanks around it.
+std::optional<std::int32_t> TakeNumber(std::string_view* text) {
+  *text = Trimmed(*text);
+  const std::size_t end = std::min(text->find_first_not_of("0123456789"), text->size());
+  const std::string_view digits = text->substr(0, end);
+  if (!IsNumber(digits)) {
+    return {};
+  }
+  text->remove_prefix(end);
+  *text = Trimmed(*text);
+  return Number(digits);
+}
+
+bool TakeMark(std::string_view mark, std::string_view* text) {
+  const bool found = text->starts_with(mark);
+  text->remove_prefix(found ? mark.size() : 0);
+  return found;
+}
+
+/// Feet and inches as people write them: 5'-10", 5' 10", 5-10, 5 FT 10 IN, 5'.
+std::optional<std::int32_t> InchesOf(std::string_view text) {
+  constexpr std::int32_t inchesOfFoot = 12;
+  const auto feet = TakeNumber(&text);
+  if (!feet || *feet > 9 ||
+      (!TakeMark("'", &text) && !TakeMark("ft", &text) && !text.starts_with('-'))) {
+    return {};
+  }
+  text = Trimmed(text);
+  TakeMark("-", &text);
+  std::int32_t inches = 0;
+  if (!text.empty()) {
+    const auto given = TakeNumber(&text);
+    const bool ends =
+        TakeMark("\"", &text) || TakeMark("''", &text) || TakeMark("in", &text) || text.empty();
+    if (!given || *given >= inchesOfFoot || !ends || !text.empty()) {
+      return {};
+    }
+    inches = *given;
+  }
+  return *feet * inchesOfFoot + inches;
+}
+
+/// "069 in", "175 cm", feet and inches in three digits, as older cards have it, or
+/// with marks.
 Measurement HeightOf(const Elements& elements) {
   const std::string centimetres = ValueOf(elements, "DAV");
   const std::string text = ValueOf(elements, "DAU");
@@ -225,20 +270,23 @@ Measurement HeightOf(const Elements& elements) {
                ? Measurement{Number(centimetres), ReaderMeasurementUnit::Centimetre}
                : Measurement{};
   }
-  const std::size_t end = std::min(text.find_first_not_of("0123456789"), text.size());
-  const std::string digits = text.substr(0, end);
-  std::string unit(Trimmed(std::string_view(text).substr(end)));
-  std::transform(unit.begin(), unit.end(), unit.begin(),
+  std::string lower = text;
+  std::transform(lower.begin(), lower.end(), lower.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  if (IsNumber(digits) && unit == "in") {
-    return {Number(digits), ReaderMeasurementUnit::Inch};
+  if (const auto inches = InchesOf(lower)) {
+    return {*inches, ReaderMeasurementUnit::Inch};
   }
-  if (IsNumber(digits) && unit == "cm") {
-    return {Number(digits), ReaderMeasurementUnit::Centimetre};
-  }
-  if (digits.size() == 3 && unit.empty() && Number(digits.substr(1)) < 12) {
-    return {Number(digits.substr(0, 1)) * 12 + Number(digits.substr(1)),
-            ReaderMeasurementUnit::Inch};
+  std::string_view unit = lower;
+  if (const auto number = TakeNumber(&unit)) {
+    if (unit == "in" || unit == "\"") {
+      return {*number, ReaderMeasurementUnit::Inch};
+    }
+    if (unit == "cm") {
+      return {*number, ReaderMeasurementUnit::Centimetre};
+    }
+    if (text.size() == 3 && unit.empty() && *number % 100 < 12) {
+      return {*number / 100 * 12 + *number % 100, ReaderMeasurementUnit::Inch};
+    }
   }
   Refuse("DAU is \"" + text + "\", not a height as \"069 in\", \"175 cm\" or \"509\"");
 }
@@ -285,12 +333,16 @@ void ReadSex(const Elements& elements, ReaderAamvaData* record) {
   }
 }
 
-/// Splits at commas, or at blanks where there are none.
+/// What parts the names in one element: a comma, and on older cards also these.
+constexpr std::string_view NameSeparators = ",@$";
+
+/// Splits at separators, or at blanks where there are none.
 std::vector<std::string> SplitName(std::string_view text) {
-  const char separator = text.find(',') != std::string_view::npos ? ',' : ' ';
+  const bool separated = text.find_first_of(NameSeparators) != std::string_view::npos;
+  const std::string_view separators = separated ? NameSeparators : " ";
   std::vector<std::string> parts;
   while (!text.empty()) {
-    const std::size_t end = std::min(text.find(separator), text.size());
+    const std::size_t end = std::min(text.find_first_of(separators), text.size());
     parts.emplace_back(Trimmed(text.substr(0, end)));
     text.remove_prefix(std::min(end + 1, text.size()));
   }
@@ -310,7 +362,8 @@ std::string Joined(const std::vector<std::string>& parts) {
 void CompleteNames(Elements* elements) {
   Elements& all = *elements;
   const std::string whole = ValueOf(all, "DAA");
-  if (const auto full = SplitName(whole); whole.find(',') != std::string::npos) {
+  if (const auto full = SplitName(whole);
+      whole.find_first_of(NameSeparators) != std::string::npos) {
     all.emplace("DAB", full[0]);
     all.emplace("DAC", full.size() > 1 ? full[1] : "");
     all.emplace("DAD",
@@ -347,22 +400,36 @@ AamvaReading ReadAamva(std::string_view text) {
   CompleteNames(&elements);
 
   ReaderAamvaData& record = reading.record;
+  const auto eachByItself = [&reading](auto&& read) {
+    try {
+      read();
+    } catch (const std::invalid_argument& reason) {
+      reading.warnings.push_back(std::string(reason.what()) + ": left out");
+    }
+  };
   for (const auto& field : Texts) {
     const std::string id = elements.contains(field.id) ? field.id : field.older;
-    PutText(reinterpret_cast<char*>(&record) + field.offset, field.size, ValueOf(elements, id),
-            id + " (" + field.name + ")");
+    eachByItself([&] {
+      PutText(reinterpret_cast<char*>(&record) + field.offset, field.size, ValueOf(elements, id),
+              id + " (" + field.name + ")");
+    });
   }
-  ReadSex(elements, &record);
+  eachByItself([&] { ReadSex(elements, &record); });
   const bool yearFirst = header.version < 2 || ValueOf(elements, "DCG") == "CAN";
-  record.dateOfBirth = DateOf(elements, "DBB", yearFirst);
-  record.issueDate = DateOf(elements, "DBD", yearFirst);
-  record.expiryDate = DateOf(elements, "DBA", yearFirst);
-  const Measurement height = HeightOf(elements);
-  record.height = height.value;
-  record.heightUnit = static_cast<std::int32_t>(height.unit);
-  const Measurement weight = WeightOf(elements);
-  record.weight = weight.value;
-  record.weightUnit = static_cast<std::int32_t>(weight.unit);
+  record.dateOfBirth = record.issueDate = record.expiryDate = AbsentDate;
+  eachByItself([&] { record.dateOfBirth = DateOf(elements, "DBB", yearFirst); });
+  eachByItself([&] { record.issueDate = DateOf(elements, "DBD", yearFirst); });
+  eachByItself([&] { record.expiryDate = DateOf(elements, "DBA", yearFirst); });
+  eachByItself([&] {
+    const Measurement height = HeightOf(elements);
+    record.height = height.value;
+    record.heightUnit = static_cast<std::int32_t>(height.unit);
+  });
+  eachByItself([&] {
+    const Measurement weight = WeightOf(elements);
+    record.weight = weight.value;
+    record.weightUnit = static_cast<std::int32_t>(weight.unit);
+  });
   record.eyeColor = ColorOf(elements, "DAY", EyeColors, &reading.warnings);
   record.hairColor = ColorOf(elements, "DAZ", HairColors, &reading.warnings);
   return reading;

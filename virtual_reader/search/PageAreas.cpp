@@ -700,13 +700,14 @@ std::optional<double> MiddleOfRings(const PageImage& image, int x, int y, Contra
       if (at < 1 || at + 1 >= image.height) {
         return {};
       }
-      if (!shade.Changes(SmoothLight(image, x, at))) {
-        continue;
-      }
       const int run = std::abs(at - start);
+      const bool ends = shade.Changes(SmoothLight(image, x, at));
       // What is left of the middle may be next to nothing, or a whole ring.
-      if (run > 1.6 * ring + 1 || (rings > 0 && run < 0.5 * ring)) {
+      if (run > 1.6 * ring + 1 || (ends && rings > 0 && run < 0.5 * ring)) {
         return {};
+      }
+      if (!ends) {
+        continue;
       }
       start = at;
       ++rings;
@@ -749,15 +750,16 @@ double AngleOfSquares(const PageImage& image, const TurnedArea& squares) {
 std::vector<SymbolArea> FindBullsEyes(const PageImage& image, const PageArea& printed,
                                       Contrast contrast) {
   constexpr int rowStep = 2;
+  constexpr std::size_t most = 32;  // more of them are a pattern, as of a chequered floor
   std::vector<SymbolArea> areas;
   const int left = std::max(1, printed.left);
   const int right = std::min(image.width - 1, printed.left + printed.width);
   const int bottom = std::min(image.height - 1, printed.top + printed.height);
-  for (int y = std::max(1, printed.top); y < bottom; y += rowStep) {
+  for (int y = std::max(1, printed.top); y < bottom && areas.size() < most; y += rowStep) {
     Runs runs;
     Shade shade(contrast, SmoothLight(image, left, y));
     int start = left;
-    for (int x = left; x < right; ++x) {
+    for (int x = left; x < right && areas.size() < most; ++x) {
       if (!shade.Changes(SmoothLight(image, x, y))) {
         continue;
       }

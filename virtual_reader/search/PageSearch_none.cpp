@@ -4,6 +4,14 @@ namespace conduit {
 
 bool CanSearchPages() { return false; }
 
+std::vector<ReaderDataType> BarcodesNotLookedFor() {
+  std::vector<ReaderDataType> all;
+  for (const ReaderBarcodeName& row : ReaderBarcodeNames) {
+    all.push_back(row.type);
+  }
+  return all;
+}
+
 PageFindings SearchPage(const PageImage& /*image*/) { return {}; }
 
 }  // namespace conduit

@@ -2,6 +2,7 @@
 #include <ZXing/ReadBarcode.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <iterator>
 #include <utility>
@@ -87,7 +88,8 @@ std::vector<PageArea> BandsOf(const PageArea& area) {
 /// What one page shows, found step by step.
 class Search {
  public:
-  explicit Search(const PageImage& image) : page(image) {}
+  explicit Search(const PageImage& image)
+      : page(image), pixelsLeft(std::int64_t{3} * image.width * image.height) {}
 
   void Run() {
     const PageAreas areas = FindAreas(page);
@@ -189,6 +191,12 @@ class Search {
   }
 
   void LookInCut(const SymbolArea& symbol, ZXing::BarcodeFormats formats) {
+    constexpr double mostPixels = 16e6;
+    const double pixels = symbol.area.width * symbol.area.height;
+    if (pixels > mostPixels || pixels > static_cast<double>(pixelsLeft)) {
+      return;
+    }
+    pixelsLeft -= static_cast<std::int64_t>(pixels);
     const PageCut cut(page, symbol.area, symbol.inverted);
     for (ZXing::Result& result : Decode(ViewOf(cut.Image()), formats, false)) {
       // Of a linear symbol only the lines are known on which it was read.
@@ -220,6 +228,7 @@ class Search {
   }
 
   const PageImage& page;
+  std::int64_t pixelsLeft;  ///< to cut out: bounds the time that a page full of patterns takes
   std::vector<Found> found;
 };
 
@@ -267,6 +276,17 @@ std::string FailureOf(const Found& found) {
 }  // namespace
 
 bool CanSearchPages() { return true; }
+
+std::vector<ReaderDataType> BarcodesNotLookedFor() {
+  std::vector<ReaderDataType> missing;
+  for (const ReaderBarcodeName& row : ReaderBarcodeNames) {
+    if (std::none_of(std::begin(Symbologies), std::end(Symbologies),
+                     [&row](const auto& symbology) { return symbology.type == row.type; })) {
+      missing.push_back(row.type);
+    }
+  }
+  return missing;
+}
 
 PageFindings SearchPage(const PageImage& image) {
   PageFindings findings;
