@@ -701,12 +701,12 @@ std::optional<double> MiddleOfRings(const PageImage& image, int x, int y, Contra
         return {};
       }
       const int run = std::abs(at - start);
-      const bool ends = shade.Changes(SmoothLight(image, x, at));
+      const bool over = shade.Changes(SmoothLight(image, x, at));
       // What is left of the middle may be next to nothing, or a whole ring.
-      if (run > 1.6 * ring + 1 || (ends && rings > 0 && run < 0.5 * ring)) {
+      if (run > 1.6 * ring + 1 || (over && rings > 0 && run < 0.5 * ring)) {
         return {};
       }
-      if (!ends) {
+      if (!over) {
         continue;
       }
       start = at;
