@@ -112,7 +112,7 @@ class Drawing {
       : random(seed),
         page{{width, height, std::vector<std::uint8_t>(Area(width, height), 235)}, {}} {}
 
-  /// Lines of upright and level strokes of the size of letters.
+  /// Lines of strokes as letters have them.
   void DrawText() {
     for (int y = 40; y + 40 < page.image.height; y += 48) {
       for (int x = 40; x + 24 < page.image.width; x += 22) {
@@ -120,8 +120,13 @@ class Drawing {
         if (shape == 0) {
           continue;  // between words
         }
-        Fill(x, y, 4, 28);
-        Fill(x + Number(4, 12), y + Number(0, 14), 4, 14);
+        if (shape % 3 != 0) {
+          Fill(x, y, 4, 28);
+        }
+        const int slant = Number(-1, 1);
+        for (int step = 0; step < 14; ++step) {
+          Fill(x + 7 + slant * (step - 7) / 2, y + 2 * step, 4, 2);
+        }
         Fill(x, y + 4 * shape - 4, 14, 4);
       }
     }

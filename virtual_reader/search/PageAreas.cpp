@@ -35,12 +35,12 @@ struct Cells {
   Value& At(int column, int row) { return values[Index(column, row)]; }
   const Value& At(int column, int row) const { return values[Index(column, row)]; }
 
-  /// The pixels of these cells, and of one more to each side.
-  PageArea Pixels(const PageArea& cells, const PageImage& image) const {
-    const int left = std::max(0, (cells.left - 1) * size);
-    const int top = std::max(0, (cells.top - 1) * size);
-    return {left, top, std::min(image.width, (cells.left + cells.width + 1) * size) - left,
-            std::min(image.height, (cells.top + cells.height + 1) * size) - top};
+  /// The pixels of these cells, and of some more to each side.
+  PageArea Pixels(const PageArea& cells, const PageImage& image, int margin) const {
+    const int left = std::max(0, (cells.left - margin) * size);
+    const int top = std::max(0, (cells.top - margin) * size);
+    return {left, top, std::min(image.width, (cells.left + cells.width + margin) * size) - left,
+            std::min(image.height, (cells.top + cells.height + margin) * size) - top};
   }
 
  private:
@@ -181,7 +181,8 @@ PageArea ExtentOfMarked(const Cells<std::uint8_t>& cells, const PageImage& image
       }
     }
   }
-  return extent.right < 0 ? PageArea{} : cells.Pixels(extent.Area(), image);
+  constexpr int margin = 20;  // a linear symbol is none without ten light modules beside it
+  return extent.right < 0 ? PageArea{} : cells.Pixels(extent.Area(), image, margin);
 }
 
 /// What an area shows on lines through it.
@@ -253,7 +254,7 @@ std::vector<SymbolArea> FindIsolated(const PageImage& image, Cells<std::uint8_t>
       if (shorter * edges.size < fewestPixels || longer > shorter * flattest) {
         continue;
       }
-      const PageArea area = edges.Pixels(cells, image);
+      const PageArea area = edges.Pixels(cells, image, 1);
       const Look look = LookAt(image, area);
       if (std::min(look.crossings, look.crossingsDown) >= fewestCrossings &&
           look.crossings + look.crossingsDown >= fewestOfBoth) {
@@ -498,7 +499,7 @@ void EachLine(const PageImage& image, const TurnedArea& area, int lines, See&& s
 
 /// How often most lines across the bars go from dark to light or back.
 int CrossingsOf(const PageImage& image, const TurnedArea& area) {
-  constexpr int lines = 9;
+  constexpr int lines = 27;
   int lowest = 255;
   int highest = 0;
   EachLine(image, area, lines, [&](int /*line*/, int light) {
@@ -516,8 +517,9 @@ int CrossingsOf(const PageImage& image, const TurnedArea& area) {
       ++counts[at];
     }
   });
-  std::nth_element(counts.begin(), counts.begin() + lines / 2, counts.end());
-  return counts[lines / 2];
+  // Two lines in three: between the lines of a text is nothing to cross.
+  std::nth_element(counts.begin(), counts.begin() + lines / 3, counts.end());
+  return counts[lines / 3];
 }
 
 /// How clearly bars stand out when light is summed up along them, if they had the

@@ -2,7 +2,9 @@
 #include <ZXing/ReadBarcode.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <exception>
 #include <iterator>
 #include <utility>
@@ -36,8 +38,6 @@ constexpr auto Matrix = BarcodeFormat::PDF417 | BarcodeFormat::Aztec | BarcodeFo
 /// The decoder looks for these around the middle of an image only.
 constexpr auto FoundInTheMiddle = BarcodeFormat::Aztec | BarcodeFormat::DataMatrix;
 
-constexpr auto MadeOfBars = Linear | BarcodeFormat::PDF417;
-
 struct Found {
   ZXing::Result result;
   PageArea area;
@@ -59,15 +59,103 @@ ZXing::ImageView ViewOf(const PageImage& image) {
 
 /// @param failures  also gives what is there and cannot be decoded
 ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats formats, bool failures) {
-  // ZXing-C++ 1.4 searches an image a second time at a third of its size and compares
-  // what it finds with the first time's results. Comparing linear ones asserts that
-  // each was seen on one line only, which ends the process on any page with a linear
-  // symbol where assertions are on, as in Debian's build.
-  const bool comparable = !formats.testFlags(Linear);
-  return ZXing::ReadBarcodes(
-      view, ZXing::DecodeHints().setFormats(formats).setReturnErrors(failures).setTryDownscale(
-                comparable));
+  auto hints = ZXing::DecodeHints().setFormats(formats).setReturnErrors(failures);
+  if (formats.testFlags(Linear)) {
+    // ZXing-C++ 1.4 compares what it finds with its results so far, and for two linear
+    // ones of the same bytes, or of which one has failed, asserts that the former was
+    // seen on one line only. That ends the process where assertions are on, as in
+    // Debian's build: on most pages as soon as the page is searched a second time at a
+    // third of its size, and on any with two equal labels. One result is compared with
+    // none.
+    hints.setTryDownscale(false).setMaxNumberOfSymbols(1);
+  }
+  return ZXing::ReadBarcodes(view, hints);
 }
+
+PageArea Widened(const PageArea& area, int margin) {
+  return {area.left - margin, area.top - margin, area.width + 2 * margin, area.height + 2 * margin};
+}
+
+/// The bars that a line across them goes through, as far as each row of pixels is like
+/// the one before it.
+PageArea WholeSymbol(const PageImage& page, const PageArea& line) {
+  const bool level = line.width >= line.height;
+  const int start = std::max(1, level ? line.left : line.top);
+  const int end = level ? std::min(page.width, line.left + line.width)
+                        : std::min(page.height, line.top + line.height);
+  const auto light = [&](int along, int across) {
+    const std::ptrdiff_t at = level ? std::ptrdiff_t{across} * page.width + along
+                                    : std::ptrdiff_t{along} * page.width + across;
+    return int{page.light[static_cast<std::size_t>(at)]};
+  };
+  const int last = (level ? page.height : page.width) - 1;
+  int low = std::clamp(level ? line.top : line.left, 0, last);
+  int high = std::clamp(level ? line.top + line.height - 1 : line.left + line.width - 1, low, last);
+  int darkest = 255;
+  int lightest = 0;
+  for (int along = start; along < end; ++along) {
+    darkest = std::min(darkest, light(along, low));
+    lightest = std::max(lightest, light(along, low));
+  }
+  const auto alike = [&](int across, int next) {
+    // Bars that do not stand upright are a pixel further on in the next row.
+    for (const int shift : {0, -1, 1}) {
+      int difference = 0;
+      for (int along = start; along + 1 < end; ++along) {
+        difference += std::abs(light(along, across) - light(along + shift, next));
+      }
+      if (difference * 5 < (end - start) * (lightest - darkest)) {
+        return true;
+      }
+    }
+    return false;
+  };
+  while (low > 0 && alike(low, low - 1)) {
+    --low;
+  }
+  while (high < last && alike(high, high + 1)) {
+    ++high;
+  }
+  const int thickness = high - low + 1;
+  return level ? PageArea{line.left, low, line.width, thickness}
+               : PageArea{low, line.top, thickness, line.height};
+}
+
+/// A part of a page on which what was read is made to vanish.
+class Remainder {
+ public:
+  Remainder(const PageImage& image, const PageArea& part) : page(image), area(part) {}
+
+  void Cover(const PageArea& gone) {
+    if (light.empty()) {
+      for (int y = 0; y < area.height; ++y) {
+        const auto row = page.light.begin() + At(page.width, area.left, area.top + y);
+        light.insert(light.end(), row, row + area.width);
+      }
+    }
+    const int left = std::max(0, gone.left - area.left);
+    const int right = std::min(area.width, gone.left + gone.width - area.left);
+    const int bottom = std::min(area.height, gone.top + gone.height - area.top);
+    for (int y = std::max(0, gone.top - area.top); y < bottom && left < right; ++y) {
+      std::fill_n(light.begin() + At(area.width, left, y), right - left, std::uint8_t{255});
+    }
+  }
+
+  ZXing::ImageView View() const {
+    return light.empty()
+               ? ViewOf(page).cropped(area.left, area.top, area.width, area.height)
+               : ZXing::ImageView(light.data(), area.width, area.height, ZXing::ImageFormat::Lum);
+  }
+
+ private:
+  static std::ptrdiff_t At(int width, int x, int y) {
+    return static_cast<std::ptrdiff_t>(y) * width + x;
+  }
+
+  const PageImage& page;
+  PageArea area;
+  std::vector<std::uint8_t> light;  ///< empty: as on the page
+};
 
 /// Parts of an area that the decoder takes one by one, as it needs up to four bytes a
 /// pixel. They overlap by more than a symbol on a scan of 600 dpi is high.
@@ -106,8 +194,8 @@ class Search {
       LookAround(bullsEye);
     }
     for (const PageArea& band : BandsOf(areas.printed)) {
-      LookOnPage(band, Matrix);
-      LookOnPage(band, Linear);
+      LookOnPage(band);
+      LookForLinear(band);
     }
     for (const SymbolArea& isolated : areas.isolated) {
       if (isolated.inverted) {
@@ -145,16 +233,16 @@ class Search {
     }
     bars.area.width += 2 * margin;
     bars.area.height += 2 * margin;
-    LookInCut(bars, MadeOfBars);
+    LookInCut(bars, BarcodeFormat::PDF417 | Linear);
     if (!IsKnown(bars.area)) {
       bars.inverted = !bars.inverted;  // what was taken for its margin may be another thing
-      LookInCut(bars, MadeOfBars);
+      LookInCut(bars, BarcodeFormat::PDF417 | Linear);
     }
   }
 
-  void LookOnPage(const PageArea& area, ZXing::BarcodeFormats formats) {
+  void LookOnPage(const PageArea& area) {
     const std::vector<Found> before = found;
-    for (Found& one : LookIn(area, formats)) {
+    for (Found& one : LookIn(area, Matrix)) {
       const bool known = std::any_of(before.begin(), before.end(), [&one](const Found& other) {
         return one.result.isValid() && other.result.isValid() &&
                one.result.format() == other.result.format() &&
@@ -163,6 +251,44 @@ class Search {
       if (!known) {
         Add(std::move(one));
       }
+    }
+  }
+
+  /// One after the other, each out of the way of the next.
+  void LookForLinear(const PageArea& area) {
+    constexpr int most = 64;
+    constexpr int near = 32;  // what is left of a symbol after it was covered
+    Remainder remainder(page, area);
+    for (const Found& one : found) {
+      if (one.result.isValid() && ZXing::BarcodeFormats(Linear).testFlag(one.result.format())) {
+        remainder.Cover(one.area);
+      }
+    }
+    bool failures = true;
+    for (int count = 0; count < most; ++count) {
+      ZXing::Results results = Decode(remainder.View(), Linear, failures);
+      if (results.empty()) {
+        return;
+      }
+      Found one = {std::move(results.front()), {}};
+      one.area = AreaOf(one.result.position());
+      one.area.left += area.left;
+      one.area.top += area.top;
+      one.area = WholeSymbol(page, one.area);
+      if (one.result.isValid()) {
+        remainder.Cover(Widened(one.area, near / 2));
+        const bool rest = std::any_of(found.begin(), found.end(), [&](const Found& other) {
+          return one.result.format() == other.result.format() && other.result.isValid() &&
+                 one.result.bytes() == other.result.bytes() &&
+                 Overlap(Widened(one.area, near), other.area);
+        });
+        if (rest) {
+          continue;
+        }
+      }
+      // The decoder takes one line that fails for the symbol, and drops the good ones.
+      failures = failures && one.result.isValid();
+      Add(std::move(one));
     }
   }
 
@@ -175,7 +301,7 @@ class Search {
         failed |= result.format();
       }
     }
-    // The decoder takes a line that fails for the symbol, and drops the good ones there.
+    // What fails at one size keeps the decoder from telling what is good at the other.
     if (!failed.empty()) {
       ZXing::Results good = Decode(view, failed, false);
       std::move(good.begin(), good.end(), std::back_inserter(results));
@@ -198,11 +324,20 @@ class Search {
     }
     pixelsLeft -= static_cast<std::int64_t>(pixels);
     const PageCut cut(page, symbol.area, symbol.inverted);
-    for (ZXing::Result& result : Decode(ViewOf(cut.Image()), formats, false)) {
-      // Of a linear symbol only the lines are known on which it was read.
-      const bool linear = ZXing::BarcodeFormats(Linear).testFlag(result.format());
-      const PageArea at = linear ? symbol.area.Around() : cut.OnPage(AreaOf(result.position()));
-      Add({std::move(result), at});
+    for (const ZXing::BarcodeFormats part : {formats & Matrix, formats & Linear}) {
+      if (part.empty()) {
+        continue;
+      }
+      ZXing::Results results = Decode(ViewOf(cut.Image()), part, false);
+      for (ZXing::Result& result : results) {
+        // Of a linear symbol only the lines are known on which it was read.
+        const bool linear = ZXing::BarcodeFormats(Linear).testFlag(result.format());
+        const PageArea at = linear ? symbol.area.Around() : cut.OnPage(AreaOf(result.position()));
+        Add({std::move(result), at});
+      }
+      if (!results.empty()) {
+        return;
+      }
     }
   }
 
