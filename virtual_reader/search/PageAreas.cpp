@@ -487,7 +487,8 @@ void EachLine(const PageImage& image, const TurnedArea& area, int lines, See&& s
   const double down = std::sin(area.angle);
   for (int line = 0; line < lines; ++line) {
     const double v = ((line + 0.5) / lines - 0.5) * area.height;
-    for (double u = -area.width / 2; u < area.width / 2; ++u) {
+    for (int i = 0; i < static_cast<int>(area.width); ++i) {
+      const double u = i - area.width / 2;
       const int x = static_cast<int>(std::floor(area.middleX + u * across - v * down));
       const int y = static_cast<int>(std::floor(area.middleY + u * down + v * across));
       if (x >= 0 && y >= 0 && x < image.width && y < image.height) {
@@ -530,7 +531,8 @@ double SharpnessOf(const PageImage& image, const TurnedArea& area) {
   const double down = std::sin(area.angle);
   double sharpness = 0;
   double before = 0;
-  for (double u = -area.width / 2; u < area.width / 2; ++u) {
+  for (int i = 0; i < static_cast<int>(area.width); ++i) {
+    const double u = i - area.width / 2;
     double sum = 0;
     for (int line = 0; line < lines; ++line) {
       const double v = ((line + 0.5) / lines - 0.5) * area.height;
@@ -545,14 +547,14 @@ double SharpnessOf(const PageImage& image, const TurnedArea& area) {
   return sharpness;
 }
 
-/// The angle at which bars in the area are clearest, of those as far to each side.
-double ClearestAngle(const PageImage& image, TurnedArea area, double degrees, double step) {
+/// The angle at which bars in the area are clearest, of so many to each side.
+double ClearestAngle(const PageImage& image, TurnedArea area, int angles, double degrees) {
   constexpr double degree = std::numbers::pi / 180;
   const double middle = area.angle;
   double best = middle;
   double clearest = -1;
-  for (double turn = -degrees; turn <= degrees; turn += step) {
-    area.angle = middle + turn * degree;
+  for (int turn = -angles; turn <= angles; ++turn) {
+    area.angle = middle + turn * degrees * degree;
     const double sharpness = SharpnessOf(image, area);
     if (sharpness > clearest) {
       clearest = sharpness;
@@ -629,7 +631,7 @@ std::vector<SymbolArea> FindBars(const PageImage& image, const Cells<std::uint8_
       // The gradients' angle is a few degrees off where modules are small: the grid of
       // pixels has directions of its own.
       area.angle = ClearestAngle(image, area, 4, 1);
-      area.angle = ClearestAngle(image, area, 1, 0.25);
+      area.angle = ClearestAngle(image, area, 4, 0.25);
       areas.push_back({area, StandsOnDark(image, area, contrast)});
     }
   }
