@@ -17,7 +17,9 @@
 #include <sstream>
 #include <thread>
 
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/InputFile.h"
+#include "virtual_reader/images/ImageDecoding.h"
+#include "virtual_reader/images/ImageFormat.h"
 #include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
@@ -304,7 +306,7 @@ std::string FolderTable(const std::filesystem::path& folder) {
   std::map<std::string, std::pair<Count, Count>> kinds;
   std::map<std::string, int> pages;
   for (const auto& file : files) {
-    Page page = {*ReadImageFile(file, std::uintmax_t{1} << 30).image, {}};
+    Page page = {DecodeImage(ReadInputFile(file, std::uintmax_t{1} << 30)), {}};
     ZXing::BarcodeFormats formats;
     std::ifstream texts(std::filesystem::path(file).replace_extension(".txt"));
     for (std::string line; std::getline(texts, line);) {

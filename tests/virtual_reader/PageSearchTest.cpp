@@ -1,10 +1,13 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <map>
 
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/InputFile.h"
+#include "virtual_reader/images/ImageDecoding.h"
+#include "virtual_reader/images/ImageFormat.h"
 #include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
@@ -46,7 +49,7 @@ PageImage Drawn(int width, int height, auto&& light) {
 }
 
 PageImage RealPage(const std::string& name) {
-  return *ReadImageFile(std::string(PAGES_FOLDER "/real/") + name, 1 << 30).image;
+  return DecodeImage(ReadInputFile(std::string(PAGES_FOLDER "/real/") + name, 1 << 30));
 }
 
 // Pages as large as real ones: pages/draw-pages has drawn them. Far more of them are

@@ -229,7 +229,11 @@ std::vector<std::string> LimitsOfPageReading() {
   if (!CanSearchPages()) {
     return {"this build does not search page images for barcodes"};
   }
-  return {};
+  std::string names;
+  for (const ReaderDataType type : BarcodesNotLookedFor()) {
+    names += (names.empty() ? "" : ", ") + BarcodeName(type);
+  }
+  return {"not looked for on pages, as nothing decodes them: " + names};
 }
 
 }  // namespace conduit
