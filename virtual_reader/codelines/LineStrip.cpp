@@ -84,11 +84,12 @@ CellInk InkAt(const LineStrip& strip, double column, const PrintLook& look) {
   const auto middleY = static_cast<float>(course.y.At(column));
   const auto width = static_cast<float>(look.width);
   const auto height = static_cast<float>(look.height);
+  const auto lean = static_cast<float>(look.lean);
   CellInk ink;
   for (int j = 0; j < CellHeight; ++j) {
     const float down = (static_cast<float>(j) + 0.5F - CellHeight / 2.F) * height;
-    const float rowX = middleX - down * alongY;
-    const float rowY = middleY + down * alongX;
+    const float rowX = middleX - down * (alongY + lean * alongX);
+    const float rowY = middleY + down * (alongX - lean * alongY);
     for (int i = 0; i < CellWidth; ++i) {
       const float along = (static_cast<float>(i) + 0.5F - CellWidth / 2.F) * width;
       constexpr float white = 255.5F;

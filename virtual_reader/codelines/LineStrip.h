@@ -13,10 +13,12 @@ struct LineCourse {
   RowCurve y;
 };
 
-/// How large the print is against what belongs to its pitch, and how blurred.
+/// How large the print is against what belongs to its pitch, how far its strokes lean
+/// to the left for each step down, and how blurred it is.
 struct PrintLook {
   double width = 1;
   double height = 1;
+  double lean = 0;
   int blur = 1;
 };
 

@@ -90,8 +90,9 @@ class ZoneLines {
     return sum / count;
   }
 
-  /// Tries sizes of the print by these factors, then degrees of blur.
-  void Tune(std::initializer_list<double> factors, int every, Reach reach) {
+  /// Tries sizes of the print by these factors, then how far it leans, then degrees
+  /// of blur.
+  void Tune(std::initializer_list<double> factors, double furthestLean, int every, Reach reach) {
     const PrintLook start = look;
     double best = -1;
     const auto attempt = [&](const PrintLook& tried) {
@@ -101,16 +102,20 @@ class ZoneLines {
       }
     };
     for (const double factor : factors) {
-      attempt({start.width, start.height * factor, start.blur});
+      attempt({start.width, start.height * factor, start.lean, start.blur});
     }
     const PrintLook high = look;
     for (const double factor : factors) {
-      attempt({start.width * factor, high.height, high.blur});
+      attempt({start.width * factor, high.height, high.lean, high.blur});
+    }
+    const PrintLook wide = look;
+    for (const double part : {-1.0, -0.5, 0.5, 1.0}) {
+      attempt({wide.width, wide.height, wide.lean + part * furthestLean, wide.blur});
     }
     const PrintLook sized = look;
     for (int blur = 0; blur < BlurCount; ++blur) {
       if (blur != sized.blur) {
-        attempt({sized.width, sized.height, blur});
+        attempt({sized.width, sized.height, sized.lean, blur});
       }
     }
   }
@@ -337,14 +342,14 @@ ZoneCells ReadCells(const PageImage& page, const RowGroup& group) {
     return {};
   }
   zone->Align({4, 4, 2});
-  zone->Tune({0.88, 0.94, 1.0, 1.06, 1.12}, 3, {2, 2});
+  zone->Tune({0.88, 0.94, 1.0, 1.06, 1.12}, 0.16, 3, {2, 2});
   zone->Align({2, 2});
-  zone->Tune({0.97, 1.0, 1.03}, 2, {1, 1});
+  zone->Tune({0.97, 1.0, 1.03}, 0.04, 2, {1, 1});
   if (!CutToFormat(&*zone)) {
     return {};
   }
   zone->Align({2, 2});
-  zone->Tune({0.985, 1.0, 1.015}, 1, {1, 1});
+  zone->Tune({0.985, 1.0, 1.015}, 0.02, 2, {1, 1});
   zone->Align({1, 1});
   ZoneCells cells;
   for (std::size_t line = 0; line < zone->Lines(); ++line) {
