@@ -44,8 +44,8 @@ void RequireReplaceable(const std::filesystem::path& file) {
 std::filesystem::path Unfinished(std::filesystem::path file) {
   std::error_code noneYet;
   const std::filesystem::file_type type = std::filesystem::status(file, noneYet).type();
-  const bool hasPlace = type == std::filesystem::file_type::not_found ||
-                        type == std::filesystem::file_type::regular;
+  const bool hasPlace =
+      type == std::filesystem::file_type::not_found || type == std::filesystem::file_type::regular;
   return hasPlace ? file += ".part" : file;
 }
 
