@@ -518,9 +518,8 @@ int CrossingsOf(const PageImage& image, const TurnedArea& area) {
       ++counts[at];
     }
   });
-  // Two lines in three: between the lines of a text is nothing to cross.
-  std::nth_element(counts.begin(), counts.begin() + lines / 3, counts.end());
-  return counts[lines / 3];
+  std::nth_element(counts.begin(), counts.begin() + lines / 2, counts.end());
+  return counts[lines / 2];
 }
 
 /// How clearly bars stand out when light is summed up along them, if they had the
