@@ -72,6 +72,39 @@ ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats format
   return ZXing::ReadBarcodes(view, hints);
 }
 
+/// What a single line tells of a linear symbol, which may be chance.
+ZXing::Results DecodeLine(const ZXing::ImageView& view, bool rotate) {
+  return ZXing::ReadBarcodes(view, ZXing::DecodeHints()
+                                       .setFormats(Linear)
+                                       .setTryRotate(rotate)
+                                       .setTryDownscale(false)
+                                       .setMaxNumberOfSymbols(1)
+                                       .setMinLineCount(1));
+}
+
+/// A linear symbol whose bars stand upright and of which two lines at any distance say
+/// the same. Asked for a single result, the decoder itself awaits them beside each
+/// other, which blur and noise may not grant.
+ZXing::Results DecodeScatteredLines(const ZXing::ImageView& view) {
+  ZXing::Results one = DecodeLine(view, false);
+  if (one.empty()) {
+    return one;
+  }
+  const int line = one.front().position()[0].y;
+  for (const auto& [top, bottom] : {std::pair{0, line - 1}, std::pair{line + 2, view.height()}}) {
+    if (top >= bottom) {
+      continue;
+    }
+    const ZXing::Results other =
+        DecodeLine(view.cropped(0, top, view.width(), bottom - top), false);
+    if (!other.empty() && other.front().format() == one.front().format() &&
+        other.front().bytes() == one.front().bytes()) {
+      return one;
+    }
+  }
+  return {};
+}
+
 PageArea Widened(const PageArea& area, int margin) {
   return {area.left - margin, area.top - margin, area.width + 2 * margin, area.height + 2 * margin};
 }
@@ -197,6 +230,11 @@ class Search {
       LookOnPage(band);
       LookForLinear(band);
     }
+    for (const SymbolArea& bars : areas.bars) {
+      if (!IsKnown(bars.area)) {
+        LookForFailure(bars);
+      }
+    }
     for (const SymbolArea& isolated : areas.isolated) {
       if (isolated.inverted) {
         LookInCut(isolated, Matrix);
@@ -227,16 +265,18 @@ class Search {
   }
 
   void LookAt(SymbolArea bars) {
-    constexpr double margin = 20;  // the light that a symbol needs around itself
+    constexpr double margin = 20;      // the light that a symbol needs around itself
+    constexpr double besideBars = 60;  // a linear one ten modules of it at its ends
     if (IsKnown(bars.area)) {
       return;
     }
-    bars.area.width += 2 * margin;
+    const PageArea where = bars.area.Around();
+    bars.area.width += 2 * besideBars;
     bars.area.height += 2 * margin;
-    LookInCut(bars, BarcodeFormat::PDF417 | Linear);
+    LookInCut(bars, BarcodeFormat::PDF417 | Linear, where);
     if (!IsKnown(bars.area)) {
       bars.inverted = !bars.inverted;  // what was taken for its margin may be another thing
-      LookInCut(bars, BarcodeFormat::PDF417 | Linear);
+      LookInCut(bars, BarcodeFormat::PDF417 | Linear, where);
     }
   }
 
@@ -264,9 +304,8 @@ class Search {
         remainder.Cover(one.area);
       }
     }
-    bool failures = true;
     for (int count = 0; count < most; ++count) {
-      ZXing::Results results = Decode(remainder.View(), Linear, failures);
+      ZXing::Results results = DecodeLine(remainder.View(), true);
       if (results.empty()) {
         return;
       }
@@ -274,20 +313,43 @@ class Search {
       one.area = AreaOf(one.result.position());
       one.area.left += area.left;
       one.area.top += area.top;
+      const bool level = one.area.width >= one.area.height;
       one.area = WholeSymbol(page, one.area);
-      if (one.result.isValid()) {
-        remainder.Cover(Widened(one.area, near / 2));
-        const bool rest = std::any_of(found.begin(), found.end(), [&](const Found& other) {
-          return one.result.format() == other.result.format() && other.result.isValid() &&
-                 one.result.bytes() == other.result.bytes() &&
-                 Overlap(Widened(one.area, near), other.area);
-        });
-        if (rest) {
-          continue;
-        }
+      remainder.Cover(Widened(one.area, near / 2));
+      const bool rest = std::any_of(found.begin(), found.end(), [&](const Found& other) {
+        return one.result.format() == other.result.format() && other.result.isValid() &&
+               one.result.bytes() == other.result.bytes() &&
+               Overlap(Widened(one.area, near), other.area);
+      });
+      if (!rest && IsConfirmed(one, level)) {
+        Add(std::move(one));
       }
-      // The decoder takes one line that fails for the symbol, and drops the good ones.
-      failures = failures && one.result.isValid();
+    }
+  }
+
+  /// Whether two lines say so: one may be chance, of text as well.
+  bool IsConfirmed(const Found& one, bool level) const {
+    const int margin = 16 + std::max(one.area.width, one.area.height) / 4;
+    const PageArea whole = Widened(one.area, margin);
+    const int left = std::max(0, whole.left);
+    const int top = std::max(0, whole.top);
+    const auto view = ViewOf(page).cropped(left, top, whole.left + whole.width - left,
+                                           whole.top + whole.height - top);
+    const ZXing::Results again = DecodeScatteredLines(level ? view : view.rotated(90));
+    return !again.empty() && again.front().format() == one.result.format() &&
+           again.front().bytes() == one.result.bytes();
+  }
+
+  /// Whether bars that nothing was read of are a linear symbol that is damaged.
+  void LookForFailure(const SymbolArea& bars) {
+    constexpr int margin = 60;
+    const PageArea around = Widened(bars.area.Around(), margin);
+    const int left = std::max(0, around.left);
+    const int top = std::max(0, around.top);
+    for (Found& one :
+         LookIn({left, top, around.left + around.width - left, around.top + around.height - top},
+                Linear)) {
+      one.area = WholeSymbol(page, one.area);
       Add(std::move(one));
     }
   }
@@ -316,7 +378,9 @@ class Search {
     return here;
   }
 
-  void LookInCut(const SymbolArea& symbol, ZXing::BarcodeFormats formats) {
+  /// @param where  a linear symbol is that is found: only lines of it are known
+  void LookInCut(const SymbolArea& symbol, ZXing::BarcodeFormats formats,
+                 const PageArea& where = {}) {
     constexpr double mostPixels = 16e6;
     const double pixels = symbol.area.width * symbol.area.height;
     if (pixels > mostPixels || pixels > static_cast<double>(pixelsLeft)) {
@@ -329,10 +393,12 @@ class Search {
         continue;
       }
       ZXing::Results results = Decode(ViewOf(cut.Image()), part, false);
+      if (results.empty() && part.testFlags(Linear)) {
+        results = DecodeScatteredLines(ViewOf(cut.Image()));
+      }
       for (ZXing::Result& result : results) {
-        // Of a linear symbol only the lines are known on which it was read.
         const bool linear = ZXing::BarcodeFormats(Linear).testFlag(result.format());
-        const PageArea at = linear ? symbol.area.Around() : cut.OnPage(AreaOf(result.position()));
+        const PageArea at = linear ? where : cut.OnPage(AreaOf(result.position()));
         Add({std::move(result), at});
       }
       if (!results.empty()) {
