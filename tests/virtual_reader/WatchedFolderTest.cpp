@@ -18,7 +18,7 @@ class WatchedFolder : public testing::Test {
     std::filesystem::create_directory(folder);
     ReaderSession::Name("watch:" + folder.string());
     session.onData = [](ReaderDataType, std::int32_t, const void*) {};
-    HaldenReader_EnableLogging(true, 1, -1, session.NameOf("log").c_str());
+    HaldenReader_EnableLogging(true, 2, -1, session.NameOf("log").c_str());
   }
   ~WatchedFolder() override { HaldenReader_EnableLogging(false, 0, 0, nullptr); }
   WatchedFolder(const WatchedFolder&) = delete;
@@ -57,7 +57,7 @@ class WatchedFolder : public testing::Test {
 TEST_F(WatchedFolder, IsReadAsItFills) {
   Write("b.png", Page());
   ASSERT_EQ(session.Start(), 0);
-  EXPECT_TRUE(Says("b.png: found on the page: BARCODE_QRCODE"));
+  EXPECT_TRUE(Says("document b.png"));
   // In pieces, as a scanner program writes, and empty at first.
   Write("a.png", "");
   const std::string page = Page();
@@ -69,11 +69,11 @@ TEST_F(WatchedFolder, IsReadAsItFills) {
   growing << page.substr(4) << std::flush;
   growing.close();
   Write("notes.pdf", "x");
-  EXPECT_TRUE(Says("a.png: found on the page: BARCODE_QRCODE"));
+  EXPECT_TRUE(Says("document a.png"));
   EXPECT_TRUE(Says("notes.pdf: not read: "));
   Write("b.png", Page().substr(0, 60));
   EXPECT_TRUE(Says("document b.png", 2));
-  session.WaitFor("DOC_REMOVED Enabled");
+  EXPECT_TRUE(Says("event READER_ERROR_RESOLVED"));
   EXPECT_EQ(Page(), [&] {
     std::ifstream file(folder / "a.png", std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(file), {});

@@ -49,12 +49,27 @@ PageImage Decode(ImageFormat format, std::string_view bytes) {
   return image;
 }
 
+/// Four bytes, the most significant first.
+std::int64_t NumberAt(std::string_view bytes, std::size_t place) {
+  std::int64_t number = 0;
+  for (const char byte : bytes.substr(place, 4)) {
+    number = number * 256 + static_cast<unsigned char>(byte);
+  }
+  return number;
+}
+
 }  // namespace
 
 PageImage DecodePng(std::string_view bytes) {
   // The decoder takes a cut PNG for one of an unknown kind.
   if (bytes.rfind("IEND\xAE\x42\x60\x82") == std::string_view::npos) {
     RefuseShortFile();
+  }
+  // Of one that is too large the decoder says that it is none at all.
+  constexpr std::size_t widthInHeader = 16;
+  constexpr std::size_t heightInHeader = 20;
+  if (bytes.size() >= heightInHeader + 4) {
+    CheckSize(NumberAt(bytes, widthInHeader), NumberAt(bytes, heightInHeader));
   }
   return Decode(ImageFormat::Png, bytes);
 }
