@@ -18,8 +18,8 @@ namespace conduit {
 /// and not yet played is bounded in number and in bytes.
 class LookAhead {
  public:
-  /// @param workers  threads, at least one
-  LookAhead(std::unique_ptr<StepSource> source, unsigned workers);
+  /// @param workerCount  threads, at least one
+  LookAhead(std::unique_ptr<StepSource> source, unsigned workerCount);
   /// Stops, and waits for the work under way.
   ~LookAhead();
   LookAhead(const LookAhead&) = delete;

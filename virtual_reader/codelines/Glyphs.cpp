@@ -45,7 +45,9 @@ constexpr int CanvasBorder = 10;
 constexpr int CanvasWidth = GlyphWidth + 2 * CanvasBorder;
 constexpr int CanvasHeight = GlyphHeight + 2 * CanvasBorder;
 
-std::size_t Index(int x, int y) { return static_cast<std::size_t>(y * CanvasWidth + x); }
+std::size_t Index(int x, int y) {
+  return static_cast<std::size_t>(y) * CanvasWidth + static_cast<std::size_t>(x);
+}
 
 Canvas DrawGlyph(const stbtt_fontinfo& font, char character) {
   const float scale =
@@ -63,11 +65,12 @@ Canvas DrawGlyph(const stbtt_fontinfo& font, char character) {
   int y1 = 0;
   stbtt_GetCodepointBitmapBoxSubpixel(&font, character, scale, scale, static_cast<float>(shiftX),
                                       static_cast<float>(shiftY), &x0, &y0, &x1, &y1);
-  std::vector<unsigned char> drawn(static_cast<std::size_t>((x1 - x0) * (y1 - y0)));
+  std::vector<unsigned char> drawn(static_cast<std::size_t>(x1 - x0) *
+                                   static_cast<std::size_t>(y1 - y0));
   stbtt_MakeCodepointBitmapSubpixel(&font, drawn.data(), x1 - x0, y1 - y0, x1 - x0, scale, scale,
                                     static_cast<float>(shiftX), static_cast<float>(shiftY),
                                     character);
-  Canvas canvas(static_cast<std::size_t>(CanvasWidth * CanvasHeight));
+  Canvas canvas(Index(0, CanvasHeight));
   std::size_t next = 0;
   for (int y = y0; y < y1; ++y) {
     for (int x = x0; x < x1; ++x) {
@@ -88,6 +91,7 @@ Canvas Blurred(const Canvas& canvas, double deviation, int stepX, int stepY) {
     weights.push_back(std::exp(-i * i / (2 * deviation * deviation)));
     sum += weights.back();
   }
+  const double* const middle = weights.data() + reach;
   Canvas blurred(canvas.size());
   for (int y = 0; y < CanvasHeight; ++y) {
     for (int x = 0; x < CanvasWidth; ++x) {
@@ -95,8 +99,7 @@ Canvas Blurred(const Canvas& canvas, double deviation, int stepX, int stepY) {
         const int fromX = x + i * stepX;
         const int fromY = y + i * stepY;
         if (fromX >= 0 && fromX < CanvasWidth && fromY >= 0 && fromY < CanvasHeight) {
-          blurred[Index(x, y)] +=
-              canvas[Index(fromX, fromY)] * weights[static_cast<std::size_t>(i + reach)] / sum;
+          blurred[Index(x, y)] += canvas[Index(fromX, fromY)] * middle[i] / sum;
         }
       }
     }
@@ -148,10 +151,11 @@ const std::array<Template, ZoneCharacterCount>& TemplatesOf(int blur) {
 class Window {
  public:
   Window(const CellInk& ink, int x, int y, double noise) {
-    for (int row = 0; row < GlyphHeight; ++row) {
-      const auto& from = ink.rows[static_cast<std::size_t>(row + CellMargin + y)];
-      std::memcpy(&samples[static_cast<std::size_t>(row * GlyphWidth)],
-                  &from[static_cast<std::size_t>(CellMargin + x)],
+    const int left = CellMargin + x;
+    const int top = CellMargin + y;
+    const auto* from = &ink.rows[static_cast<std::size_t>(top)];
+    for (std::size_t row = 0; row < GlyphHeight; ++row, ++from) {
+      std::memcpy(&samples[row * GlyphWidth], from->data() + left,
                   GlyphWidth * sizeof(std::int16_t));
     }
     unsigned sum = 0;

@@ -158,6 +158,7 @@ std::vector<RowGroup> FindRowGroups(const PageImage& page) {
   std::stable_sort(found.begin(), found.end(),
                    [](const auto& a, const auto& b) { return a.first > b.first; });
   std::vector<RowGroup> groups;
+  groups.reserve(found.size());
   for (auto& [weight, group] : found) {
     groups.push_back(std::move(group));
   }

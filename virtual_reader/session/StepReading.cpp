@@ -82,6 +82,9 @@ StepWork StepReading::ReadStep(const SessionField& step) {
   };
 }
 
+// Those that need no member are called through the same table as the others.
+// NOLINTBEGIN(readability-convert-member-functions-to-static)
+
 StepReading::Part StepReading::ReadEvent(const SessionField& field) {
   const auto event =
       static_cast<ReaderEventCode>(field.NameAmong("event", NamesOf(ReaderEventNames)));
@@ -258,6 +261,8 @@ StepReading::Part StepReading::ReadChipPhoto(const SessionField& field) {
     AddImageFiles({photo}, {}, step);
   };
 }
+
+// NOLINTEND(readability-convert-member-functions-to-static)
 
 std::string StepReading::FileOf(const SessionField& field) const {
   const std::string name = field.Text();
