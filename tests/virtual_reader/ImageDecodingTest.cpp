@@ -5,6 +5,7 @@
 
 #include "tests/virtual_reader/ImageFiles.h"
 #include "virtual_reader/images/ImageDecoding.h"
+#include "virtual_reader/images/Orientation.h"
 
 namespace conduit {
 namespace {
@@ -69,6 +70,16 @@ TEST(ImageDecoding, TurnsThePageUpright) {
       EXPECT_EQ(CornerOfMark(image), corner) << orientation;
       EXPECT_EQ(image.width, onEnd ? 638 : 1012) << orientation;
     }
+  }
+}
+
+/// Its next row is its next pixel, so that a turn can be taken for none.
+TEST(ImageDecoding, TurnsAColumnOfPixels) {
+  for (const int orientation : {5, 6, 7, 8}) {
+    const PageImage row = Upright({1, 3, {10, 20, 30}}, orientation);
+    EXPECT_EQ(row.width, 3) << orientation;
+    EXPECT_EQ(row.height, 1) << orientation;
+    EXPECT_EQ(row.light.front(), orientation == 5 || orientation == 8 ? 10 : 30) << orientation;
   }
 }
 

@@ -15,6 +15,10 @@ struct UprightWalk {
   std::ptrdiff_t start;  ///< where its upper left corner is stored
   std::ptrdiff_t right;  ///< to its next pixel in a row
   std::ptrdiff_t down;   ///< to its next row
+  bool onItsSide;        ///< rows become columns
+
+  /// Whether the page is stored upright.
+  bool Stays() const { return !onItsSide && start == 0 && right == 1; }
 };
 
 /// @param orientation  1 to 8, as EXIF and TIFF number them; any other is 1, upright

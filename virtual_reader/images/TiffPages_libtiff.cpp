@@ -190,7 +190,7 @@ class Decoding {
 
   /// Takes the samples where they are the light already.
   PageImage Light() {
-    if (channels == 1 && walk.start == 0 && walk.right == 1) {
+    if (channels == 1 && walk.Stays()) {
       return {width, height, std::move(samples)};
     }
     PageImage image = {walk.width, walk.height, {}};
@@ -239,8 +239,7 @@ class Decoding {
       return value >= 1 && value < 1e6F ? static_cast<std::uint32_t>(std::lround(value)) : 0;
     };
     perMetre = {perMetreOf(TIFFTAG_XRESOLUTION), perMetreOf(TIFFTAG_YRESOLUTION)};
-    const bool onItsSide = std::abs(walk.right) != 1;
-    if (onItsSide) {
+    if (walk.onItsSide) {
       std::swap(perMetre[0], perMetre[1]);
     }
   }
