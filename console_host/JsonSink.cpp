@@ -9,8 +9,8 @@
 
 #include "console_host/DataFormat.h"
 #include "console_host/Utf8.h"
-#include "console_host/platform/Digest.h"
 #include "interfaces/ResultCode.h"
+#include "platform/Digest.h"
 
 namespace conduit {
 

@@ -3,8 +3,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "console_host/FilePath.h"
 #include "interfaces/ResultCode.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "console_host/FilePath.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

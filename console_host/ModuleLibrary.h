@@ -2,8 +2,8 @@
 
 #include <filesystem>
 
-#include "console_host/platform/SharedLibrary.h"
 #include "interfaces/ModuleEntry.h"
+#include "platform/SharedLibrary.h"
 
 namespace conduit {
 

@@ -9,7 +9,7 @@
 #include <system_error>
 
 #include "console_host/DataFormat.h"
-#include "console_host/FilePath.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <system_error>
 
-#include "console_host/FilePath.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

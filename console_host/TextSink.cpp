@@ -5,10 +5,10 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "console_host/FilePath.h"
 #include "console_host/ItemDescription.h"
 #include "console_host/Utf8.h"
 #include "interfaces/ResultCode.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

@@ -10,7 +10,7 @@
 #include "console_host/commands/DescribeCommand.h"
 #include "console_host/commands/RunCommand.h"
 #include "console_host/commands/ValidateCommand.h"
-#include "console_host/platform/Process.h"
+#include "platform/Process.h"
 
 namespace {
 

@@ -6,15 +6,6 @@
 
 namespace conduit {
 
-std::filesystem::path PathFromUtf8(std::string_view text) {
-  return std::u8string(text.begin(), text.end());
-}
-
-std::string Utf8FromPath(const std::filesystem::path& path) {
-  const std::u8string text = path.u8string();
-  return {text.begin(), text.end()};
-}
-
 std::uintmax_t RequireInputFile(const std::filesystem::path& file, std::uintmax_t limit) {
   std::error_code error;
   const std::filesystem::file_status status = std::filesystem::status(file, error);

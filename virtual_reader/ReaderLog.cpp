@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "virtual_reader/InputFile.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 namespace {

@@ -3,9 +3,9 @@
 #include <exception>
 #include <string>
 
-#include "virtual_reader/InputFile.h"
+#include "platform/FilePath.h"
+#include "platform/SessionLocation.h"
 #include "virtual_reader/session/Session.h"
-#include "virtual_reader/session/SessionLocation.h"
 
 namespace conduit {
 

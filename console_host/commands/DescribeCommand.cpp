@@ -11,12 +11,12 @@
 #include <string>
 #include <vector>
 
-#include "console_host/FilePath.h"
 #include "console_host/HostRecorder.h"
 #include "console_host/LoadedModule.h"
 #include "console_host/Utf8.h"
-#include "console_host/platform/Terminal.h"
 #include "interfaces/ResultCode.h"
+#include "platform/FilePath.h"
+#include "platform/Terminal.h"
 
 namespace conduit {
 

@@ -14,24 +14,24 @@
 #include <vector>
 
 #include "console_host/EndOfSession.h"
-#include "console_host/FilePath.h"
 #include "console_host/HostRecorder.h"
 #include "console_host/JsonSink.h"
 #include "console_host/LoadedModule.h"
 #include "console_host/PageCount.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
-#include "console_host/SessionVariable.h"
 #include "console_host/TemporaryFolder.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
 #include "console_host/Utf8.h"
-#include "console_host/platform/Interrupt.h"
-#include "console_host/platform/Process.h"
-#include "console_host/platform/Terminal.h"
 #include "console_host/report/ReportSink.h"
 #include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
+#include "platform/FilePath.h"
+#include "platform/Interrupt.h"
+#include "platform/Process.h"
+#include "platform/SessionLocation.h"
+#include "platform/Terminal.h"
 
 namespace conduit {
 

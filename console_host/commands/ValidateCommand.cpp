@@ -15,15 +15,15 @@
 #include <string_view>
 #include <vector>
 
-#include "console_host/FilePath.h"
 #include "console_host/TemporaryFolder.h"
 #include "console_host/Utf8.h"
 #include "console_host/conformance/BuiltInSession.h"
 #include "console_host/conformance/Check.h"
 #include "console_host/conformance/Verdict.h"
-#include "console_host/platform/ChildProcess.h"
-#include "console_host/platform/Process.h"
-#include "console_host/platform/Terminal.h"
+#include "platform/ChildProcess.h"
+#include "platform/FilePath.h"
+#include "platform/Process.h"
+#include "platform/Terminal.h"
 
 namespace conduit {
 

@@ -3,7 +3,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "console_host/FilePath.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

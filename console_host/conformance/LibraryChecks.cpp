@@ -5,9 +5,9 @@
 #include "console_host/conformance/ModuleInstance.h"
 #include "console_host/conformance/SessionWitness.h"
 #include "console_host/conformance/Verdict.h"
-#include "console_host/platform/ExportedNames.h"
-#include "console_host/platform/MemoryInUse.h"
 #include "interfaces/ResultCode.h"
+#include "platform/ExportedNames.h"
+#include "platform/MemoryInUse.h"
 
 namespace conduit {
 

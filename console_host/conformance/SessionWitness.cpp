@@ -5,8 +5,8 @@
 #include <string_view>
 
 #include "console_host/DataFormat.h"
-#include "console_host/SessionVariable.h"
-#include "console_host/platform/Process.h"
+#include "platform/Process.h"
+#include "platform/SessionLocation.h"
 
 namespace conduit {
 

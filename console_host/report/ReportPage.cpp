@@ -3,9 +3,9 @@
 #include <iomanip>
 #include <sstream>
 
-#include "console_host/FilePath.h"
 #include "console_host/report/Html.h"
 #include "console_host/report/ReportStyle.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

@@ -7,11 +7,11 @@
 #include <utility>
 
 #include "console_host/DataFormat.h"
-#include "console_host/FilePath.h"
 #include "console_host/ItemDescription.h"
-#include "console_host/platform/Digest.h"
 #include "console_host/report/Html.h"
 #include "interfaces/ResultCode.h"
+#include "platform/Digest.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

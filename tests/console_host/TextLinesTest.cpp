@@ -11,8 +11,8 @@
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
 #include "console_host/Utf8.h"
-#include "console_host/platform/Digest.h"
 #include "console_host/report/ReportSink.h"
+#include "platform/Digest.h"
 
 using namespace std::string_literals;
 

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <thread>
 
-#include "console_host/platform/Process.h"
+#include "platform/Process.h"
 #include "tests/support/Journal.h"
 #include "tests/support/TestedModule.h"
 

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "console_host/platform/SharedLibrary.h"
 #include "interfaces/ModuleEntry.h"
+#include "platform/SharedLibrary.h"
 
 namespace conduit {
 

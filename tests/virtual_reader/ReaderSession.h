@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "console_host/platform/Process.h"
 #include "interfaces/HaldenReaderHighLevelAPI.h"
+#include "platform/Process.h"
 #include "virtual_reader/ReaderResult.h"
 
 namespace conduit {

@@ -7,7 +7,7 @@
 #include <memory>
 #include <thread>
 
-#include "console_host/platform/SharedLibrary.h"
+#include "platform/SharedLibrary.h"
 #include "tests/virtual_reader/ReaderSession.h"
 
 namespace conduit {

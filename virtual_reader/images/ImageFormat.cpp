@@ -5,7 +5,7 @@
 #include <iterator>
 #include <string>
 
-#include "virtual_reader/InputFile.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 namespace {

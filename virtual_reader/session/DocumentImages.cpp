@@ -5,7 +5,7 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "virtual_reader/InputFile.h"
+#include "platform/FilePath.h"
 #include "virtual_reader/codelines/CodelineSearch.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"

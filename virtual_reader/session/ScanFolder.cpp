@@ -4,7 +4,7 @@
 #include <set>
 #include <system_error>
 
-#include "virtual_reader/InputFile.h"
+#include "platform/FilePath.h"
 #include "virtual_reader/ReaderResult.h"
 #include "virtual_reader/images/ImageFormat.h"
 

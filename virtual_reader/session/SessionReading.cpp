@@ -4,12 +4,13 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/FilePath.h"
+#include "platform/SessionLocation.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
 #include "virtual_reader/session/FolderSteps.h"
 #include "virtual_reader/session/Session.h"
 #include "virtual_reader/session/SessionField.h"
-#include "virtual_reader/session/SessionLocation.h"
 #include "virtual_reader/session/StepReading.h"
 
 namespace conduit {

@@ -9,6 +9,7 @@
 
 #include "interfaces/ReaderBarcodeData.h"
 #include "interfaces/ReaderSwipeData.h"
+#include "platform/FilePath.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/records/AamvaReading.h"
 #include "virtual_reader/records/RecordField.h"

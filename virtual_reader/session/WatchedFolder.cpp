@@ -5,7 +5,7 @@
 #include <system_error>
 #include <utility>
 
-#include "virtual_reader/InputFile.h"
+#include "platform/FilePath.h"
 #include "virtual_reader/ReaderResult.h"
 #include "virtual_reader/session/DocumentImages.h"
 #include "virtual_reader/session/FolderSteps.h"

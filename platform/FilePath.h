@@ -2,12 +2,13 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 
 namespace conduit {
 
-/// Texts in this program are UTF-8 on every system; a path built from one
-/// directly takes it in the system's own encoding.
-std::filesystem::path PathFromUtf8(const std::string& text);
+/// The path that a UTF-8 text names: texts are UTF-8 here on every system, and a path
+/// built from one directly takes it in the system's own encoding.
+std::filesystem::path PathFromUtf8(std::string_view text);
 
 std::string Utf8FromPath(const std::filesystem::path& path);
 

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "console_host/platform/Terminal.h"
+#include "platform/Terminal.h"
 
 namespace conduit {
 

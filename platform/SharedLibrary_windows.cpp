@@ -3,8 +3,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "console_host/FilePath.h"
-#include "console_host/platform/SharedLibrary.h"
+#include "platform/FilePath.h"
+#include "platform/SharedLibrary.h"
 
 namespace conduit {
 

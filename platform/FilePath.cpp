@@ -1,4 +1,4 @@
-#include "console_host/FilePath.h"
+#include "platform/FilePath.h"
 
 #include <cerrno>
 #include <fstream>
@@ -7,8 +7,8 @@
 
 namespace conduit {
 
-std::filesystem::path PathFromUtf8(const std::string& text) {
-  return {std::u8string(text.begin(), text.end())};
+std::filesystem::path PathFromUtf8(std::string_view text) {
+  return std::u8string(text.begin(), text.end());
 }
 
 std::string Utf8FromPath(const std::filesystem::path& path) {

@@ -5,7 +5,7 @@
 
 #include <stdexcept>
 
-#include "console_host/platform/Digest.h"
+#include "platform/Digest.h"
 
 namespace conduit {
 

@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "console_host/platform/SharedLibrary.h"
+#include "platform/SharedLibrary.h"
 
 namespace conduit {
 

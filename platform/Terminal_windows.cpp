@@ -1,6 +1,6 @@
 #include <windows.h>
 
-#include "console_host/platform/Terminal.h"
+#include "platform/Terminal.h"
 
 namespace conduit {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "virtual_reader/session/SessionLocation.h"
+#include "platform/SessionLocation.h"
 
 namespace conduit {
 

@@ -1,7 +1,7 @@
 #include <atomic>
 #include <csignal>
 
-#include "console_host/platform/Interrupt.h"
+#include "platform/Interrupt.h"
 
 namespace conduit {
 

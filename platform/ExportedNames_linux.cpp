@@ -7,7 +7,7 @@
 #include <set>
 #include <stdexcept>
 
-#include "console_host/platform/ExportedNames.h"
+#include "platform/ExportedNames.h"
 
 namespace conduit {
 

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include "console_host/FilePath.h"
-#include "console_host/platform/ChildProcess.h"
+#include "platform/ChildProcess.h"
+#include "platform/FilePath.h"
 
 namespace conduit {
 

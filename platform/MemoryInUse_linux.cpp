@@ -1,6 +1,6 @@
 #include <malloc.h>
 
-#include "console_host/platform/MemoryInUse.h"
+#include "platform/MemoryInUse.h"
 
 namespace conduit {
 

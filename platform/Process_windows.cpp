@@ -5,8 +5,8 @@
 #include <cstdlib>
 #include <cwchar>
 
-#include "console_host/FilePath.h"
-#include "console_host/platform/Process.h"
+#include "platform/FilePath.h"
+#include "platform/Process.h"
 
 namespace conduit {
 

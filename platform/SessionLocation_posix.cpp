@@ -1,6 +1,6 @@
 #include <cstdlib>
 
-#include "virtual_reader/session/SessionLocation.h"
+#include "platform/SessionLocation.h"
 
 namespace conduit {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "console_host/platform/MemoryInUse.h"
+#include "platform/MemoryInUse.h"
 
 namespace conduit {
 

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "console_host/platform/Interrupt.h"
+#include "platform/Interrupt.h"
 
 namespace conduit {
 

@@ -9,7 +9,7 @@
 #include <system_error>
 #include <thread>
 
-#include "console_host/platform/ChildProcess.h"
+#include "platform/ChildProcess.h"
 
 namespace conduit {
 

@@ -2,7 +2,7 @@
 
 #include <cstdlib>
 
-#include "console_host/platform/Process.h"
+#include "platform/Process.h"
 
 namespace conduit {
 
@@ -10,8 +10,6 @@ std::vector<std::string> ProgramArguments(int count, const char* const* argument
   return count > 1 ? std::vector<std::string>(arguments + 1, arguments + count)
                    : std::vector<std::string>();
 }
-
-std::filesystem::path ProgramFile() { return std::filesystem::read_symlink("/proc/self/exe"); }
 
 void KeepFilesPrivate() { umask(S_IRWXG | S_IRWXO); }
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <stdexcept>
 
-#include "console_host/platform/ExportedNames.h"
+#include "platform/ExportedNames.h"
 
 namespace conduit {
 

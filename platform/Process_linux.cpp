@@ -1,0 +1,7 @@
+#include "platform/Process.h"
+
+namespace conduit {
+
+std::filesystem::path ProgramFile() { return std::filesystem::read_symlink("/proc/self/exe"); }
+
+}  // namespace conduit
