@@ -1,7 +1,7 @@
 #include "console_host/ItemDescription.h"
 
-#include "console_host/DataFormat.h"
-#include "console_host/Utf8.h"
+#include "hosting/DataFormat.h"
+#include "hosting/Utf8.h"
 
 namespace conduit {
 

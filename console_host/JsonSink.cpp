@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "console_host/DataFormat.h"
-#include "console_host/Utf8.h"
+#include "hosting/DataFormat.h"
+#include "hosting/Utf8.h"
 #include "interfaces/ResultCode.h"
 #include "platform/Digest.h"
 

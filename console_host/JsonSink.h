@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "console_host/Happening.h"
+#include "hosting/Happening.h"
 
 namespace conduit {
 

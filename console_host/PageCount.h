@@ -1,6 +1,6 @@
 #pragma once
 
-#include "console_host/Happening.h"
+#include "hosting/Happening.h"
 
 namespace conduit {
 

@@ -4,7 +4,7 @@
 #include <ostream>
 #include <string>
 
-#include "console_host/Happening.h"
+#include "hosting/Happening.h"
 
 namespace conduit {
 

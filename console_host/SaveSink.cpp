@@ -8,7 +8,7 @@
 #include <string_view>
 #include <system_error>
 
-#include "console_host/DataFormat.h"
+#include "hosting/DataFormat.h"
 #include "platform/FilePath.h"
 
 namespace conduit {

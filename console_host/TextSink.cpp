@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 #include "console_host/ItemDescription.h"
-#include "console_host/Utf8.h"
+#include "hosting/Utf8.h"
 #include "interfaces/ResultCode.h"
 #include "platform/FilePath.h"
 

@@ -1,6 +1,6 @@
 #include "console_host/TroubleSink.h"
 
-#include "console_host/Utf8.h"
+#include "hosting/Utf8.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "console_host/HostRecorder.h"
-#include "console_host/LoadedModule.h"
-#include "console_host/Utf8.h"
+#include "hosting/HostRecorder.h"
+#include "hosting/LoadedModule.h"
+#include "hosting/Utf8.h"
 #include "interfaces/ResultCode.h"
 #include "platform/FilePath.h"
 #include "platform/Terminal.h"

@@ -13,18 +13,18 @@
 #include <utility>
 #include <vector>
 
-#include "console_host/EndOfSession.h"
-#include "console_host/HostRecorder.h"
 #include "console_host/JsonSink.h"
-#include "console_host/LoadedModule.h"
 #include "console_host/PageCount.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
 #include "console_host/TemporaryFolder.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
-#include "console_host/Utf8.h"
 #include "console_host/report/ReportSink.h"
+#include "hosting/EndOfSession.h"
+#include "hosting/HostRecorder.h"
+#include "hosting/LoadedModule.h"
+#include "hosting/Utf8.h"
 #include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
 #include "platform/FilePath.h"

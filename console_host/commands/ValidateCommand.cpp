@@ -15,11 +15,11 @@
 #include <string_view>
 #include <vector>
 
+#include "conformance/BuiltInSession.h"
+#include "conformance/Check.h"
+#include "conformance/Verdict.h"
 #include "console_host/TemporaryFolder.h"
-#include "console_host/Utf8.h"
-#include "console_host/conformance/BuiltInSession.h"
-#include "console_host/conformance/Check.h"
-#include "console_host/conformance/Verdict.h"
+#include "hosting/Utf8.h"
 #include "platform/ChildProcess.h"
 #include "platform/FilePath.h"
 #include "platform/Process.h"

@@ -1,6 +1,6 @@
 #include "console_host/report/Html.h"
 
-#include "console_host/Utf8.h"
+#include "hosting/Utf8.h"
 
 namespace conduit {
 

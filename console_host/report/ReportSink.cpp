@@ -6,9 +6,9 @@
 #include <system_error>
 #include <utility>
 
-#include "console_host/DataFormat.h"
 #include "console_host/ItemDescription.h"
 #include "console_host/report/Html.h"
+#include "hosting/DataFormat.h"
 #include "interfaces/ResultCode.h"
 #include "platform/Digest.h"
 #include "platform/FilePath.h"

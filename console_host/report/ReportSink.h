@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "console_host/Happening.h"
 #include "console_host/report/ReportPage.h"
+#include "hosting/Happening.h"
 
 namespace conduit {
 

@@ -6,12 +6,12 @@
 #include <sstream>
 #include <string>
 
-#include "console_host/DataFormat.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
-#include "console_host/Utf8.h"
 #include "console_host/report/ReportSink.h"
+#include "hosting/DataFormat.h"
+#include "hosting/Utf8.h"
 #include "platform/Digest.h"
 
 using namespace std::string_literals;

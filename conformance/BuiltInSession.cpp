@@ -1,4 +1,4 @@
-#include "console_host/conformance/BuiltInSession.h"
+#include "conformance/BuiltInSession.h"
 
 #include <fstream>
 #include <stdexcept>

@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "console_host/ModuleLibrary.h"
+#include "hosting/ModuleLibrary.h"
 
 namespace conduit {
 

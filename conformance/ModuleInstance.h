@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "console_host/conformance/Check.h"
+#include "conformance/Check.h"
 
 namespace conduit {
 

@@ -4,7 +4,7 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "console_host/Happening.h"
+#include "hosting/Happening.h"
 
 namespace conduit {
 

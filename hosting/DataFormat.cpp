@@ -1,9 +1,9 @@
-#include "console_host/DataFormat.h"
+#include "hosting/DataFormat.h"
 
 #include <algorithm>
 #include <iterator>
 
-#include "console_host/Utf8.h"
+#include "hosting/Utf8.h"
 
 namespace conduit {
 

@@ -1,11 +1,11 @@
-#include "console_host/conformance/Verdict.h"
+#include "conformance/Verdict.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <iostream>
 
-#include "console_host/Utf8.h"
+#include "hosting/Utf8.h"
 
 namespace conduit {
 

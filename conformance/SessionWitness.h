@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "console_host/EndOfSession.h"
-#include "console_host/conformance/ModuleInstance.h"
+#include "conformance/ModuleInstance.h"
+#include "hosting/EndOfSession.h"
 #include "interfaces/IInputModuleHost.h"
 #include "interfaces/IModuleLogger.h"
 

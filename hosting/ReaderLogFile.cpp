@@ -1,4 +1,4 @@
-#include "console_host/ReaderLogFile.h"
+#include "hosting/ReaderLogFile.h"
 
 #include <string_view>
 #include <system_error>

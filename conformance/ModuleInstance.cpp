@@ -1,8 +1,8 @@
-#include "console_host/conformance/ModuleInstance.h"
+#include "conformance/ModuleInstance.h"
 
 #include <limits>
 
-#include "console_host/conformance/Verdict.h"
+#include "conformance/Verdict.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {

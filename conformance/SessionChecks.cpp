@@ -4,10 +4,10 @@
 #include <thread>
 #include <vector>
 
-#include "console_host/conformance/Check.h"
-#include "console_host/conformance/ModuleInstance.h"
-#include "console_host/conformance/SessionWitness.h"
-#include "console_host/conformance/Verdict.h"
+#include "conformance/Check.h"
+#include "conformance/ModuleInstance.h"
+#include "conformance/SessionWitness.h"
+#include "conformance/Verdict.h"
 #include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
 

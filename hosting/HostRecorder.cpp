@@ -1,4 +1,4 @@
-#include "console_host/HostRecorder.h"
+#include "hosting/HostRecorder.h"
 
 #include <cstddef>
 #include <exception>

@@ -1,10 +1,10 @@
-#include "console_host/conformance/SessionWitness.h"
+#include "conformance/SessionWitness.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
-#include "console_host/DataFormat.h"
+#include "hosting/DataFormat.h"
 #include "platform/Process.h"
 #include "platform/SessionLocation.h"
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <string>
 
-#include "console_host/ModuleLibrary.h"
+#include "hosting/ModuleLibrary.h"
 
 namespace conduit {
 

@@ -1,4 +1,4 @@
-#include "console_host/ModuleLibrary.h"
+#include "hosting/ModuleLibrary.h"
 
 #include <stdexcept>
 #include <string>

@@ -1,4 +1,4 @@
-#include "console_host/LoadedModule.h"
+#include "hosting/LoadedModule.h"
 
 #include <stdexcept>
 #include <string>

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "console_host/Happening.h"
+#include "hosting/Happening.h"
 
 namespace conduit {
 

@@ -2,10 +2,10 @@
 #include <string>
 #include <vector>
 
-#include "console_host/conformance/Check.h"
-#include "console_host/conformance/ModuleInstance.h"
-#include "console_host/conformance/SessionWitness.h"
-#include "console_host/conformance/Verdict.h"
+#include "conformance/Check.h"
+#include "conformance/ModuleInstance.h"
+#include "conformance/SessionWitness.h"
+#include "conformance/Verdict.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {

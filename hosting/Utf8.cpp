@@ -1,4 +1,4 @@
-#include "console_host/Utf8.h"
+#include "hosting/Utf8.h"
 
 #include <cstdint>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "console_host/conformance/Check.h"
+#include "conformance/Check.h"
 
 #include <algorithm>
 #include <iterator>

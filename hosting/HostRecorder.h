@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "console_host/Happening.h"
-#include "console_host/ReaderLogFile.h"
+#include "hosting/Happening.h"
+#include "hosting/ReaderLogFile.h"
 #include "interfaces/IInputModuleHost.h"
 #include "interfaces/IModuleLogger.h"
 

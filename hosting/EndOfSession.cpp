@@ -1,4 +1,4 @@
-#include "console_host/EndOfSession.h"
+#include "hosting/EndOfSession.h"
 
 #include <cstddef>
 
