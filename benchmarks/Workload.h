@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "hosting/LoadedModule.h"
 #include "interfaces/HaldenReaderHighLevelAPI.h"
-#include "tests/support/TestedModule.h"
 
 namespace conduit {
 
@@ -16,7 +16,7 @@ struct Subject {
   std::filesystem::path file;
   IModuleLogger* logger;
   IInputModuleHost* host;
-  TestedModule module;
+  LoadedModule module;
   ReaderDataCallback data;
   ReaderEventCallback event;
   void* context;

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "conformance/Check.h"
-#include "conformance/ModuleInstance.h"
+#include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
 #include "interfaces/ResultCode.h"
@@ -22,7 +22,7 @@ std::string Quoted(const char* text) {
   return text ? "\"" + std::string(text) + "\"" : "a null text";
 }
 
-void RequireValue(const ModuleInstance& module, std::int32_t index, const std::string& name,
+void RequireValue(const LoadedModule& module, std::int32_t index, const std::string& name,
                   const std::string& expected, const std::string& moment) {
   const auto require = [&](const char* value, const char* operation) {
     if (!value || value != expected) {
@@ -41,7 +41,7 @@ void RequireValue(const ModuleInstance& module, std::int32_t index, const std::s
 }
 
 /// @returns the number of values that the module took.
-int CheckValuesOf(const ModuleInstance& module, std::int32_t index, const std::string& name) {
+int CheckValuesOf(const LoadedModule& module, std::int32_t index, const std::string& name) {
   RequireValue(module, index, name, "", "before it is set");
   int taken = 0;
   std::string present;
@@ -70,7 +70,7 @@ std::string WithOtherCase(std::string name) {
 
 /// Adds a condition that input modules have; skips the check for one that has
 /// not.
-void AddReaction(const ModuleInstance& module, const char* event) {
+void AddReaction(const LoadedModule& module, const char* event) {
   const std::int32_t result = module->AddCondition("ReceiveEvent", event);
   if (result == ResultUnknownCondition) {
     Skip("the module has no condition ReceiveEvent");
@@ -82,7 +82,7 @@ void AddReaction(const ModuleInstance& module, const char* event) {
 
 void CheckParameterList(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   const std::int32_t count = module->GetParameterCount();
   if (count < 0) {
     Fail("GetParameterCount answered " + std::to_string(count));
@@ -122,7 +122,7 @@ void CheckParameterList(const CheckContext& context) {
 
 void CheckParameterValues(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   const std::vector<std::string> names = ParameterNames(module);
   if (names.empty()) {
     Skip("the module has no parameters");
@@ -138,7 +138,7 @@ void CheckParameterValues(const CheckContext& context) {
 
 void CheckUnknownParameter(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   const std::vector<std::string> names = ParameterNames(module);
   std::vector<std::string> unknown = {UnknownName, ""};
   if (!names.empty()) {
@@ -162,7 +162,7 @@ void CheckUnknownParameter(const CheckContext& context) {
 
 void CheckUnknownCondition(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   for (const char* const name : {UnknownName, "", "receiveevent"}) {
     RequireResult("AddCondition of the unknown name " + Quoted(name), ResultUnknownCondition,
                   module->AddCondition(name, "DOC_ON_WINDOW"));
@@ -172,7 +172,7 @@ void CheckUnknownCondition(const CheckContext& context) {
 
 void CheckUnknownAction(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   AddReaction(module, "DOC_ON_WINDOW");
   for (const char* const name : {UnknownName, "", "setactivescript"}) {
     RequireResult("AddAction of the unknown name " + Quoted(name), ResultUnknownAction,
@@ -184,7 +184,7 @@ void CheckUnknownAction(const CheckContext& context) {
 
 void CheckConditionList(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   RequireNothingWritten(module, &IInputModule::GetConditionAt, 0, "GetConditionAt");
 
   // Neither sorted nor distinct: the list keeps what it is given.

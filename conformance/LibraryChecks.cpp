@@ -2,7 +2,7 @@
 #include <string>
 
 #include "conformance/Check.h"
-#include "conformance/ModuleInstance.h"
+#include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
 #include "interfaces/ResultCode.h"
@@ -16,7 +16,7 @@ namespace {
 constexpr const char* UnknownName = "No such name";
 
 /// What a module does often in its life, each of it with something to log.
-void Exercise(const ModuleInstance& module) {
+void Exercise(const LoadedModule& module) {
   module->SetParameter(UnknownName, "1");
   for (const std::string& name : ParameterNames(module)) {
     module->SetParameter(name.c_str(), "");
@@ -52,7 +52,7 @@ void CheckNullArguments(const CheckContext& context) {
 
 void CheckNullTexts(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   module->SetHost(nullptr);
   const auto requireSame = [](const std::string& call, std::int32_t empty, std::int32_t null) {
     RequireResult(call + " null, unlike the empty text,", empty, null);
@@ -78,7 +78,7 @@ void CheckNullTexts(const CheckContext& context) {
 
 void CheckNullLogger(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, nullptr);
+  const LoadedModule module(context.library, nullptr);
   Exercise(module);
   host.Start(module, context.missingSession);
   module->Shutdown();
@@ -95,7 +95,7 @@ void CheckCreateDestroy(const CheckContext& context) {
   SessionWitness host;
   const auto repeat = [&](int count) {
     for (int i = 0; i < count; ++i) {
-      const ModuleInstance module(context, &host);
+      const LoadedModule module(context.library, &host);
       Exercise(module);
     }
   };

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "conformance/Check.h"
-#include "conformance/ModuleInstance.h"
+#include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
 #include "interfaces/ReaderEventCode.h"
@@ -17,7 +17,7 @@ namespace {
 
 /// Where the reader of this desk does not start, there is nothing to check; an
 /// answer that Initialise does not have is wrong all the same.
-void StartOrSkip(const ModuleInstance& module, SessionWitness& host, const CheckContext& context) {
+void StartOrSkip(const LoadedModule& module, SessionWitness& host, const CheckContext& context) {
   const std::int32_t started = host.Start(module, context.session);
   if (started == ResultReaderNotStarted) {
     Skip("the reader did not start: Initialise answered 13");
@@ -30,8 +30,7 @@ struct PlayedSession {
   bool complete;
 };
 
-PlayedSession Play(const ModuleInstance& module, SessionWitness& host,
-                   const CheckContext& context) {
+PlayedSession Play(const LoadedModule& module, SessionWitness& host, const CheckContext& context) {
   StartOrSkip(module, host, context);
   const bool complete = host.WaitForEnd(context.patience);
   module->Shutdown();
@@ -40,7 +39,7 @@ PlayedSession Play(const ModuleInstance& module, SessionWitness& host,
 
 PlayedSession PlayDocuments(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   PlayedSession session = Play(module, host, context);
   if (session.heard.documents == 0 && session.heard.items == 0) {
     Skip("no document was delivered within " + std::to_string(context.patience.count()) + " ms");
@@ -56,14 +55,14 @@ PlayedSession PlayDocuments(const CheckContext& context) {
 void CheckReaderRefuses(const CheckContext& context) {
   SessionWitness trial;
   {
-    const ModuleInstance module(context, &trial);
+    const LoadedModule module(context.library, &trial);
     if (!Play(module, trial, context).complete) {
       Skip("the module's reader does not play session files");
     }
   }
 
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   const std::int32_t refused = host.Start(module, context.missingSession);
   if (refused == ResultSuccess) {
     const bool plays = host.WaitForEnd(context.patience / 4);
@@ -84,7 +83,7 @@ void CheckReaderRefuses(const CheckContext& context) {
 
 void CheckShutdownAnyTime(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   module->SetHost(&host);
   RequireResult("Shutdown without Initialise", ResultSuccess, module->Shutdown());
   RequireResult("Shutdown a second time, without Initialise,", ResultSuccess, module->Shutdown());
@@ -98,7 +97,7 @@ void CheckShutdownAnyTime(const CheckContext& context) {
 void CheckShutdownIsFinal(const CheckContext& context) {
   constexpr std::chrono::milliseconds silence(300);  // longer than the session's pauses
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   StartOrSkip(module, host, context);
   host.WaitForDelivery(context.patience);
   module->Shutdown();
@@ -134,7 +133,7 @@ void CheckSessionItems(const CheckContext& context) {
 
 void CheckSessionActions(const CheckContext& context) {
   SessionWitness host;
-  const ModuleInstance module(context, &host);
+  const LoadedModule module(context.library, &host);
   const std::set<std::string> known(std::begin(ReaderEventNames), std::end(ReaderEventNames));
   for (const std::string& event : known) {
     if (module->AddCondition("ReceiveEvent", event.c_str()) != ResultSuccess) {

@@ -50,7 +50,7 @@ std::string LengthFault(ItemType type, std::int32_t length, const void* data, bo
 
 }  // namespace
 
-std::int32_t SessionWitness::Start(const ModuleInstance& module,
+std::int32_t SessionWitness::Start(const LoadedModule& module,
                                    const std::filesystem::path& session) {
   SetEnvironment(SessionVariable, session);
   module->SetHost(this);

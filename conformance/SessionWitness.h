@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "conformance/ModuleInstance.h"
 #include "hosting/EndOfSession.h"
+#include "hosting/LoadedModule.h"
 #include "interfaces/IInputModuleHost.h"
 #include "interfaces/IModuleLogger.h"
 
@@ -40,7 +40,7 @@ class SessionWitness final : public IModuleLogger, public IInputModuleHost {
 
   /// Becomes the module's host and starts its reader on that session.
   /// @returns what Initialise answered.
-  std::int32_t Start(const ModuleInstance& module, const std::filesystem::path& session);
+  std::int32_t Start(const LoadedModule& module, const std::filesystem::path& session);
 
   /// @returns whether the session came to its end in time.
   bool WaitForEnd(std::chrono::milliseconds time);

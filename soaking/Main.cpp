@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 
+#include "hosting/LoadedModule.h"
 #include "interfaces/ReaderAamvaData.h"
 #include "interfaces/ReaderBarcodeData.h"
 #include "interfaces/ReaderCodelineData.h"
@@ -10,7 +11,6 @@
 #include "soaking/SoakHost.h"
 #include "tests/support/AllocationCount.h"
 #include "tests/support/ScriptedReader.h"
-#include "tests/support/TestedModule.h"
 
 namespace conduit {
 namespace {
@@ -180,7 +180,7 @@ void Soak(std::int64_t documents) {
   const std::vector<PlayedKind> kinds = PlayedKinds();
   CountingLogger logger;
   SoakHost host;
-  TestedModule module(MODULE_FILE, &logger);
+  LoadedModule module(MODULE_FILE, &logger);
   module->SetHost(&host);
   module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
   module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "first");

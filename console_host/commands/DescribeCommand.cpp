@@ -47,11 +47,6 @@ struct DescribeOptions {
   bool json = false;
 };
 
-struct Parameter {
-  std::string name;
-  std::string value;
-};
-
 struct Trial {
   std::string name;
   std::optional<std::int32_t> answer;  ///< none: there is nothing to try it on
@@ -63,31 +58,17 @@ struct Operation {
 };
 
 struct Description {
-  std::vector<Parameter> parameters;
+  std::vector<ListedParameter> parameters;
   std::vector<Trial> conditions;
   std::vector<Trial> actions;
   std::vector<Operation> operations;
 };
 
-std::string TextOf(const char* text) { return text ? text : ""; }
-
-std::vector<Parameter> ParametersOf(const LoadedModule& module) {
-  std::vector<Parameter> parameters;
-  const std::int32_t count = module->GetParameterCount();
-  for (std::int32_t i = 0; i < count; ++i) {
-    const char* name = nullptr;
-    const char* value = nullptr;
-    module->GetParameterAt(i, &name, &value);
-    parameters.push_back({TextOf(name), TextOf(value)});
-  }
-  return parameters;
-}
-
 /// Tries the names, then the operations; nothing that starts the reader.
 Description Describe(const LoadedModule& module, const DescribeOptions& options,
                      HostRecorder& host) {
   Description description;
-  description.parameters = ParametersOf(module);
+  description.parameters = module.Parameters();
   std::optional<std::string> accepted;
   for (const std::string& name : options.conditions) {
     const std::int32_t answer = module->AddCondition(name.c_str(), AnyValue);
@@ -135,7 +116,7 @@ nlohmann::ordered_json ToJson(const std::vector<Trial>& trials) {
 void WriteJson(const std::string& module, const Description& description) {
   nlohmann::ordered_json object = {{"kind", "module"}, {"schema", 1}, {"module", module}};
   object["parameters"] = nlohmann::ordered_json::array();
-  for (const Parameter& parameter : description.parameters) {
+  for (const ListedParameter& parameter : description.parameters) {
     object["parameters"].push_back({{"name", parameter.name}, {"value", parameter.value}});
   }
   object["conditions"] = ToJson(description.conditions);
@@ -170,7 +151,7 @@ void WriteTrials(const char* title, const std::vector<Trial>& trials) {
 void WriteText(const std::string& module, const Description& description) {
   std::cout << "module  " << Escaped(Utf8FromPath(PathFromUtf8(module).filename())) << '\n'
             << "parameters, " << description.parameters.size() << '\n';
-  for (const Parameter& parameter : description.parameters) {
+  for (const ListedParameter& parameter : description.parameters) {
     WriteRow(Escaped(parameter.name),
              parameter.value.empty() ? "(not set)" : Escaped(parameter.value));
   }
@@ -186,7 +167,7 @@ void WriteText(const std::string& module, const Description& description) {
 int Run(const DescribeOptions& options) {
   PrepareTerminal();
   HostRecorder host({}, {});
-  const LoadedModule module(PathFromUtf8(options.module), host);
+  const LoadedModule module(PathFromUtf8(options.module), &host);
   const Description description = Describe(module, options, host);
   if (options.json) {
     WriteJson(options.module, description);

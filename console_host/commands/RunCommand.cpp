@@ -92,23 +92,17 @@ CLI::Validator NamedPair(const char* form) {
           form};
 }
 
-std::string ParameterNames(LoadedModule& module) {
+std::string ParameterNames(const LoadedModule& module) {
   std::string names;
-  const std::int32_t count = module->GetParameterCount();
-  for (std::int32_t i = 0; i < count; ++i) {
-    const char* name = nullptr;
-    const char* value = nullptr;
-    module->GetParameterAt(i, &name, &value);
-    if (name) {
-      names += (names.empty() ? "" : ", ") + Escaped(name);
-    }
+  for (const ListedParameter& parameter : module.Parameters()) {
+    names += (names.empty() ? "" : ", ") + Escaped(parameter.name);
   }
   return names;
 }
 
 /// Sets all of the parameters rather than stopping at the first that is
 /// refused: the user learns of every mistake at once.
-void SetParameters(LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
+void SetParameters(const LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
   bool refused = false;
   bool unknown = false;
   for (const std::string& setting : options.settings) {
@@ -129,17 +123,9 @@ void SetParameters(LoadedModule& module, const RunOptions& options, HostRecorder
   }
 }
 
-bool HasParameter(LoadedModule& module, const std::string& wanted) {
-  const std::int32_t count = module->GetParameterCount();
-  for (std::int32_t i = 0; i < count; ++i) {
-    const char* name = nullptr;
-    const char* value = nullptr;
-    module->GetParameterAt(i, &name, &value);
-    if (name && name == wanted) {
-      return true;
-    }
-  }
-  return false;
+bool HasParameter(const LoadedModule& module, const std::string& wanted) {
+  return std::ranges::any_of(module.Parameters(),
+                             [&](const auto& parameter) { return parameter.name == wanted; });
 }
 
 /// The value that the user gives a parameter; the last counts.
@@ -156,7 +142,7 @@ std::optional<std::string> ValueGiven(const RunOptions& options, const std::stri
 /// Shows what the reader library says of its own: in a file that goes with the
 /// run, unless the user names one. Without --log that is what the parameter's
 /// default admits: pages and warnings.
-void FollowReaderLog(LoadedModule& module, const RunOptions& options,
+void FollowReaderLog(const LoadedModule& module, const RunOptions& options,
                      const std::filesystem::path& folder, HostRecorder& recorder) {
   constexpr const char* fileParameter = "LogFileName";
   constexpr const char* levelParameter = "LogLevel";
@@ -192,7 +178,7 @@ void WarnOfUnknownEvent(const std::string& event, HostRecorder& recorder) {
 
 /// Adds one condition for each event, however many scripts it has: actions go
 /// to the first condition of their event, and a second one would stay empty.
-void AddReactions(LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
+void AddReactions(const LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
   std::set<std::string> events;
   for (const std::string& reaction : options.reactions) {
     const auto [event, script] = Split(reaction);
@@ -245,7 +231,7 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
   }
 
   const TemporaryFolder temporary;
-  LoadedModule module(PathFromUtf8(options.module), recorder);
+  const LoadedModule module(PathFromUtf8(options.module), &recorder);
   module->SetHost(&recorder);
   FollowReaderLog(module, options, temporary.path, recorder);
   SetParameters(module, options, recorder);

@@ -103,10 +103,10 @@ int RunCheckHere(const ValidateOptions& options) {
       check->run(
           {library, module, session, session.parent_path() / "no such session.json", patience});
     }
+  } catch (const ModuleError& problem) {
+    Fail(problem.reason);
   } catch (const std::exception& problem) {
-    // The load's own problem is told as it is.
-    Fail(options.runCheck == LoadOnly ? problem.what()
-                                      : std::string("threw an exception: ") + problem.what());
+    Fail(std::string("threw an exception: ") + problem.what());
   } catch (...) {
     Fail("threw an exception of an unknown type");
   }
@@ -229,10 +229,8 @@ int Validate(const ValidateOptions& options) {
   PrepareTerminal();
   const CheckRunner runner(options);
   if (const Verdict loaded = runner.Run(LoadOnly); loaded.status == Status::Failed) {
-    const bool explained = loaded.reason.starts_with("cannot load module");
-    throw std::runtime_error(explained ? loaded.reason
-                                       : "cannot load module " + Escaped(options.module) + ": " +
-                                             loaded.reason);
+    throw std::runtime_error("cannot load module " + Escaped(options.module) + ": " +
+                             loaded.reason);
   }
   Report report(options.json);
   report.Begin(options.module);

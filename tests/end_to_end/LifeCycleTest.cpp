@@ -21,8 +21,8 @@ class LifeCycleTest : public ModuleTest {
 };
 
 TEST_F(LifeCycleTest, NullPointersAreRefused) {
-  EXPECT_EQ(module.getInputModule(&logger, nullptr), 6);
-  EXPECT_EQ(module.destroy(nullptr), 6);
+  EXPECT_EQ(module.Library().create(&logger, nullptr), 6);
+  EXPECT_EQ(module.Library().destroy(nullptr), 6);
 }
 
 TEST_F(LifeCycleTest, ParametersKeepTheirTextAndTheirRules) {
@@ -94,17 +94,17 @@ TEST_F(LifeCycleTest, ShutdownAlwaysSucceedsAndReportsNothing) {
 
 TEST_F(LifeCycleTest, DestroyLeavesTheReaderAlone) {
   IInputModule* other = nullptr;
-  ASSERT_EQ(module.getInputModule(nullptr, &other), 0);
+  ASSERT_EQ(module.Library().create(nullptr, &other), 0);
   other->SetHost(&host);
   other->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
   other->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "script");
-  EXPECT_EQ(module.destroy(other), 0);
+  EXPECT_EQ(module.Library().destroy(other), 0);
   EXPECT_THAT(journal.Take(), ElementsAre());
 }
 
 TEST_F(LifeCycleTest, EverythingIsDeliveredWithoutALogger) {
   IInputModule* silent = nullptr;
-  ASSERT_EQ(module.getInputModule(nullptr, &silent), 0);
+  ASSERT_EQ(module.Library().create(nullptr, &silent), 0);
   silent->SetHost(&host);
   silent->Initialise();
   journal.Take();
@@ -121,7 +121,7 @@ TEST_F(LifeCycleTest, EverythingIsDeliveredWithoutALogger) {
                   "SendEvent DOC_ON_WINDOW", "ReportState 'Enabled'", "ReportError 'fault'",
                   "ReportState 'Enabled'"));
   silent->SetParameter("LogLevel", "9");
-  EXPECT_EQ(module.destroy(silent), 0);
+  EXPECT_EQ(module.Library().destroy(silent), 0);
 }
 
 }  // namespace

@@ -6,9 +6,9 @@
 #include <fstream>
 #include <thread>
 
+#include "hosting/LoadedModule.h"
 #include "platform/Process.h"
 #include "tests/support/Journal.h"
-#include "tests/support/TestedModule.h"
 
 namespace conduit {
 namespace {
@@ -75,7 +75,7 @@ Lines Play(const std::filesystem::path& session) {
   Journal journal;
   RecordingLogger logger(journal);
   OrderedHost host(journal);
-  TestedModule module(MODULE_FILE, &logger);
+  LoadedModule module(MODULE_FILE, &logger);
   module->SetHost(&host);
   const std::string readerLog = testing::TempDir() + "sample_session.log";
   EXPECT_EQ(module->SetParameter("LogFileName", readerLog.c_str()), 0);

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "hosting/LoadedModule.h"
 #include "tests/support/Journal.h"
 #include "tests/support/ScriptedReader.h"
-#include "tests/support/TestedModule.h"
 
 namespace conduit {
 
@@ -46,7 +46,7 @@ class ModuleTest : public testing::Test {
   Journal journal;
   RecordingLogger logger{journal};
   RecordingHost host{journal};
-  TestedModule module{MODULE_FILE, &logger};
+  LoadedModule module{MODULE_FILE, &logger};
 };
 
 /// The two journal lines of an item that a translator delivers.
