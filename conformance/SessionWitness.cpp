@@ -121,7 +121,7 @@ void SessionWitness::SendEvent(const char* name) {
   }
   heard.events.push_back(event);
   delivered.notify_all();
-  end.Receive(EventReceived{event});
+  end.OnEvent({event});
 }
 
 void SessionWitness::BeginData() {
@@ -154,7 +154,7 @@ std::int32_t SessionWitness::SetActiveScript(const char* name) {
 void SessionWitness::ReportState(const char* text) {
   const std::lock_guard lock(mutex);
   Note("ReportState", text);
-  end.Receive(StateReported{text ? text : ""});
+  end.OnState({text ? text : "", false});
 }
 
 void SessionWitness::ReportError(const char* text) {

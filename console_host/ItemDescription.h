@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 
@@ -13,17 +14,31 @@ struct JsonSinkOptions {
 
 /// Tells a run to programs: one JSON object a line, written out at once, as
 /// docs/json-output.md describes.
-class JsonSink final : public ISink {
+class JsonSink final : public RunListener {
  public:
   /// REQUIRES: `output` outlives the sink.
   JsonSink(std::ostream& output, JsonSinkOptions options);
 
-  /// Throws a std::runtime_error when `output` takes nothing any more.
-  void Receive(const Happening& happening) override;
+  // They throw a std::runtime_error when `output` takes nothing any more.
+  void OnRunBegan(const RunBegan& run) override;
+  void OnCallReturned(const CallReturned& call) override;
+  void OnWarning(const Warned& warning) override;
+  void OnLogLine(const LogLine& line) override;
+  void OnReaderLine(const ReaderLine& line) override;
+  void OnItem(const ItemReceived& item) override;
+  void OnEvent(const EventReceived& event) override;
+  void OnDataBegan() override;
+  void OnDataEnded() override;
+  void OnScript(const ScriptActivated& script) override;
+  void OnState(const StateReported& state) override;
+  void OnError(const ErrorReported& error) override;
+  void OnPagesCounted(const PagesCounted& pages) override;
+  void OnRunEnded(const RunEnded& end) override;
 
  private:
   std::ostream& output;
   const JsonSinkOptions options;
+  std::string document;  ///< what the next document comes from, if the reader says so
 };
 
 }  // namespace conduit

@@ -1,14 +1,16 @@
 #pragma once
 
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 
 /// Counts the documents that were laid down, and those of them that an error kept
 /// from giving anything.
-class PageCount final : public ISink {
+class PageCount final : public RunListener {
  public:
-  void Receive(const Happening& happening) override;
+  void OnEvent(const EventReceived& event) override;
+  void OnDataBegan() override { gaveData = true; }
+  void OnError(const ErrorReported& error) override;
 
   /// [after the run]
   PagesCounted Pages() const { return pages; }

@@ -18,19 +18,11 @@ std::string Counted(int count, const std::string& noun) {
 ProgressLine::ProgressLine(std::ostream& output, std::chrono::milliseconds after)
     : output(output), after(after) {}
 
-void ProgressLine::Receive(const Happening& happening) {
-  if (std::holds_alternative<TimePassed>(happening)) {
-    const auto age = std::chrono::steady_clock::now() - began;
-    if (age >= after) {
-      Show(Text(std::chrono::duration_cast<std::chrono::seconds>(age)));
-    }
-    return;
+void ProgressLine::OnTimePassed() {
+  const auto age = std::chrono::steady_clock::now() - began;
+  if (age >= after) {
+    Show(Text(std::chrono::duration_cast<std::chrono::seconds>(age)));
   }
-  Show("");
-  documents += std::holds_alternative<DataBegan>(happening) ? 1 : 0;
-  items += std::holds_alternative<ItemReceived>(happening) ? 1 : 0;
-  const auto* error = std::get_if<ErrorReported>(&happening);
-  errors += error && !error->text.empty() ? 1 : 0;
 }
 
 std::string ProgressLine::Text(std::chrono::seconds age) const {

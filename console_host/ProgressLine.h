@@ -4,21 +4,25 @@
 #include <ostream>
 #include <string>
 
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 
 /// The last line of a terminal, which says how far a long run has come. It makes
 /// way for whatever else is to be written, and comes back when the host waits.
 ///
-/// REQUIRES: is the first of the sinks, so that the others find their line empty.
-class ProgressLine final : public ISink {
+/// REQUIRES: is the first of the listeners, so that the others find their line empty.
+class ProgressLine final : public RunListener {
  public:
-  /// REQUIRES: `output` is a terminal and outlives the sink.
+  /// REQUIRES: `output` is a terminal and outlives this.
   /// @param after  the age of a run that counts as long
   ProgressLine(std::ostream& output, std::chrono::milliseconds after);
 
-  void Receive(const Happening& happening) override;
+  void OnAnything() override { Show(""); }
+  void OnDataBegan() override { ++documents; }
+  void OnItem(const ItemReceived& /*item*/) override { ++items; }
+  void OnError(const ErrorReported& error) override { errors += error.text.empty() ? 0 : 1; }
+  void OnTimePassed() override;
 
  private:
   std::string Text(std::chrono::seconds age) const;

@@ -85,23 +85,25 @@ SaveSink::SaveSink(const std::filesystem::path& folder)
   std::filesystem::remove(probe, problem);
 }
 
-void SaveSink::Receive(const Happening& happening) {
-  if (const auto* line = std::get_if<ReaderLine>(&happening); line && !line->document.empty()) {
-    document = line->document;
-  }
-  if (std::holds_alternative<DataBegan>(happening)) {
-    documentFolder = FolderName(++documents, document);
-    document.clear();
-  }
-  if (std::holds_alternative<DataEnded>(happening)) {
-    documentFolder = FolderName(0, "");
-  }
-  if (const auto* item = std::get_if<ItemReceived>(&happening)) {
-    Save(*item);
+void SaveSink::OnReaderLine(const ReaderLine& line) {
+  if (!line.document.empty()) {
+    document = line.document;
   }
 }
 
-void SaveSink::Save(const ItemReceived& item) {
+void SaveSink::OnDataBegan() {
+  documentFolder = FolderName(++documents, document);
+  document.clear();
+  inside.clear();
+  insideDocument = true;
+}
+
+void SaveSink::OnDataEnded() {
+  documentFolder = FolderName(0, "");
+  insideDocument = false;
+}
+
+void SaveSink::OnItem(const ItemReceived& item) {
   if (!item.data) {
     return;
   }
@@ -118,11 +120,20 @@ std::filesystem::path SaveSink::NewFile(const ItemReceived& item) {
   const std::string name = FileName(item.name);
   const std::string extension(ReadsAsText(item.type, *item.data) ? ".txt"
                                                                  : FileExtension(*item.data));
-  std::string file = name;
-  for (int number = 2; !taken.insert(documentFolder + "/" + LowerCase(file)).second; ++number) {
-    file = name + "-" + std::to_string(number);
+  NameCounts& counts = insideDocument ? inside : outside;
+  int& count = counts[LowerCase(name)];
+  std::filesystem::path file;
+  for (bool isFree = false; !isFree;) {
+    ++count;
+    const std::string numbered = count == 1 ? name : name + "-" + std::to_string(count);
+    file = folder / documentFolder / (numbered + extension);
+    // An item may itself be named as the second of another is. What comes outside of
+    // documents is not remembered, for there is no end of it.
+    const bool isNew =
+        count == 1 || !insideDocument || counts.emplace(LowerCase(numbered), 1).second;
+    isFree = isNew && !std::filesystem::exists(file);
   }
-  return folder / documentFolder / (file + extension);
+  return file;
 }
 
 }  // namespace conduit

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <filesystem>
-#include <set>
+#include <map>
 #include <string>
 
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 
@@ -12,24 +12,32 @@ namespace conduit {
 /// second of the name `IMAGEVIS-2.png`. The folder is named after what the reader
 /// says that the document comes from; `document-00000/` takes what belongs to none.
 /// An item that came without its data leaves no file.
-class SaveSink final : public ISink {
+class SaveSink final : public RunListener {
  public:
   /// Creates the folder. Throws a std::runtime_error that names it and the reason
   /// when it cannot be used; one that holds anything is not.
   explicit SaveSink(const std::filesystem::path& folder);
 
-  /// Throws a std::runtime_error when a file cannot be written.
-  void Receive(const Happening& happening) override;
+  void OnReaderLine(const ReaderLine& line) override;
+  void OnDataBegan() override;
+  void OnDataEnded() override;
+  /// Throws a std::runtime_error when the file cannot be written.
+  void OnItem(const ItemReceived& item) override;
 
  private:
-  void Save(const ItemReceived& item);
   std::filesystem::path NewFile(const ItemReceived& item);
 
   const std::filesystem::path folder;
   int documents = 0;
   std::string document;  ///< what the one laid down comes from, if the reader says so
   std::string documentFolder;
-  std::set<std::string> taken;  ///< files, in lower case: Windows tells no cases apart
+
+  /// How many items of a name there were, by the name in lower case: Windows tells no
+  /// cases apart.
+  using NameCounts = std::map<std::string, int>;
+  NameCounts outside;  ///< documents
+  NameCounts inside;   ///< the document under way
+  bool insideDocument = false;
 };
 
 }  // namespace conduit

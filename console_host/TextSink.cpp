@@ -7,7 +7,6 @@
 
 #include "console_host/ItemDescription.h"
 #include "hosting/Utf8.h"
-#include "interfaces/ResultCode.h"
 #include "platform/FilePath.h"
 
 namespace conduit {
@@ -34,71 +33,24 @@ std::string Padded(const std::string& text, int width) {
 TextSink::TextSink(std::ostream& output, TextSinkOptions options)
     : output(output), options(options) {}
 
-void TextSink::Receive(const Happening& happening) {
-  if (Holds(happening)) {
-    held.push_back(happening);
-    return;
-  }
-  const auto* call = std::get_if<CallReturned>(&happening);
-  if (!std::holds_alternative<LogLine>(happening)) {
-    WriteHeld(!call || call->result == ResultSuccess);
-  }
-  Write(happening);
-  if (!output.flush()) {
-    throw std::runtime_error("cannot write to standard output");
-  }
-}
-
-/// Only errors and states come from a call that fails; anything else shows that
-/// the reader runs, and order matters from there on.
-bool TextSink::Holds(const Happening& happening) const {
-  return callUnderWay && (std::holds_alternative<ErrorReported>(happening) ||
-                          std::holds_alternative<StateReported>(happening));
-}
-
-void TextSink::WriteHeld(bool withErrors) {
-  const std::string* lastState = nullptr;
-  for (const Happening& happening : held) {
-    const auto* state = std::get_if<StateReported>(&happening);
-    const bool isRepeated = state && lastState && state->text == *lastState;
-    if (!isRepeated && (withErrors || !std::holds_alternative<ErrorReported>(happening))) {
-      Write(happening);
-    }
-    lastState = state ? &state->text : lastState;
-  }
-  held.clear();
-}
-
-void TextSink::Write(const Happening& happening) {
-  std::visit([this](const auto& one) { Write(one); }, happening);
-}
-
-void TextSink::Write(const RunBegan& run) {
+void TextSink::OnRunBegan(const RunBegan& run) {
   const std::string module = Utf8FromPath(PathFromUtf8(run.module).filename());
   const std::string session = run.session.empty() ? "" : ", session " + Escaped(run.session);
   Line(Bold, "run", Escaped(module) + session);
 }
 
-void TextSink::Write(const CallBegan& /*call*/) { callUnderWay = true; }
-
-void TextSink::Write(const CallReturned& /*call*/) { callUnderWay = false; }
-
-void TextSink::Write(const Warned& /*warning*/) {}  // told as trouble
-
-void TextSink::Write(const TimePassed& /*time*/) {}
-
-void TextSink::Write(const LogLine& line) {
+void TextSink::OnLogLine(const LogLine& line) {
   if (line.level > options.logLevel) {
     return;
   }
   Line(Dim, "log " + std::to_string(line.level), Escaped(line.tag) + ": " + Escaped(line.message));
 }
 
-void TextSink::Write(const ReaderLine& line) {
+void TextSink::OnReaderLine(const ReaderLine& line) {
   Line(line.document.empty() ? Dim : Bold, "reader", Escaped(line.text));
 }
 
-void TextSink::Write(const ItemReceived& item) {
+void TextSink::OnItem(const ItemReceived& item) {
   std::string name = Padded(item.name.empty() ? "(unnamed)" : Escaped(item.name), ItemNameWidth);
   std::string text = Described(item);
   if (item.feature) {
@@ -110,26 +62,32 @@ void TextSink::Write(const ItemReceived& item) {
   Line(Plain, name, text);
 }
 
-void TextSink::Write(const EventReceived& event) { Line(Cyan, "event", Escaped(event.name)); }
+void TextSink::OnEvent(const EventReceived& event) { Line(Cyan, "event", Escaped(event.name)); }
 
-void TextSink::Write(const DataBegan& /*data*/) {
+void TextSink::OnDataBegan() {
   Line(Bold, "begin", "");
   ++depth;
 }
 
-void TextSink::Write(const DataEnded& /*data*/) {
+void TextSink::OnDataEnded() {
   depth = std::max(depth - 1, 0);
   Line(Bold, "end", "");
 }
 
-void TextSink::Write(const ScriptActivated& script) { Line(Cyan, "script", Escaped(script.name)); }
+void TextSink::OnScript(const ScriptActivated& script) {
+  Line(Cyan, "script", Escaped(script.name));
+}
 
-void TextSink::Write(const StateReported& state) {
+void TextSink::OnState(const StateReported& state) {
+  if (state.repeated) {
+    return;
+  }
   Line(Plain, "state", state.text.empty() ? "(without a name)" : Escaped(state.text));
 }
 
-void TextSink::Write(const ErrorReported& error) {
-  if (error.routine) {
+void TextSink::OnError(const ErrorReported& error) {
+  // The reasons of a failure are told with it, as trouble.
+  if (error.routine || error.again == SaidAgain::AsFailure) {
     return;
   }
   if (error.text.empty()) {
@@ -139,12 +97,12 @@ void TextSink::Write(const ErrorReported& error) {
   }
 }
 
-void TextSink::Write(const PagesCounted& pages) {
+void TextSink::OnPagesCounted(const PagesCounted& pages) {
   Line(Red, "pages",
        std::to_string(pages.unread) + " of " + std::to_string(pages.all) + " could not be read");
 }
 
-void TextSink::Write(const RunEnded& run) {
+void TextSink::OnRunEnded(const RunEnded& run) {
   depth = 0;
   switch (run.reason) {
     case EndReason::ReaderTerminated:
@@ -172,7 +130,9 @@ void TextSink::Line(const char* style, const std::string& keyword, const std::st
   if (styled) {
     output << "\x1b[0m";
   }
-  output << '\n';
+  if (!(output << '\n' << std::flush)) {
+    throw std::runtime_error("cannot write to standard output");
+  }
 }
 
 }  // namespace conduit

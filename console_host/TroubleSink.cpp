@@ -40,57 +40,33 @@ std::string Explained(std::int32_t result) {
 TroubleSink::TroubleSink(std::ostream& output, TroubleSinkOptions options)
     : output(output), options(options) {}
 
-void TroubleSink::Receive(const Happening& happening) {
-  const auto* line = std::get_if<LogLine>(&happening);
-  if (!line && !callUnderWay) {
-    TellHeld(std::get_if<ErrorReported>(&happening));
-  }
-  if (line) {
-    Hold(*line);
-  }
-  if (std::holds_alternative<CallBegan>(happening)) {
-    callUnderWay = true;
-  }
-  if (const auto* call = std::get_if<CallReturned>(&happening)) {
-    Tell(*call);
-  }
-  if (const auto* warning = std::get_if<Warned>(&happening)) {
-    output << Prefix << "warning: " << warning->message << '\n';
-  }
-  if (const auto* end = std::get_if<RunEnded>(&happening); end && !end->message.empty()) {
-    output << Prefix << end->message << '\n';
-  }
-  output.flush();
-}
-
-void TroubleSink::Hold(const LogLine& line) {
-  if (line.level <= FailureLevel && options.log) {
-    held.push_back(line);
+void TroubleSink::OnLogLine(const LogLine& line) {
+  const bool toldElsewhere = line.again == SaidAgain::AsFailure ||
+                             (line.again == SaidAgain::AsError && !options.readerErrors);
+  if (line.level <= FailureLevel && options.log && !toldElsewhere) {
+    output << Prefix << Escaped(line.tag) << ": " << Escaped(line.message) << std::endl;
   }
 }
 
-void TroubleSink::TellHeld(const ErrorReported* error) {
-  for (const LogLine& line : held) {
-    const bool repeats = error && !options.readerErrors && !error->text.empty() &&
-                         line.message.find(error->text) != std::string::npos;
-    if (!repeats) {
-      output << Prefix << Escaped(line.tag) << ": " << Escaped(line.message) << '\n';
-    }
-  }
-  held.clear();
-}
-
-void TroubleSink::Tell(const CallReturned& call) {
-  callUnderWay = false;
+void TroubleSink::OnCallReturned(const CallReturned& call) {
   if (call.result == ResultSuccess) {
-    TellHeld(nullptr);
     return;
   }
   output << Prefix << call.failure << " (" << Explained(call.result) << ")\n";
   for (const std::string& reason : call.reasons) {
     output << "  " << Escaped(reason) << '\n';
   }
-  held.clear();
+  output.flush();
+}
+
+void TroubleSink::OnWarning(const Warned& warning) {
+  output << Prefix << "warning: " << warning.message << std::endl;
+}
+
+void TroubleSink::OnRunEnded(const RunEnded& end) {
+  if (!end.message.empty()) {
+    output << Prefix << end.message << std::endl;
+  }
 }
 
 }  // namespace conduit

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <ostream>
-#include <string>
-#include <vector>
 
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 
@@ -13,26 +11,21 @@ struct TroubleSinkOptions {
   bool readerErrors = true;  ///< false when whoever reads this sees them elsewhere
 };
 
-/// Tells what went wrong, each thing once and with its reason. The module's log
-/// lines of failures are held while the host calls it, because they are the
-/// reasons if the call fails, and else until the next happening, which may say
-/// the same.
-class TroubleSink final : public ISink {
+/// Tells what went wrong, each thing once and with its reason: a line that the module
+/// logs of a failure is left out where the failed call or a reader error says the same.
+class TroubleSink final : public RunListener {
  public:
   /// REQUIRES: `output` outlives the sink.
   TroubleSink(std::ostream& output, TroubleSinkOptions options);
 
-  void Receive(const Happening& happening) override;
+  void OnCallReturned(const CallReturned& call) override;
+  void OnWarning(const Warned& warning) override;
+  void OnLogLine(const LogLine& line) override;
+  void OnRunEnded(const RunEnded& end) override;
 
  private:
-  void Hold(const LogLine& line);
-  void TellHeld(const ErrorReported* error);
-  void Tell(const CallReturned& call);
-
   std::ostream& output;
   const TroubleSinkOptions options;
-  bool callUnderWay = false;
-  std::vector<LogLine> held;
 };
 
 }  // namespace conduit

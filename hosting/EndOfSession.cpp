@@ -2,34 +2,26 @@
 
 #include <cstddef>
 
-#include "interfaces/ReaderEventCode.h"
+#include "hosting/EventNames.h"
 #include "interfaces/ReaderState.h"
 
 namespace conduit {
 
-namespace {
-
-const char* NameOf(ReaderEventCode code) {
-  return ReaderEventNames[static_cast<std::size_t>(code)];
+void EndOfSession::OnEvent(const EventReceived& event) {
+  if (IsEvent(event.name, ReaderEventCode::DeviceDisconnected)) {
+    disconnected = true;
+  }
+  if (IsEvent(event.name, ReaderEventCode::DeviceConnected)) {
+    disconnected = false;
+  }
 }
 
-}  // namespace
-
-void EndOfSession::Receive(const Happening& happening) {
-  if (const auto* event = std::get_if<EventReceived>(&happening)) {
-    if (event->name == NameOf(ReaderEventCode::DeviceDisconnected)) {
-      disconnected = true;
-    }
-    if (event->name == NameOf(ReaderEventCode::DeviceConnected)) {
-      disconnected = false;
-    }
-  }
-  const auto* state = std::get_if<StateReported>(&happening);
-  const char* terminated = ReaderStateNames[static_cast<std::size_t>(ReaderState::Terminated)];
-  if (!state || !disconnected || state->text != terminated) {
+void EndOfSession::OnState(const StateReported& state) {
+  const char* const terminated =
+      ReaderStateNames[static_cast<std::size_t>(ReaderState::Terminated)];
+  if (!disconnected || state.text != terminated) {
     return;
   }
-
   const std::lock_guard lock(mutex);
   reached = true;
   changed.notify_all();

@@ -4,16 +4,17 @@
 #include <condition_variable>
 #include <mutex>
 
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 
 /// Notices that the reader has nothing more to give: its device is disconnected
 /// and it then calls itself terminated. The state alone does not count, because
 /// a reader may pass through it while it starts.
-class EndOfSession final : public ISink {
+class EndOfSession final : public RunListener {
  public:
-  void Receive(const Happening& happening) override;
+  void OnEvent(const EventReceived& event) override;
+  void OnState(const StateReported& state) override;
 
   /// Waits for the end, at most so long. [any thread]
   /// @returns whether it has come.

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 

@@ -17,6 +17,7 @@
 #include "console_host/PageCount.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
+#include "console_host/TableSink.h"
 #include "console_host/TemporaryFolder.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
@@ -57,6 +58,8 @@ Examples:
       gives programs one JSON object a line
   conduit run samples/session.json --report run.html --save items
       writes a page that shows the run, and every item as a file
+  conduit run scans --table people.csv
+      writes who is on the scans, a row for each
   conduit run --module ./MyModule.so --set LogFileName=reader.log
       drives the reader that the module's own reader library finds
 
@@ -74,6 +77,7 @@ struct RunOptions {
   bool json = false;
   bool data = false;
   std::string report;
+  std::string table;
   std::string saveFolder;
 };
 
@@ -173,7 +177,7 @@ void WarnOfUnknownEvent(const std::string& event, HostRecorder& recorder) {
   for (const char* name : ReaderEventNames) {
     names.append(names.empty() ? "" : ", ").append(name);
   }
-  recorder.Record(Warned{"no reader event is named " + event + "; the events are: " + names});
+  recorder.Warn({"no reader event is named " + event + "; the events are: " + names});
 }
 
 /// Adds one condition for each event, however many scripts it has: actions go
@@ -208,13 +212,13 @@ RunEnded WaitForEnd(EndOfSession& end, HostRecorder& recorder) {
   // How long a Ctrl-C may go unnoticed: a signal handler cannot notify.
   constexpr std::chrono::milliseconds pollInterval(50);
   while (!end.WaitFor(pollInterval)) {
-    if (const auto failure = recorder.SinkFailure()) {
+    if (const auto failure = recorder.ListenerFailure()) {
       return {EndReason::Failed, *failure};
     }
     if (InterruptStatus() != 0) {
       return {EndReason::Interrupted, ""};
     }
-    recorder.Record(TimePassed{});
+    recorder.PassTime();
   }
   return {EndReason::ReaderTerminated, ""};
 }
@@ -249,13 +253,16 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
 
 /// Opens what the user asked to have written, so that a run whose outcome could
 /// not be kept does not begin.
-std::vector<std::unique_ptr<ISink>> OpenFiles(const RunOptions& options) {
-  std::vector<std::unique_ptr<ISink>> files;
+std::vector<std::unique_ptr<RunListener>> OpenFiles(const RunOptions& options) {
+  std::vector<std::unique_ptr<RunListener>> files;
   if (!options.saveFolder.empty()) {
     files.push_back(std::make_unique<SaveSink>(PathFromUtf8(options.saveFolder)));
   }
   if (!options.report.empty()) {
     files.push_back(std::make_unique<ReportSink>(PathFromUtf8(options.report)));
+  }
+  if (!options.table.empty()) {
+    files.push_back(std::make_unique<TableSink>(PathFromUtf8(options.table)));
   }
   return files;
 }
@@ -271,7 +278,7 @@ int Run(const RunOptions& options) {
   const bool colour = terminal && !IsSet("NO_COLOR");
   CatchInterrupts();
 
-  const std::vector<std::unique_ptr<ISink>> files = OpenFiles(options);
+  const std::vector<std::unique_ptr<RunListener>> files = OpenFiles(options);
   TextSink text(std::cout, {colour, options.logLevel});
   JsonSink json(std::cout, {options.logLevel, options.data});
   TroubleSink trouble(std::cerr, {.log = options.logLevel < 0,
@@ -280,18 +287,18 @@ int Run(const RunOptions& options) {
   EndOfSession end;
   PageCount count;
 
-  std::vector<ISink*> sinks;
+  std::vector<RunListener*> listeners;
   if (terminal && !options.json) {
-    sinks.push_back(&progress);
+    listeners.push_back(&progress);
   }
-  sinks.push_back(options.json ? static_cast<ISink*>(&json) : &text);
-  for (const std::unique_ptr<ISink>& file : files) {
-    sinks.push_back(file.get());
+  listeners.push_back(options.json ? static_cast<RunListener*>(&json) : &text);
+  for (const std::unique_ptr<RunListener>& file : files) {
+    listeners.push_back(file.get());
   }
-  sinks.insert(sinks.end(), {&trouble, &end, &count});
-  HostRecorder recorder(sinks, {options.refusedSignals.begin(), options.refusedSignals.end()});
+  listeners.insert(listeners.end(), {&trouble, &end, &count});
+  HostRecorder recorder(listeners, {options.refusedSignals.begin(), options.refusedSignals.end()});
 
-  recorder.Record(RunBegan{options.module, options.session});
+  recorder.Begin({options.module, options.session});
   RunEnded ended{};
   try {
     ended = Play(options, recorder, end);
@@ -300,13 +307,14 @@ int Run(const RunOptions& options) {
   }
   const bool pagesUnread = count.Pages().unread > 0;
   if (pagesUnread) {
-    recorder.Record(count.Pages());
+    recorder.Count(count.Pages());
   }
-  recorder.Record(ended);
+  recorder.End(ended);
 
-  if (const auto failure = recorder.SinkFailure(); failure && ended.reason != EndReason::Failed) {
+  if (const auto failure = recorder.ListenerFailure();
+      failure && ended.reason != EndReason::Failed) {
     ended = {EndReason::Failed, *failure};
-    trouble.Receive(ended);
+    trouble.OnRunEnded(ended);
   }
   switch (ended.reason) {
     case EndReason::ReaderTerminated:
@@ -373,6 +381,18 @@ void AddRunCommand(CLI::App& app, int& exitStatus) {
       ->add_option("--report", options->report,
                    "Write a page for the browser that shows the run; an earlier one is replaced")
       ->option_text("FILE.html");
+  command
+      ->add_option("--table", options->table,
+                   "Write a row for each document: its file, codeline, licence, barcodes and "
+                   "warnings; an earlier table is replaced")
+      ->check(CLI::Validator(
+          [](const std::string& name) {
+            return IsTableName(PathFromUtf8(name))
+                       ? std::string()
+                       : "the name of a table ends in .csv or .jsonl, unlike '" + name + "'";
+          },
+          "TABLE"))
+      ->option_text("FILE.csv|FILE.jsonl");
   command
       ->add_option("--save", options->saveFolder,
                    "Save every item as a file in this folder, which is new or empty")

@@ -2,6 +2,7 @@
 
 #include <iomanip>
 #include <sstream>
+#include <vector>
 
 #include "console_host/report/Html.h"
 #include "console_host/report/ReportStyle.h"
@@ -65,84 +66,101 @@ std::string Table(const char* kind, const std::vector<const char*>& columns,
          "\n";
 }
 
-std::string Summary(const ReportSection& section) {
-  std::string summary = section.itemCount == 0 ? "" : Counted(section.itemCount, "item");
+std::string Counts(const ReportSection& section) {
+  std::string counts = section.itemCount == 0 ? "" : Counted(section.itemCount, "item");
   if (section.problemCount > 0) {
-    summary += (summary.empty() ? "" : " ") +
-               Element("strong", "", Counted(section.problemCount, "problem"));
+    counts += (counts.empty() ? "" : " ") +
+              Element("strong", "", Counted(section.problemCount, "problem"));
   }
-  return summary.empty() ? "" : " " + Element("small", "", summary);
+  return counts.empty() ? "" : " " + Element("small", "", counts);
 }
 
 std::string Part(const char* title, const std::string& markup) {
   return markup.empty() ? "" : Element("h3", "", title) + "\n" + markup;
 }
 
-std::string Markup(const ReportSection& section) {
+/// What came at what time is of interest to few: closed, it costs the browser little.
+std::string Timeline(const std::string& rows, bool open) {
+  if (rows.empty()) {
+    return "";
+  }
+  return Element("details", open ? "open" : "",
+                 Element("summary", "", "Timeline") + "\n" +
+                     Table("timeline", {"Seconds", "What", "", "Log lines"}, rows));
+}
+
+std::string Facts(const ReportSummary& run, const std::string& more) {
+  std::string facts;
+  if (!run.session.empty()) {
+    facts += Fact("Session", run.session);
+  }
+  facts += Fact("Module", run.module);
+  facts += Fact("Began", UtcTime(run.began));
+  facts += more;
+  facts += Fact("Host", "conduit " CONDUIT_VERSION);
+  return Element("dl", "", facts);
+}
+
+std::string Header(const std::string& attributes, const std::string& outcome,
+                   const std::string& facts) {
+  return Element("header", attributes,
+                 Element("h1", "", "Run of a module") + "\n" + outcome + "\n" + facts) +
+         "\n";
+}
+
+}  // namespace
+
+std::string ReportHead(const ReportSummary& run) {
+  const std::string subject = run.session.empty() ? run.module : run.session;
+  std::string head = std::string(ReportStart) + Head;
+  head +=
+      Element("title", "", "Run of " + HtmlText(Utf8FromPath(PathFromUtf8(subject).filename())));
+  head += "\n" + Element("style", "", ReportStyle) + "\n</head>\n<body>\n";
+  head +=
+      Header("class=\"unfinished\"",
+             Element("p", "class=\"outcome problem\"", "The run has not ended."), Facts(run, ""));
+  return head + "<main>\n";
+}
+
+std::string ReportSectionMarkup(const ReportSection& section) {
   const std::string pictures =
       section.pictures.empty() ? "" : Element("div", "class=\"pictures\"", section.pictures) + "\n";
+  const std::string summary =
+      section.summary.empty() ? "" : Element("p", "class=\"person\"", section.summary) + "\n";
+  const bool onlyTimeline = section.itemCount == 0;
   return Element("section", "id=\"" + section.id + "\"",
-                 Element("h2", "", HtmlText(section.title) + Summary(section)) + "\n" +
+                 Element("h2", "", HtmlText(section.title) + Counts(section)) + "\n" + summary +
                      Part("Pictures", pictures) +
                      Part("Barcodes",
                           Table("barcodes", {"Name", "Value", "Position", "Last", "Type", "Bytes"},
                                 section.barcodes)) +
                      Part("Items", Table("items", {"Name", "Value"}, section.items)) +
-                     Part("Timeline", Table("timeline", {"Seconds", "What", "", "Log lines"},
-                                            section.timeline))) +
+                     Timeline(section.timeline, onlyTimeline || section.problemCount > 0)) +
          "\n";
 }
 
-std::string Header(const ReportContents& contents) {
-  std::string facts;
-  if (!contents.session.empty()) {
-    facts += Fact("Session", contents.session);
-  }
-  facts += Fact("Module", contents.module);
-  facts += Fact("Began", UtcTime(contents.began));
-  facts += Fact("Took", Seconds(contents.duration));
-  facts += Fact("Received", Counted(contents.documents, "document"));
-  facts += Fact("Host", "conduit " CONDUIT_VERSION);
-  const char* const outcome = contents.failed ? "class=\"outcome problem\"" : "class=\"outcome\"";
-  return Element("header", "",
-                 Element("h1", "", "Run of a module") + "\n" +
-                     Element("p", outcome, HtmlText(contents.outcome)) + "\n" +
-                     Element("dl", "", facts)) +
-         "\n";
+std::string ReportOverviewEntry(const ReportSection& section) {
+  return Element(
+      "li", section.problemCount > 0 ? "class=\"problem\"" : "",
+      Element("a", "href=\"#" + section.id + "\"", HtmlText(section.title)) + Counts(section));
 }
 
-std::string Overview(const ReportContents& contents) {
-  std::string list;
-  for (const ReportSection& section : contents.sections) {
-    list += Element(
-        "li", section.problemCount > 0 ? "class=\"problem\"" : "",
-        Element("a", "href=\"#" + section.id + "\"", HtmlText(section.title)) + Summary(section));
+std::string ReportEnd(const ReportSummary& run) {
+  const std::string problems =
+      run.problemCount == 0 ? "No problems. " : Counted(run.problemCount, "problem") + ". ";
+  const bool good = run.problemCount == 0 && !run.failed;
+  std::string end = "</main>\n" + Element("style", "", ".unfinished { display: none; }") + "\n";
+  end += Header("",
+                Element("p", good ? "class=\"outcome\"" : "class=\"outcome problem\"",
+                        problems + HtmlText(run.outcome)),
+                Facts(run, Fact("Took", Seconds(run.duration)) +
+                               Fact("Received", Counted(run.documents, "document"))));
+  if (!run.problems.empty()) {
+    end += Element("div", "class=\"problems\"",
+                   Element("h2", "", "Problems") + Element("ol", "", run.problems)) +
+           "\n";
   }
-  std::string problems;
-  for (const std::string& problem : contents.problems) {
-    problems += problem;
-  }
-  if (!problems.empty()) {
-    problems = Element("div", "class=\"problems\"",
-                       Element("h2", "", "Problems") + Element("ol", "", problems)) +
-               "\n";
-  }
-  return problems + Element("nav", "", Element("ul", "", list)) + "\n";
-}
-
-}  // namespace
-
-std::string ReportPage(const ReportContents& contents) {
-  const std::string subject = contents.session.empty() ? contents.module : contents.session;
-  std::string page = std::string(ReportStart) + Head;
-  page +=
-      Element("title", "", "Run of " + HtmlText(Utf8FromPath(PathFromUtf8(subject).filename())));
-  page += "\n" + Element("style", "", ReportStyle) + "\n</head>\n<body>\n";
-  page += Header(contents) + Overview(contents) + "<main>\n";
-  for (const ReportSection& section : contents.sections) {
-    page += Markup(section);
-  }
-  return page + "</main>\n</body>\n</html>\n";
+  return end + Element("nav", "", Element("ul", "", run.overview)) + "\n</body>\n</html>\n";
 }
 
 }  // namespace conduit

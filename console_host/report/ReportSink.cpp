@@ -1,17 +1,14 @@
 #include "console_host/report/ReportSink.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <stdexcept>
-#include <system_error>
 #include <utility>
 
 #include "console_host/ItemDescription.h"
 #include "console_host/report/Html.h"
 #include "hosting/DataFormat.h"
+#include "hosting/EventNames.h"
 #include "interfaces/ResultCode.h"
 #include "platform/Digest.h"
-#include "platform/FilePath.h"
 
 namespace conduit {
 
@@ -19,34 +16,33 @@ namespace {
 
 constexpr std::int32_t FailureLevel = 0;
 
-[[noreturn]] void Refuse(const std::filesystem::path& file, const std::string& reason) {
-  throw std::runtime_error("cannot write report " + Utf8FromPath(file) + ": " + reason);
-}
+constexpr const char* Continued = ", continued";
 
-/// A page may be replaced, but not the session that a forgotten file name leaves
-/// in its place.
-void RequireReplaceable(const std::filesystem::path& file) {
-  std::error_code problem;
-  if (std::filesystem::is_directory(file, problem)) {
-    Refuse(file, "it is a folder");
-  }
-  if (!std::filesystem::is_regular_file(file, problem)) {
-    return;
-  }
-  std::string start;
-  std::ifstream input(file, std::ios::binary);
-  if (std::getline(input, start) && start != ReportStart) {
-    Refuse(file, "the file exists and is no report");
-  }
-}
+/// What a picture is, for who does not see it.
+struct PictureName {
+  const char* item;
+  const char* text;
+};
 
-/// A device or a pipe has no place to take.
-std::filesystem::path Unfinished(std::filesystem::path file) {
-  std::error_code noneYet;
-  const std::filesystem::file_type type = std::filesystem::status(file, noneYet).type();
-  const bool hasPlace =
-      type == std::filesystem::file_type::not_found || type == std::filesystem::file_type::regular;
-  return hasPlace ? file += ".part" : file;
+constexpr PictureName PictureNames[] = {
+    {"IMAGEVIS", "Page in visible light"},
+    {"IMAGEVISREAR", "Back of the page in visible light"},
+    {"IMAGEIR", "Page in near infrared"},
+    {"IMAGEUV", "Page in ultraviolet light"},
+    {"IMAGECOAXVIS", "Page in coaxial visible light"},
+    {"IMAGECOAXIR", "Page in coaxial near infrared"},
+    {"IMAGEPHOTO", "Portrait on the page"},
+    {"IMAGEBARCODE", "Barcode on the page"},
+    {"SCDG2_PHOTO", "Portrait in the chip"},
+};
+
+std::string Alternative(const ItemReceived& item) {
+  for (const PictureName& name : PictureNames) {
+    if (item.name == name.item) {
+      return name.text;
+    }
+  }
+  return item.name.empty() ? "Picture" : item.name;
 }
 
 std::string SizeNote(std::size_t limit) { return std::to_string(limit >> 20) + " MiB"; }
@@ -92,52 +88,64 @@ std::string Joined(const std::vector<std::string>& texts) {
 
 }  // namespace
 
-ReportSink::ReportSink(const std::filesystem::path& file, const ReportLimits& limits)
-    : file(file), unfinished(Unfinished(file)), limits(limits) {
-  RequireReplaceable(file);
-  output.open(unfinished, std::ios::binary);
-  if (!output) {
-    Refuse(file, std::generic_category().message(errno));
-  }
-  contents.began = std::chrono::system_clock::now();
+ReportSink::ReportSink(const std::filesystem::path& path, const ReportLimits& limits)
+    : limits(limits), file("report", path, ReportStart) {
+  run.began = std::chrono::system_clock::now();
   OpenSection("Start");
 }
 
-void ReportSink::Receive(const Happening& happening) {
-  std::visit([this](const auto& one) { Take(one); }, happening);
+void ReportSink::OnRunBegan(const RunBegan& began) {
+  run.module = began.module;
+  run.session = began.session;
+  file.Write(ReportHead(run));
 }
 
-void ReportSink::Take(const RunBegan& run) {
-  contents.module = run.module;
-  contents.session = run.session;
-}
-
-void ReportSink::Take(const CallBegan& call) { callUnderWay = call.name; }
-
-void ReportSink::Take(const CallReturned& call) {
+void ReportSink::OnCallReturned(const CallReturned& call) {
   if (call.result == ResultSuccess) {
-    AddStep("call", callUnderWay);
+    AddStep("call", call.name);
     return;
   }
-  std::string text =
-      callUnderWay + " answered " + std::to_string(call.result) + ": " + call.failure;
+  std::string text = call.name + " answered " + std::to_string(call.result) + ": " + call.failure;
   if (!call.reasons.empty()) {
     text += " (" + Joined(call.reasons) + ")";
   }
   AddStep("call", text, true);
 }
 
-void ReportSink::Take(const Warned& warning) { AddStep("warning", warning.message, true); }
+void ReportSink::OnWarning(const Warned& warning) { AddStep("warning", warning.message, true); }
 
-void ReportSink::Take(const LogLine& line) { pending.push_back(line); }
+void ReportSink::OnLogLine(const LogLine& line) {
+  const bool failure = line.level <= FailureLevel;
+  if (failure && line.again == SaidAgain::Nowhere) {
+    // Of the step that is to come.
+    ++steps;
+    AddProblem(line.message);
+    --steps;
+  }
+  pendingLog += Element("div", failure ? "class=\"problem\"" : "",
+                        Element("b", "", std::to_string(line.level)) + " " +
+                            Element("span", "class=\"tag\"", HtmlText(line.tag)) + " " +
+                            HtmlText(line.message));
+  // What logs without doing anything has its lines shown all the same.
+  if (constexpr std::size_t enough = 65536; pendingLog.size() > enough) {
+    AddStep("log", "");
+  }
+}
 
-void ReportSink::Take(const ReaderLine& line) {
-  document = line.document.empty() ? document : line.document;
+/// What a document comes from is known before it: its section begins there, and shows
+/// also one that gives nothing.
+void ReportSink::OnReaderLine(const ReaderLine& line) {
+  if (!line.document.empty()) {
+    document = line.document;
+    CloseSection();
+    OpenSection(document);
+  }
   AddStep("reader", line.text);
 }
 
-void ReportSink::Take(const ItemReceived& item) {
+void ReportSink::OnItem(const ItemReceived& item) {
   ++section.itemCount;
+  person.Take(item);
   if (IsPicture(item)) {
     AddPicture(item);
   } else if (item.feature) {
@@ -151,111 +159,114 @@ void ReportSink::Take(const ItemReceived& item) {
   AddStep("item", item.name + missing + refused, !item.data);
 }
 
-void ReportSink::Take(const EventReceived& event) { AddStep("event", event.name); }
+void ReportSink::OnEvent(const EventReceived& event) {
+  AddStep("event", event.name);
+  if (IsEvent(event.name, ReaderEventCode::DocRemoved)) {
+    document.clear();
+  }
+}
 
-void ReportSink::Take(const DataBegan& /*data*/) {
-  CloseSection();
-  OpenSection("Document " + std::to_string(++contents.documents) +
-              (document.empty() ? "" : ": " + document));
-  document.clear();
+void ReportSink::OnDataBegan() {
+  const std::string title = "Document " + std::to_string(++run.documents);
+  const std::string named = document.empty() ? title : title + ": " + document;
+  if (document.empty() || section.itemCount > 0) {
+    CloseSection();
+    OpenSection(named);
+  } else {
+    section.title = named;
+  }
   AddStep("begin", "");
 }
 
-void ReportSink::Take(const DataEnded& /*data*/) {
+void ReportSink::OnDataEnded() {
   AddStep("end", "");
-  CloseSection();
-  OpenSection("After document " + std::to_string(contents.documents));
+  if (document.empty()) {
+    CloseSection();
+    OpenSection("After document " + std::to_string(run.documents));
+  }
 }
 
-void ReportSink::Take(const ScriptActivated& script) { AddStep("script", script.name); }
+void ReportSink::OnScript(const ScriptActivated& script) { AddStep("script", script.name); }
 
-void ReportSink::Take(const StateReported& state) {
+void ReportSink::OnState(const StateReported& state) {
   AddStep("state", state.text.empty() ? "(without a name)" : state.text);
 }
 
-void ReportSink::Take(const ErrorReported& error) {
+void ReportSink::OnError(const ErrorReported& error) {
   if (error.routine) {
     return;
   }
   if (error.text.empty()) {
     AddStep("error", "(none stands any more)");
   } else {
-    AddStep("error", error.text, true);
+    AddStep("error", error.text, error.again == SaidAgain::Nowhere);
   }
 }
 
-void ReportSink::Take(const PagesCounted& pages) {
+void ReportSink::OnPagesCounted(const PagesCounted& pages) {
   AddStep("pages",
           std::to_string(pages.unread) + " of " + std::to_string(pages.all) + " could not be read");
 }
 
-void ReportSink::Take(const TimePassed& /*time*/) {}
-
-void ReportSink::Take(const RunEnded& end) {
-  contents.failed = end.reason == EndReason::Failed;
+void ReportSink::OnRunEnded(const RunEnded& end) {
+  run.failed = end.reason == EndReason::Failed;
   switch (end.reason) {
     case EndReason::ReaderTerminated:
-      contents.outcome = "The reader has terminated.";
+      run.outcome = "The reader has terminated.";
       break;
     case EndReason::Interrupted:
-      contents.outcome = "The run was interrupted.";
+      run.outcome = "The run was interrupted.";
       break;
     case EndReason::Failed:
-      contents.outcome = end.message.empty() ? "The run failed." : "The run failed: " + end.message;
+      run.outcome = end.message.empty() ? "The run failed." : "The run failed: " + end.message;
       break;
   }
-  AddStep("stop", contents.outcome, contents.failed && !end.message.empty());
+  AddStep("stop", run.outcome, run.failed && !end.message.empty());
   CloseSection();
-  contents.duration = Age();
-
-  output << ReportPage(contents);
-  output.close();
-  if (!output) {
-    Refuse(file, std::generic_category().message(errno));
+  run.duration = Age();
+  if (sections > limits.entries) {
+    run.overview +=
+        Element("li", "", "and " + std::to_string(sections - limits.entries) + " more below");
   }
-  if (unfinished != file) {
-    std::filesystem::rename(unfinished, file);
+  if (run.problemCount > limits.entries) {
+    run.problems += Element(
+        "li", "", "and " + std::to_string(run.problemCount - limits.entries) + " more below");
   }
+  file.Write(ReportEnd(run));
+  file.Complete();
 }
 
 void ReportSink::AddStep(const char* what, const std::string& text, bool problem) {
   char time[32];
   std::snprintf(time, sizeof time, "%.3f", static_cast<double>(Age().count()) / 1000);
   ++steps;
-  const std::string log = TakeLog(text);
   if (problem) {
     AddProblem(text);
   }
-  section.timeline += Row(
-      "id=\"step-" + std::to_string(steps) + (problem ? "\" class=\"problem\"" : "\""),
-      Cell("time", time) + Cell("what", what) + Cell("text", HtmlText(text)) + Cell("log", log));
-}
-
-/// The markup of the log lines that wait. A failure among them is a problem of
-/// its own unless the step, whose text is given, says the same.
-std::string ReportSink::TakeLog(const std::string& text) {
-  std::string markup;
-  for (const LogLine& line : pending) {
-    const bool failure = line.level <= FailureLevel;
-    if (failure && (text.empty() || line.message.find(text) == std::string::npos) &&
-        text.find(line.message) == std::string::npos) {
-      AddProblem(line.message);
-    }
-    markup += Element("div", failure ? "class=\"problem\"" : "",
-                      Element("b", "", std::to_string(line.level)) + " " +
-                          Element("span", "class=\"tag\"", HtmlText(line.tag)) + " " +
-                          HtmlText(line.message));
+  section.timeline +=
+      Row("id=\"step-" + std::to_string(steps) + (problem ? "\" class=\"problem\"" : "\""),
+          Cell("time", time) + Cell("what", what) + Cell("text", HtmlText(text)) +
+              Cell("log", std::exchange(pendingLog, "")));
+  if (section.timeline.size() + section.items.size() + section.barcodes.size() > limits.section) {
+    const std::string title = section.title;
+    CloseSection();
+    OpenSection(title.ends_with(Continued) ? title : title + Continued);
   }
-  pending.clear();
-  return markup;
 }
 
 void ReportSink::AddProblem(const std::string& text) {
   ++section.problemCount;
-  contents.problems.push_back(Element(
+  if (++run.problemCount > limits.entries) {
+    return;
+  }
+  // A reader that names the page in its error names what the section is named after.
+  const std::string named = document + ": ";
+  const std::string shown =
+      !document.empty() && text.starts_with(named) ? text.substr(named.size()) : text;
+  run.problems += Element(
       "li", "",
       Element("a", "href=\"#step-" + std::to_string(steps) + "\"", HtmlText(section.title)) + ": " +
-          HtmlText(text)));
+          HtmlText(shown));
 }
 
 void ReportSink::AddPicture(const ItemReceived& item) {
@@ -270,14 +281,19 @@ void ReportSink::AddPicture(const ItemReceived& item) {
     picture =
         "Left out: the page has its " + SizeNote(limits.pictures) + " of pictures. --save has it.";
   }
+  const std::string id = "picture-" + std::to_string(++pictures);
   if (picture.empty()) {
     pictureBytes += size;
-    picture = "<img alt=\"The browser cannot show this picture.\" src=\"data:";
-    picture.append(mediaType).append(";base64,").append(Base64(*item.data)).append("\">");
+    std::string image =
+        "<img alt=\"" + HtmlText(Alternative(item) + ", " + section.title) + "\" src=\"data:";
+    image.append(mediaType).append(";base64,").append(Base64(*item.data)).append("\">");
+    // Without a script: the address names what is shown large, and what to go back to.
+    picture = Element("a", "class=\"open\" href=\"#" + id + "\" title=\"Enlarge\"", image) +
+              Element("a", "class=\"close\" href=\"#" + section.id + "\"", "Close");
   } else {
     picture = Element("p", "class=\"note\"", picture);
   }
-  section.pictures += Element("figure", "",
+  section.pictures += Element("figure", "id=\"" + id + "\"",
                               picture + Element("figcaption", "",
                                                 Element("b", "", Name(item)) + " " + Value(item))) +
                       "\n";
@@ -307,15 +323,26 @@ std::string ReportSink::Value(const ItemReceived& item) const {
 
 void ReportSink::OpenSection(const std::string& title) {
   section = {};
-  section.id = "section-" + std::to_string(contents.sections.size() + 1);
   section.title = title;
+  // It is written only when there is something in it, and has its number then.
+  section.id = "section-" + std::to_string(sections + 1);
+  person.Clear();
 }
 
 /// Between two documents there may be nothing.
 void ReportSink::CloseSection() {
-  if (!section.timeline.empty()) {
-    contents.sections.push_back(std::move(section));
+  if (section.timeline.empty()) {
+    return;
   }
+  ++sections;
+  section.summary = HtmlText(person.Text());
+  if (sections > limits.timelines && section.problemCount == 0 && section.itemCount > 0) {
+    section.timeline.clear();
+  }
+  if (sections <= limits.entries) {
+    run.overview += ReportOverviewEntry(section);
+  }
+  file.Write(ReportSectionMarkup(section));
 }
 
 std::chrono::milliseconds ReportSink::Age() const {

@@ -3,56 +3,55 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
-#include <fstream>
 #include <string>
-#include <vector>
 
+#include "console_host/DocumentSummary.h"
+#include "console_host/ReplacedFile.h"
 #include "console_host/report/ReportPage.h"
-#include "hosting/Happening.h"
+#include "hosting/RunListener.h"
 
 namespace conduit {
 
 /// How large a page may get that a browser still opens at once.
 struct ReportLimits {
-  std::size_t picture = 16UL << 20;    ///< bytes of one picture
-  std::size_t pictures = 128UL << 20;  ///< bytes of all pictures
-  std::size_t text = 20000;            ///< bytes of one value
+  std::size_t picture = 16UL << 20;   ///< bytes of one picture
+  std::size_t pictures = 64UL << 20;  ///< bytes of all pictures
+  std::size_t text = 20000;           ///< bytes of one value
+  std::size_t section = 4UL << 20;    ///< bytes of a section's rows; it is continued in the next
+  int timelines = 1000;  ///< sections that have theirs whether or not there are problems
+  int entries = 1000;    ///< of the overview, and of the list of problems
 };
 
 /// Tells a run as a page of HTML: self-contained, without scripts, for screen and
-/// print. The page is written when the run ends, however it ends, and takes the place
-/// of an earlier one then.
-class ReportSink final : public ISink {
+/// print. Each document is written when it is complete, into a file beside the page, so
+/// that a run that breaks off leaves what was seen; the page takes the place of an
+/// earlier one when the run has ended, however it ended.
+class ReportSink final : public RunListener {
  public:
   /// Throws a std::runtime_error that names the file and the reason when it
   /// cannot be written.
-  explicit ReportSink(const std::filesystem::path& file, const ReportLimits& limits = {});
+  explicit ReportSink(const std::filesystem::path& path, const ReportLimits& limits = {});
 
-  /// Throws a std::runtime_error when the finished page cannot be written.
-  void Receive(const Happening& happening) override;
+  // They throw a std::runtime_error when the page cannot be written.
+  void OnRunBegan(const RunBegan& run) override;
+  void OnCallReturned(const CallReturned& call) override;
+  void OnWarning(const Warned& warning) override;
+  void OnLogLine(const LogLine& line) override;
+  void OnReaderLine(const ReaderLine& line) override;
+  void OnItem(const ItemReceived& item) override;
+  void OnEvent(const EventReceived& event) override;
+  void OnDataBegan() override;
+  void OnDataEnded() override;
+  void OnScript(const ScriptActivated& script) override;
+  void OnState(const StateReported& state) override;
+  void OnError(const ErrorReported& error) override;
+  void OnPagesCounted(const PagesCounted& pages) override;
+  void OnRunEnded(const RunEnded& end) override;
 
  private:
-  void Take(const RunBegan& run);
-  void Take(const CallBegan& call);
-  void Take(const CallReturned& call);
-  void Take(const Warned& warning);
-  void Take(const LogLine& line);
-  void Take(const ReaderLine& line);
-  void Take(const ItemReceived& item);
-  void Take(const EventReceived& event);
-  void Take(const DataBegan& data);
-  void Take(const DataEnded& data);
-  void Take(const ScriptActivated& script);
-  void Take(const StateReported& state);
-  void Take(const ErrorReported& error);
-  void Take(const PagesCounted& pages);
-  void Take(const TimePassed& time);
-  void Take(const RunEnded& end);
-
   /// A row of the timeline, with the log lines since the last one beside it.
   void AddStep(const char* what, const std::string& text, bool problem = false);
   void AddProblem(const std::string& text);
-  std::string TakeLog(const std::string& text);
 
   void AddPicture(const ItemReceived& item);
   void AddBarcode(const ItemReceived& item);
@@ -62,19 +61,19 @@ class ReportSink final : public ISink {
   void CloseSection();
   std::chrono::milliseconds Age() const;
 
-  const std::filesystem::path file;
-  const std::filesystem::path unfinished;  ///< beside it, so that an earlier one stays until then
   const ReportLimits limits;
-  std::ofstream output;
+  ReplacedFile file;
   const std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
 
-  ReportContents contents;
+  ReportSummary run;
   ReportSection section;
-  std::string document;          ///< what the one laid down comes from, if the reader says so
-  std::string callUnderWay;      ///< the host's call of the module
-  std::vector<LogLine> pending;  ///< a module logs what it is about to do
+  DocumentSummary person;
+  std::string document;    ///< what the one laid down comes from, if the reader says so
+  std::string pendingLog;  ///< markup of lines: a module logs what it is about to do
   std::size_t pictureBytes = 0;
+  int pictures = 0;
   int steps = 0;
+  int sections = 0;
 };
 
 }  // namespace conduit

@@ -1,16 +1,21 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <sstream>
 #include <string>
+#include <utility>
 
 #include "console_host/ProgressLine.h"
+#include "console_host/TableSink.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
 #include "console_host/report/ReportSink.h"
 #include "hosting/DataFormat.h"
+#include "hosting/HostRecorder.h"
 #include "hosting/Utf8.h"
 #include "platform/Digest.h"
 
@@ -62,25 +67,124 @@ TEST(ReadsAsText, GoesByTheBytesOfABarcode) {
 TEST(TextSink, ColoursWholeLinesAndNeverLeavesAColourOn) {
   std::ostringstream output;
   TextSink sink(output, {true, 1});
-  sink.Receive(ErrorReported{"jam\x1b[0m", false});
-  sink.Receive(LogLine{1, "A::B", "text"});
-  sink.Receive(LogLine{2, "A::B", "more"});
+  sink.OnError({"jam\x1b[0m", false, SaidAgain::Nowhere});
+  sink.OnLogLine({1, "A::B", "text", SaidAgain::Nowhere});
+  sink.OnLogLine({2, "A::B", "more", SaidAgain::Nowhere});
   EXPECT_EQ(output.str(),
             "\x1b[1;31mERROR   jam\\x1b[0m\x1b[0m\n"
             "\x1b[2mlog 1   A::B: text\x1b[0m\n");
 }
 
-TEST(TextSink, KeepsTheOrderOfAReaderThatIsFasterThanItsStart) {
-  std::ostringstream output;
-  TextSink sink(output, {});
-  sink.Receive(CallBegan{});
-  sink.Receive(ErrorReported{"dirty", false});
-  sink.Receive(EventReceived{"A"});
-  sink.Receive(StateReported{"Enabled"});
-  sink.Receive(CallReturned{"", 0, {}});
-  sink.Receive(DataEnded{});  // without a beginning: must not indent below nothing
-  sink.Receive(EventReceived{"B"});
-  EXPECT_EQ(output.str(), "ERROR   dirty\nevent   A\nstate   Enabled\nend\nevent   B\n");
+/// What a listener is told of what a module says, in a word each.
+class Told final : public RunListener {
+ public:
+  void OnCallReturned(const CallReturned& call) override {
+    words += "returned " + std::to_string(call.reasons.size()) + "\n";
+  }
+  void OnLogLine(const LogLine& line) override { Write(line.message, line.again); }
+  void OnEvent(const EventReceived& event) override { words += event.name + "\n"; }
+  void OnState(const StateReported& state) override {
+    words += state.text + (state.repeated ? " repeated\n" : "\n");
+  }
+  void OnError(const ErrorReported& error) override { Write(error.text, error.again); }
+
+  void Write(const std::string& text, SaidAgain again) {
+    words += text + (again == SaidAgain::Nowhere     ? "\n"
+                     : again == SaidAgain::AsFailure ? " as failure\n"
+                                                     : " as error\n");
+  }
+
+  std::string words;
+};
+
+TEST(HostRecorder, SaysWhatComesTwice) {
+  Told told;
+  HostRecorder recorder({&told}, {});
+  const auto sayJam = [&] {
+    recorder.Log(0, "A::B", "Reader Error: jam");
+    recorder.ReportError("jam");
+    recorder.ReportState("Error");
+    recorder.ReportState("Error");
+  };
+  recorder.Call("Initialise", "", [&] {
+    sayJam();
+    recorder.Log(2, "A::B", "trace");
+    return 13;
+  });
+  EXPECT_EQ(std::exchange(told.words, ""),
+            "Reader Error: jam as failure\njam as failure\nError\nError repeated\ntrace\n"
+            "returned 1\n");
+  sayJam();
+  recorder.Log(0, "A::B", "other");
+  recorder.SendEvent("A");
+  EXPECT_EQ(std::exchange(told.words, ""),
+            "Reader Error: jam as error\njam\nError\nError\nother\nA\n");
+  // A reader that is faster than its start.
+  recorder.Call("Initialise", "", [&] {
+    recorder.ReportError("dirty");
+    recorder.SendEvent("A");
+    recorder.ReportState("Enabled");
+    return 0;
+  });
+  EXPECT_EQ(std::exchange(told.words, ""), "dirty\nA\nEnabled\nreturned 0\n");
+  // Nothing follows, and there is no end of it.
+  for (int i = 0; i < 100'000; ++i) {
+    recorder.Log(3, "", "");
+  }
+  EXPECT_GT(told.words.size(), 99'000U);
+  recorder.PassTime();
+  EXPECT_EQ(told.words.size(), 100'000U);
+}
+
+TEST(TableSink, HasARowForEachDocument) {
+  const std::string file = testing::TempDir() + "people-" + std::to_string(std::random_device()());
+  const auto fill = [](TableSink& sink) {
+    const auto send = [&](const char* name, ItemType type, const std::string& data) {
+      sink.OnItem({name, type, static_cast<std::int32_t>(data.size()), data, {}, true, 0});
+    };
+    sink.OnReaderLine({1, "document a.png", "a.png"});
+    sink.OnReaderLine({1, "warning: a.png: odd", ""});
+    sink.OnEvent({"DOC_ON_WINDOW"});
+    sink.OnDataBegan();
+    send("CODELINE_SURNAME", ItemTypeText, "M\xDCLLER, \"X\"");
+    send("CODELINE_SURNAME", ItemTypeText, "M\xDCLLER, \"X\"");
+    send("BARCODE_QRCODE", ItemTypeText, "one");
+    send("BARCODE_QRCODE", ItemTypeBarcodeFormat6, std::string("\0two", 4));
+    sink.OnDataEnded();
+    sink.OnEvent({"DOC_REMOVED"});
+    sink.OnReaderLine({1, "document b.png", "b.png"});
+    sink.OnEvent({"DOC_ON_WINDOW"});
+    sink.OnError({"cut", false, SaidAgain::Nowhere});
+    sink.OnEvent({"DOC_REMOVED"});
+    sink.OnDataBegan();  // a swipe, which is none
+    send("SWIPE_MSR_TRACK_1", ItemTypeText, "%B");
+    sink.OnDataEnded();
+    sink.OnRunEnded({});
+  };
+  const auto textOf = [](const std::string& name) {
+    std::ifstream stream(name, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  };
+  for (int round = 0; round < 2; ++round) {  // the second takes the place of the first
+    TableSink csv(file + ".csv");
+    fill(csv);
+    TableSink lines(file + ".jsonl");
+    fill(lines);
+  }
+  const std::string csv = textOf(file + ".csv");
+  EXPECT_EQ(csv.substr(0, 23), "file,CODELINE_DOC_TYPE,");
+  EXPECT_NE(csv.find("\r\na.png,,,,\"M\uFFFDLLER, \"\"X\"\"\",,"), std::string::npos) << csv;
+  EXPECT_NE(csv.find(",\"one\n0x0074776f\",,a.png: odd\r\nb.png,"), std::string::npos) << csv;
+  EXPECT_TRUE(csv.ends_with(",cut\r\n")) << csv;
+  EXPECT_EQ(std::count(csv.begin(), csv.end(), '\r'), 3);
+
+  std::istringstream lines(textOf(file + ".jsonl"));
+  std::string line;
+  ASSERT_TRUE(std::getline(lines, line));
+  EXPECT_NE(line.find(R"("BARCODE_QRCODE":["one","0x0074776f"])"), std::string::npos) << line;
+  ASSERT_TRUE(std::getline(lines, line));
+  EXPECT_TRUE(line.ends_with(R"("warnings":["cut"]})")) << line;
+  EXPECT_FALSE(std::getline(lines, line));
 }
 
 TEST(Digest, IsTheOneOfTheStandards) {
@@ -100,42 +204,42 @@ TEST(TroubleSink, LeavesOutWhatItsReaderSeesAnyway) {
   for (const bool told : {true, false}) {
     std::ostringstream output;
     TroubleSink sink(output, {.log = true, .readerErrors = told});
-    sink.Receive(LogLine{0, "A::B", "Reader Error: jam"});
-    sink.Receive(ErrorReported{"jam", false});
-    sink.Receive(LogLine{0, "A::B", "Reader Error: jam"});
-    sink.Receive(LogLine{0, "A::B", "other"});
-    sink.Receive(TimePassed{});
-    const std::string jam = "conduit: A::B: Reader Error: jam\n";
-    EXPECT_EQ(output.str(), (told ? jam : "") + jam + "conduit: A::B: other\n");
+    sink.OnLogLine({0, "A::B", "Reader Error: jam", SaidAgain::AsError});
+    sink.OnLogLine({0, "A::B", "reason", SaidAgain::AsFailure});
+    sink.OnLogLine({0, "A::B", "other", SaidAgain::Nowhere});
+    EXPECT_EQ(output.str(), std::string(told ? "conduit: A::B: Reader Error: jam\n" : "") +
+                                "conduit: A::B: other\n");
   }
 }
 
 TEST(ProgressLine, MakesWayForOtherLines) {
   std::ostringstream output;
   ProgressLine line(output, std::chrono::milliseconds(0));
-  line.Receive(DataBegan{});
-  line.Receive(TimePassed{});
-  line.Receive(TimePassed{});
-  line.Receive(ErrorReported{"jam", false});
-  line.Receive(TimePassed{});
-  line.Receive(RunEnded{});
+  line.OnDataBegan();
+  line.OnTimePassed();
+  line.OnTimePassed();
+  line.OnAnything();
+  line.OnError({"jam", false, SaidAgain::Nowhere});
+  line.OnTimePassed();
+  line.OnAnything();
   EXPECT_EQ(output.str(),
             "\r\x1b[2K... 0:00  1 document, 0 items, 0 errors\r\x1b[2K"
             "\r\x1b[2K... 0:00  1 document, 0 items, 1 error\r\x1b[2K");
 }
 
 TEST(ReportSink, LeavesOutWhatWouldMakeThePageUnusable) {
-  const std::string file = testing::TempDir() + "/limits.html";
+  const std::string file =
+      testing::TempDir() + "limits-" + std::to_string(std::random_device()()) + ".html";
   ReportSink sink(file, {.picture = 100, .pictures = 250, .text = 10});
   const auto receive = [&](ItemType type, const std::string& data) {
     const auto length = static_cast<std::int32_t>(data.size());
-    sink.Receive(ItemReceived{"A", type, length, data, {}, true, 0});
+    sink.OnItem({"A", type, length, data, {}, true, 0});
   };
   for (const unsigned size : {101U, 100U, 100U, 100U}) {
     receive(ItemTypeImage, "BM" + std::string(size - 2, '.'));
   }
   receive(ItemTypeText, "123456789\u00DC");
-  sink.Receive(RunEnded{});
+  sink.OnRunEnded({});
   std::ifstream page(file);
   const std::string text(std::istreambuf_iterator<char>(page), {});
   const auto count = [&](const std::string& part) {

@@ -33,6 +33,9 @@ UNREAD = """reader 2024-05-01T09:30:00.120Z 1 document a.png
 event DOC_ON_WINDOW
 error jam
 event DOC_REMOVED
+reader 2024-05-01T09:30:00.120Z 1 document b.png
+begin
+end
 """
 END = "event DEVICE_DISCONNECTED\nstate Terminated\n"
 RUNS = [

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 #include "interfaces/ItemType.h"
@@ -19,13 +18,9 @@ struct RunBegan {
   std::string session;  ///< the session's file; empty when none was named
 };
 
-/// The host calls the module. What the module logs or reports from here to the
-/// CallReturned belongs to this call, unless a reader thread is already at work.
-struct CallBegan {
-  std::string name;  ///< "SetParameter LogLevel=2"
-};
-
+/// The host called the module.
 struct CallReturned {
+  std::string name;     ///< "SetParameter LogLevel=2"
   std::string failure;  ///< what it means for the user when the result is not 0
   std::int32_t result;
   std::vector<std::string> reasons;  ///< of a failure: what the module said meanwhile
@@ -36,10 +31,18 @@ struct Warned {
   std::string message;
 };
 
+/// Where else a text comes that the module says.
+enum class SaidAgain {
+  Nowhere,
+  AsError,    ///< in the reader error that follows
+  AsFailure,  ///< among the reasons of the call that fails
+};
+
 struct LogLine {
   std::int32_t level;
   std::string tag;
   std::string message;
+  SaidAgain again;  ///< of a failure
 };
 
 /// What the reader library wrote into its own log before what follows.
@@ -63,21 +66,19 @@ struct EventReceived {
   std::string name;
 };
 
-struct DataBegan {};
-
-struct DataEnded {};
-
 struct ScriptActivated {
   std::string name;
 };
 
 struct StateReported {
   std::string text;
+  bool repeated;  ///< the call under way has brought the same
 };
 
 struct ErrorReported {
   std::string text;  ///< empty: no error stands any more
   bool routine;      ///< an empty text while no error stood, as every event brings one
+  SaidAgain again;
 };
 
 /// Documents that gave nothing because of an error, after a run with such.
@@ -86,9 +87,6 @@ struct PagesCounted {
   int all;
 };
 
-/// The host has waited a moment: several times a second while the reader runs.
-struct TimePassed {};
-
 enum class EndReason { ReaderTerminated, Interrupted, Failed };
 
 struct RunEnded {
@@ -96,18 +94,33 @@ struct RunEnded {
   std::string message;  ///< of a failure; empty when a CallReturned has told it
 };
 
-using Happening = std::variant<RunBegan, CallBegan, CallReturned, Warned, LogLine, ReaderLine,
-                               ItemReceived, EventReceived, DataBegan, DataEnded, ScriptActivated,
-                               StateReported, ErrorReported, PagesCounted, TimePassed, RunEnded>;
-
-/// Takes in what happens in a run. HostRecorder hands everything to one sink
-/// after the other under its lock, so a sink needs none of its own. One that
-/// cannot go on throws.
-class ISink {
+/// Is told what happens in a run, in its order. HostRecorder calls one listener after
+/// the other under its lock, so that a listener needs none of its own, on whatever
+/// thread it happens. A listener that cannot go on throws, and is told nothing more.
+class RunListener {
  public:
-  virtual ~ISink() = default;
+  virtual ~RunListener() = default;
 
-  virtual void Receive(const Happening& happening) = 0;
+  /// Comes before each of the operations below but OnTimePassed.
+  virtual void OnAnything() {}
+
+  virtual void OnRunBegan(const RunBegan& /*run*/) {}
+  virtual void OnCallReturned(const CallReturned& /*call*/) {}
+  virtual void OnWarning(const Warned& /*warning*/) {}
+  virtual void OnLogLine(const LogLine& /*line*/) {}
+  virtual void OnReaderLine(const ReaderLine& /*line*/) {}
+  virtual void OnItem(const ItemReceived& /*item*/) {}
+  virtual void OnEvent(const EventReceived& /*event*/) {}
+  virtual void OnDataBegan() {}
+  virtual void OnDataEnded() {}
+  virtual void OnScript(const ScriptActivated& /*script*/) {}
+  virtual void OnState(const StateReported& /*state*/) {}
+  virtual void OnError(const ErrorReported& /*error*/) {}
+  virtual void OnPagesCounted(const PagesCounted& /*pages*/) {}
+  virtual void OnRunEnded(const RunEnded& /*end*/) {}
+
+  /// The host has waited a moment: several times a second while the reader runs.
+  virtual void OnTimePassed() {}
 };
 
 }  // namespace conduit

@@ -1,0 +1,286 @@
+#include "console_host/TableSink.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <nlohmann/json.hpp>
+#include <string_view>
+
+#include "hosting/DataFormat.h"
+#include "hosting/EventNames.h"
+#include "hosting/Utf8.h"
+#include "interfaces/ReaderDataType.h"
+#include "platform/FilePath.h"
+
+namespace conduit {
+
+namespace {
+
+constexpr const char* FileColumn = "file";
+constexpr const char* WarningsColumn = "warnings";
+
+/// The items that a document is told by, each a column.
+constexpr const char* ItemColumns[] = {
+    "CODELINE_DOC_TYPE",
+    "CODELINE_DOC_ID",
+    "CODELINE_DOC_NUMBER",
+    "CODELINE_SURNAME",
+    "CODELINE_FORENAMES",
+    "CODELINE_FORENAME",
+    "CODELINE_SECOND_NAME",
+    "CODELINE_DATE_OF_BIRTH_STR",
+    "CODELINE_DATE_OF_BIRTH_STR_FORMATTED",
+    "CODELINE_EXPIRY_DATE_STR",
+    "CODELINE_EXPIRY_DATE_STR_FORMATTED",
+    "CODELINE_ISSUING_STATE",
+    "CODELINE_NATIONALITY",
+    "CODELINE_SEX",
+    "CODELINE_SHORT_SEX",
+    "CODELINE_OPTIONAL_DATA_1",
+    "CODELINE_OPTIONAL_DATA_2",
+    "CODELINE_DATA",
+    "CODELINE_LINE_1",
+    "CODELINE_LINE_2",
+    "CODELINE_LINE_3",
+    "AAMVA_PARSED_LICENCENUMBER",
+    "AAMVA_PARSED_FULLNAME",
+    "AAMVA_PARSED_SURNAME",
+    "AAMVA_PARSED_FORENAME",
+    "AAMVA_PARSED_MIDDLENAME",
+    "AAMVA_PARSED_NAMESUFFIX",
+    "AAMVA_PARSED_GIVENNAMES",
+    "AAMVA_PARSED_SEX",
+    "AAMVA_PARSED_SHORTSEX",
+    "AAMVA_PARSED_ADDRESS_STREET",
+    "AAMVA_PARSED_ADDRESS_CITY",
+    "AAMVA_PARSED_ADDRESS_STATE",
+    "AAMVA_PARSED_ADDRESS_POSTALCODE",
+    "AAMVA_PARSED_ADDRESS_COUNTRY",
+    "AAMVA_PARSED_DATEOFBIRTH",
+    "AAMVA_PARSED_DATEOFBIRTH_FORMATTED",
+    "AAMVA_PARSED_ISSUEDATE",
+    "AAMVA_PARSED_ISSUEDATE_FORMATTED",
+    "AAMVA_PARSED_EXPIRYDATE",
+    "AAMVA_PARSED_EXPIRYDATE_FORMATTED",
+    "AAMVA_PARSED_HEIGHT",
+    "AAMVA_PARSED_WEIGHT",
+    "AAMVA_PARSED_HAIR_COLOR",
+    "AAMVA_PARSED_EYE_COLOR",
+};
+
+/// A name, a file's extension among them: the barcode types of the reader.
+struct Column {
+  std::string name;
+  bool isList;  ///< of any number of values
+};
+
+const std::vector<Column>& Columns() {
+  static const std::vector<Column> columns = [] {
+    std::vector<Column> all = {{FileColumn, false}};
+    for (const char* const item : ItemColumns) {
+      all.push_back({item, false});
+    }
+    for (const ReaderBarcodeName& barcode : ReaderBarcodeNames) {
+      all.push_back({barcode.name, true});
+    }
+    all.push_back({WarningsColumn, true});
+    return all;
+  }();
+  return columns;
+}
+
+/// @returns the number of columns for a name that is none.
+std::size_t ColumnOf(std::string_view name) {
+  const auto found = std::ranges::find(Columns(), name, &Column::name);
+  return static_cast<std::size_t>(found - Columns().begin());
+}
+
+std::size_t FirstColumn() { return 0; }
+
+std::size_t LastColumn() { return Columns().size() - 1; }
+
+/// Bytes that are no text, as a barcode may hold, in hexadecimal digits.
+std::string ValueOf(const ItemReceived& item) {
+  if (!item.data || ReadsAsText(item.type, *item.data)) {
+    return item.data.value_or("");
+  }
+  std::string digits = "0x";
+  for (const char byte : *item.data) {
+    char two[3];
+    std::snprintf(two, sizeof two, "%02x", static_cast<unsigned char>(byte));
+    digits += two;
+  }
+  return digits;
+}
+
+/// The text in UTF-8: what is no character becomes U+FFFD.
+std::string Utf8Of(std::string_view text) {
+  std::string valid;
+  while (!text.empty()) {
+    const Utf8Character character = FirstCharacter(text);
+    valid += character.valid ? text.substr(0, character.length) : "\xEF\xBF\xBD";
+    text.remove_prefix(character.length);
+  }
+  return valid;
+}
+
+/// Several values of one cell stand each on a line of its own.
+std::string Joined(const std::vector<std::string>& values) {
+  std::string joined;
+  for (const std::string& value : values) {
+    joined += (joined.empty() ? "" : "\n") + value;
+  }
+  return joined;
+}
+
+class Csv final : public TableFormat {
+ public:
+  std::string Head() const override {
+    std::string head;
+    for (const Column& column : Columns()) {
+      head += (head.empty() ? "" : ",") + column.name;
+    }
+    return head + "\r\n";
+  }
+
+  std::string Line(const TableRow& row) const override {
+    std::string line;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      line += (i == 0 ? "" : ",") + Cell(Utf8Of(Joined(row[i])));
+    }
+    return line + "\r\n";
+  }
+
+ private:
+  static std::string Cell(const std::string& text) {
+    if (text.find_first_of(",\"\r\n") == std::string::npos) {
+      return text;
+    }
+    std::string quoted = "\"";
+    for (const char character : text) {
+      quoted.append(character == '"' ? 2 : 1, character);
+    }
+    return quoted + '"';
+  }
+};
+
+class JsonLines final : public TableFormat {
+ public:
+  std::string Head() const override { return ""; }
+
+  std::string Line(const TableRow& row) const override {
+    nlohmann::ordered_json object;
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      const Column& column = Columns()[i];
+      if (column.isList) {
+        object[column.name] = row[i];
+      } else {
+        object[column.name] = Joined(row[i]);
+      }
+    }
+    return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+  }
+};
+
+bool IsCsv(const std::filesystem::path& file) { return Utf8FromPath(file).ends_with(".csv"); }
+
+std::unique_ptr<const TableFormat> FormatOf(const std::filesystem::path& file) {
+  if (IsCsv(file)) {
+    return std::make_unique<Csv>();
+  }
+  return std::make_unique<JsonLines>();
+}
+
+/// What an earlier table begins with.
+std::string StartOf(const TableFormat& format) {
+  const std::string head = format.Head();
+  return head.empty() ? "{\"" + Columns().front().name + "\":" : head;
+}
+
+}  // namespace
+
+bool IsTableName(const std::filesystem::path& file) {
+  return IsCsv(file) || Utf8FromPath(file).ends_with(".jsonl");
+}
+
+TableSink::TableSink(const std::filesystem::path& path)
+    : format(FormatOf(path)), file("table", path, StartOf(*format)) {
+  file.Write(format->Head());
+}
+
+/// The name comes before the document is laid down.
+void TableSink::OnReaderLine(const ReaderLine& line) {
+  constexpr std::string_view warning = "warning: ";
+  if (!line.document.empty()) {
+    Close();
+    Open();
+    Add(FirstColumn(), line.document);
+  } else if (line.text.starts_with(warning) && !row.empty()) {
+    Add(LastColumn(), line.text.substr(warning.size()));
+  }
+}
+
+void TableSink::OnItem(const ItemReceived& item) {
+  const std::size_t column = ColumnOf(item.name);
+  if (item.answer != 0) {
+    Add(LastColumn(), item.name + " refused");
+  } else if (column < Columns().size()) {
+    Add(column, ValueOf(item));
+  } else if (item.name == "UNKNOWN_DOCUMENT" || item.name == "BAD_CHARS") {
+    Add(LastColumn(), item.name);
+  }
+}
+
+void TableSink::OnEvent(const EventReceived& event) {
+  if (IsEvent(event.name, ReaderEventCode::DocOnWindow)) {
+    if (laidDown) {
+      Close();
+    }
+    Open();
+    laidDown = true;
+  } else if (IsEvent(event.name, ReaderEventCode::DocRemoved)) {
+    Close();
+  }
+}
+
+/// A reader may send data of what it has not said to be laid down.
+void TableSink::OnDataBegan() {
+  if (!laidDown) {
+    Close();
+  }
+  Open();
+}
+
+void TableSink::OnError(const ErrorReported& error) {
+  if (!row.empty() && !error.text.empty()) {
+    Add(LastColumn(), error.text);
+  }
+}
+
+void TableSink::OnRunEnded(const RunEnded& /*end*/) {
+  Close();
+  file.Complete();
+}
+
+void TableSink::Open() { row.resize(Columns().size()); }
+
+void TableSink::Close() {
+  const bool saysAnything =
+      std::ranges::any_of(row, [](const auto& values) { return !values.empty(); });
+  if (laidDown || saysAnything) {
+    file.Write(format->Line(row));
+  }
+  row.clear();
+  laidDown = false;
+}
+
+void TableSink::Add(std::size_t column, const std::string& value) {
+  Open();
+  std::vector<std::string>& values = row[column];
+  // The codeline of a chip says again what the page says.
+  if (!value.empty() &&
+      (Columns()[column].isList || std::ranges::find(values, value) == values.end())) {
+    values.push_back(value);
+  }
+}
+
+}  // namespace conduit

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "console_host/ReplacedFile.h"
+#include "hosting/RunListener.h"
+
+namespace conduit {
+
+/// The values of one document, a list for each column; most have one value at most.
+using TableRow = std::vector<std::vector<std::string>>;
+
+/// How a table is written.
+class TableFormat {
+ public:
+  virtual ~TableFormat() = default;
+
+  /// What stands before the rows, and every such table begins with.
+  virtual std::string Head() const = 0;
+  virtual std::string Line(const TableRow& row) const = 0;
+};
+
+/// Tells a run as a table: a row for each document, from when it is laid down to when it
+/// is taken away, whether or not it gave anything. The columns are the same for every
+/// run: the file that the document comes from, the fields of its codeline, those of its
+/// licence, its barcodes by symbology, and what the reader warned of.
+class TableSink final : public RunListener {
+ public:
+  /// As CSV after RFC 4180, in UTF-8 and with a head, or as JSON Lines, by the file's
+  /// name; see IsTableName. Throws a std::runtime_error that names the file and the
+  /// reason when it cannot be written.
+  explicit TableSink(const std::filesystem::path& file);
+
+  // They throw a std::runtime_error when the table cannot be written.
+  void OnReaderLine(const ReaderLine& line) override;
+  void OnItem(const ItemReceived& item) override;
+  void OnEvent(const EventReceived& event) override;
+  void OnDataBegan() override;
+  void OnError(const ErrorReported& error) override;
+  void OnRunEnded(const RunEnded& end) override;
+
+ private:
+  void Open();
+  void Close();
+  void Add(std::size_t column, const std::string& value);
+
+  const std::unique_ptr<const TableFormat> format;
+  ReplacedFile file;
+  TableRow row;
+  bool laidDown = false;  ///< a document, rather than a card that is swiped
+};
+
+/// Whether a file's name ends in .csv or .jsonl.
+bool IsTableName(const std::filesystem::path& file);
+
+}  // namespace conduit
