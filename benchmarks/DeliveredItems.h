@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "interfaces/ItemName.h"
 #include "interfaces/ReaderAamvaData.h"
 #include "interfaces/ReaderCodelineData.h"
 
@@ -20,49 +21,41 @@ struct DeliveredText {
 };
 
 inline constexpr DeliveredText CodelineLines[] = {
-    {"CODELINE_DATA", offsetof(ReaderCodelineData, codeline)},
-    {"CODELINE_LINE_1", offsetof(ReaderCodelineData, line1)},
-    {"CODELINE_LINE_2", offsetof(ReaderCodelineData, line2)},
-    {"CODELINE_LINE_3", offsetof(ReaderCodelineData, line3)},
+    {ItemName::CodelineData, offsetof(ReaderCodelineData, codeline)},
+    {ItemName::CodelineLine1, offsetof(ReaderCodelineData, line1)},
+    {ItemName::CodelineLine2, offsetof(ReaderCodelineData, line2)},
+    {ItemName::CodelineLine3, offsetof(ReaderCodelineData, line3)},
 };
 
 inline constexpr DeliveredText CodelineFields[] = {
-    {"CODELINE_DOC_ID", offsetof(ReaderCodelineData, docId)},
-    {"CODELINE_DOC_NUMBER", offsetof(ReaderCodelineData, docNumber)},
-    {"CODELINE_DOC_TYPE", offsetof(ReaderCodelineData, docType)},
-    {"CODELINE_OPTIONAL_DATA_1", offsetof(ReaderCodelineData, optionalData1)},
-    {"CODELINE_OPTIONAL_DATA_2", offsetof(ReaderCodelineData, optionalData2)},
-    {"CODELINE_SURNAME", offsetof(ReaderCodelineData, surname)},
-    {"CODELINE_FORENAME", offsetof(ReaderCodelineData, forename)},
-    {"CODELINE_FORENAMES", offsetof(ReaderCodelineData, forenames)},
-    {"CODELINE_ISSUING_STATE", offsetof(ReaderCodelineData, issuingState)},
-    {"CODELINE_NATIONALITY", offsetof(ReaderCodelineData, nationality)},
-    {"CODELINE_SECOND_NAME", offsetof(ReaderCodelineData, secondName)},
-    {"CODELINE_SEX", offsetof(ReaderCodelineData, sex)},
+    {ItemName::CodelineDocId, offsetof(ReaderCodelineData, docId)},
+    {ItemName::CodelineDocNumber, offsetof(ReaderCodelineData, docNumber)},
+    {ItemName::CodelineDocType, offsetof(ReaderCodelineData, docType)},
+    {ItemName::CodelineOptionalData1, offsetof(ReaderCodelineData, optionalData1)},
+    {ItemName::CodelineOptionalData2, offsetof(ReaderCodelineData, optionalData2)},
+    {ItemName::CodelineSurname, offsetof(ReaderCodelineData, surname)},
+    {ItemName::CodelineForename, offsetof(ReaderCodelineData, forename)},
+    {ItemName::CodelineForenames, offsetof(ReaderCodelineData, forenames)},
+    {ItemName::CodelineIssuingState, offsetof(ReaderCodelineData, issuingState)},
+    {ItemName::CodelineNationality, offsetof(ReaderCodelineData, nationality)},
+    {ItemName::CodelineSecondName, offsetof(ReaderCodelineData, secondName)},
+    {ItemName::CodelineSex, offsetof(ReaderCodelineData, sex)},
 };
 
 inline constexpr DeliveredText AamvaFields[] = {
-    {"AAMVA_PARSED_LICENCENUMBER", offsetof(ReaderAamvaData, licenceNumber)},
-    {"AAMVA_PARSED_FULLNAME", offsetof(ReaderAamvaData, fullName)},
-    {"AAMVA_PARSED_SURNAME", offsetof(ReaderAamvaData, surname)},
-    {"AAMVA_PARSED_FORENAME", offsetof(ReaderAamvaData, forename)},
-    {"AAMVA_PARSED_MIDDLENAME", offsetof(ReaderAamvaData, middleName)},
-    {"AAMVA_PARSED_NAMESUFFIX", offsetof(ReaderAamvaData, nameSuffix)},
-    {"AAMVA_PARSED_GIVENNAMES", offsetof(ReaderAamvaData, givenNames)},
-    {"AAMVA_PARSED_SEX", offsetof(ReaderAamvaData, sex)},
-    {"AAMVA_PARSED_ADDRESS_STREET", offsetof(ReaderAamvaData, addressStreet)},
-    {"AAMVA_PARSED_ADDRESS_CITY", offsetof(ReaderAamvaData, addressCity)},
-    {"AAMVA_PARSED_ADDRESS_STATE", offsetof(ReaderAamvaData, addressState)},
-    {"AAMVA_PARSED_ADDRESS_POSTALCODE", offsetof(ReaderAamvaData, addressPostalCode)},
-    {"AAMVA_PARSED_ADDRESS_COUNTRY", offsetof(ReaderAamvaData, addressCountry)},
-};
-
-inline constexpr const char* UnitWords[] = {"Unknown", "in", "cm", "lb", "kg"};
-inline constexpr const char* HairWords[] = {
-    "Unknown", "Bald", "Black", "Blond", "Brown", "Grey", "Red_Auburn", "Sandy", "White",
-};
-inline constexpr const char* EyeWords[] = {
-    "Unknown", "Black", "Blue", "Brown", "Grey", "Green", "Hazel", "Maroon", "Pink", "Dichromatic",
+    {ItemName::LicenceNumber, offsetof(ReaderAamvaData, licenceNumber)},
+    {ItemName::LicenceFullName, offsetof(ReaderAamvaData, fullName)},
+    {ItemName::LicenceSurname, offsetof(ReaderAamvaData, surname)},
+    {ItemName::LicenceForename, offsetof(ReaderAamvaData, forename)},
+    {ItemName::LicenceMiddleName, offsetof(ReaderAamvaData, middleName)},
+    {ItemName::LicenceNameSuffix, offsetof(ReaderAamvaData, nameSuffix)},
+    {ItemName::LicenceGivenNames, offsetof(ReaderAamvaData, givenNames)},
+    {ItemName::LicenceSex, offsetof(ReaderAamvaData, sex)},
+    {ItemName::LicenceStreet, offsetof(ReaderAamvaData, addressStreet)},
+    {ItemName::LicenceCity, offsetof(ReaderAamvaData, addressCity)},
+    {ItemName::LicenceState, offsetof(ReaderAamvaData, addressState)},
+    {ItemName::LicencePostalCode, offsetof(ReaderAamvaData, addressPostalCode)},
+    {ItemName::LicenceCountry, offsetof(ReaderAamvaData, addressCountry)},
 };
 
 inline constexpr const char* ItemTag = "FullPageInputModule::ProcessFullPageData";

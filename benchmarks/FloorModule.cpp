@@ -11,7 +11,9 @@
 
 #include "benchmarks/ComparedModule.h"
 #include "benchmarks/DeliveredItems.h"
+#include "interfaces/ParameterName.h"
 #include "interfaces/ReaderBarcodeData.h"
+#include "interfaces/ReaderItem.h"
 #include "interfaces/ReaderState.h"
 #include "interfaces/ResultCode.h"
 
@@ -54,7 +56,7 @@ class OneProperty final : public IStringMap {
   std::int32_t Count() override { return 1; }
   void Set(const char* /*key*/, const char* /*value*/) override {}
   const char* Get(const char* key) override {
-    return std::strcmp(key, "feature") == 0 ? value : nullptr;
+    return std::strcmp(key, ItemProperty::Feature) == 0 ? value : nullptr;
   }
   void RemoveAll() override {}
   void Remove(const char* /*key*/) override {}
@@ -141,23 +143,22 @@ class FloorModule final : public ComparedModule<FloorModule> {
   }
 
   void OnData(ReaderDataType type, std::int32_t length, const void* data) {
-    const auto* const item = std::find_if(std::begin(ReaderItemNames), std::end(ReaderItemNames),
-                                          [type](const auto& row) { return row.type == type; });
+    const ReaderItem* const item = FindReaderItem(type);
+    const bool plain = item->kind == ReaderItemKind::Text || item->kind == ReaderItemKind::Image;
     if (logger != nullptr) {
       StackText line;
-      logger->Log(
-          2, ItemTag,
-          (line << "ItemName: " << (item != std::end(ReaderItemNames) ? item->name : "")).Text());
+      logger->Log(2, ItemTag, (line << "ItemName: " << (plain ? item->name : "")).Text());
     }
-    if (item != std::end(ReaderItemNames)) {
-      host->SendData(item->name, item->itemType, length, data, nullptr, true);
+    if (plain) {
+      host->SendData(item->name, item->kind == ReaderItemKind::Text ? ItemTypeText : ItemTypeImage,
+                     length, data, nullptr, true);
     } else if (type == ReaderDataType::CodelineRecord) {
-      Deliver("INPUT_SOURCE", "OCR");
+      Deliver(ItemName::InputSource, InputSource::Ocr);
       DeliverCodeline(static_cast<const char*>(data));
     } else if (type == ReaderDataType::AamvaBarcodeRecord) {
       DeliverLicence(static_cast<const char*>(data));
     } else {
-      DeliverBarcode(type, *static_cast<const ReaderBarcodeData*>(data));
+      DeliverBarcode(item->name, *static_cast<const ReaderBarcodeData*>(data));
     }
   }
 
@@ -244,34 +245,32 @@ class FloorModule final : public ComparedModule<FloorModule> {
   void DeliverMeasure(std::string_view name, std::int32_t value, std::int32_t unit) {
     StackText text;
     if (value != 0) {
-      text << value << " " << UnitWords[unit];
+      text << value << " " << ReaderMeasurementUnitNames[unit];
     }
     Deliver(name, text.Text());
   }
 
   void DeliverCodeline(const char* record) {
     const auto& fields = *reinterpret_cast<const ReaderCodelineData*>(record);
-    const char* const documentTypes[] = {"VISA", "RESIDENCE CARD", "PASSPORT", "IDENTITY CARD",
-                                         "DRIVING LICENCE"};
     if (std::strpbrk(fields.codeline, parameters[BadChars].inUse) != nullptr) {
-      host->SendData("BAD_CHARS", ItemTypeText, 1, " ", nullptr, true);
+      host->SendData(Signal::BadChars, ItemTypeText, 1, " ", nullptr, true);
     }
     for (const DeliveredText& text : CodelineLines) {
       Deliver({text.name, text.nameLength}, record + text.offset);
     }
-    if (std::none_of(std::begin(documentTypes), std::end(documentTypes),
+    if (std::none_of(std::begin(RecognisedDocumentTypes), std::end(RecognisedDocumentTypes),
                      [&](const char* type) { return std::strcmp(type, fields.docType) == 0; })) {
       return;
     }
-    DeliverDate("CODELINE_DATE_OF_BIRTH_STR", fields.dateOfBirth);
-    DeliverFormatted("CODELINE_DATE_OF_BIRTH_STR_FORMATTED", BirthFormat, fields.dateOfBirth,
+    DeliverDate(ItemName::CodelineDateOfBirth, fields.dateOfBirth);
+    DeliverFormatted(ItemName::CodelineDateOfBirthFormatted, BirthFormat, fields.dateOfBirth,
                      false);
-    DeliverDate("CODELINE_EXPIRY_DATE_STR", fields.expiryDate);
-    DeliverFormatted("CODELINE_EXPIRY_DATE_STR_FORMATTED", ExpiryFormat, fields.expiryDate, true);
+    DeliverDate(ItemName::CodelineExpiryDate, fields.expiryDate);
+    DeliverFormatted(ItemName::CodelineExpiryDateFormatted, ExpiryFormat, fields.expiryDate, true);
     for (const DeliveredText& text : CodelineFields) {
       Deliver({text.name, text.nameLength}, record + text.offset);
     }
-    DeliverCharacter("CODELINE_SHORT_SEX", fields.shortSex);
+    DeliverCharacter(ItemName::CodelineShortSex, fields.shortSex);
   }
 
   void DeliverLicence(const char* record) {
@@ -279,36 +278,33 @@ class FloorModule final : public ComparedModule<FloorModule> {
     for (const DeliveredText& text : AamvaFields) {
       Deliver({text.name, text.nameLength}, record + text.offset);
     }
-    DeliverCharacter("AAMVA_PARSED_SHORTSEX", fields.shortSex);
-    DeliverDate("AAMVA_PARSED_DATEOFBIRTH", fields.dateOfBirth);
-    DeliverFormatted("AAMVA_PARSED_DATEOFBIRTH_FORMATTED", BirthFormat, fields.dateOfBirth, false);
-    DeliverDate("AAMVA_PARSED_ISSUEDATE", fields.issueDate);
-    DeliverFormatted("AAMVA_PARSED_ISSUEDATE_FORMATTED", IssueFormat, fields.issueDate, false);
-    DeliverDate("AAMVA_PARSED_EXPIRYDATE", fields.expiryDate);
-    DeliverFormatted("AAMVA_PARSED_EXPIRYDATE_FORMATTED", ExpiryFormat, fields.expiryDate, true);
-    DeliverMeasure("AAMVA_PARSED_HEIGHT", fields.height, fields.heightUnit);
-    DeliverMeasure("AAMVA_PARSED_WEIGHT", fields.weight, fields.weightUnit);
-    Deliver("AAMVA_PARSED_HAIR_COLOR", HairWords[fields.hairColor]);
-    Deliver("AAMVA_PARSED_EYE_COLOR", EyeWords[fields.eyeColor]);
+    DeliverCharacter(ItemName::LicenceShortSex, fields.shortSex);
+    DeliverDate(ItemName::LicenceDateOfBirth, fields.dateOfBirth);
+    DeliverFormatted(ItemName::LicenceDateOfBirthFormatted, BirthFormat, fields.dateOfBirth, false);
+    DeliverDate(ItemName::LicenceIssueDate, fields.issueDate);
+    DeliverFormatted(ItemName::LicenceIssueDateFormatted, IssueFormat, fields.issueDate, false);
+    DeliverDate(ItemName::LicenceExpiryDate, fields.expiryDate);
+    DeliverFormatted(ItemName::LicenceExpiryDateFormatted, ExpiryFormat, fields.expiryDate, true);
+    DeliverMeasure(ItemName::LicenceHeight, fields.height, fields.heightUnit);
+    DeliverMeasure(ItemName::LicenceWeight, fields.weight, fields.weightUnit);
+    Deliver(ItemName::LicenceHairColor, ReaderHairColorNames[fields.hairColor]);
+    Deliver(ItemName::LicenceEyeColor, ReaderEyeColorNames[fields.eyeColor]);
   }
 
-  void DeliverBarcode(ReaderDataType type, const ReaderBarcodeData& barcode) {
-    const auto* const row =
-        std::find_if(std::begin(ReaderBarcodeNames), std::end(ReaderBarcodeNames),
-                     [type](const auto& name) { return name.type == type; });
+  void DeliverBarcode(const char* name, const ReaderBarcodeData& barcode) {
     OneProperty properties(barcode.index);
-    host->SendData(row->name, ReaderBarcodeItemTypes[barcode.format], barcode.length, barcode.data,
+    host->SendData(name, ReaderBarcodeItemTypes[barcode.format], barcode.length, barcode.data,
                    &properties, barcode.index + 1 == barcode.count);
   }
 
   std::int32_t level = 1;
   Parameter parameters[6] = {
-      {"LogLevel", Kind::Level, "1", ""},
-      {"LogFileName", Kind::Required, "FullPageOutputConduit.log", ""},
-      {"DateOfBirthFormat", Kind::Date, "%d-%m-%Y", ""},
-      {"ExpiryDateFormat", Kind::Date, "%d-%m-%Y", ""},
-      {"IssueDateFormat", Kind::Date, "%d-%m-%Y", ""},
-      {"BadChars", Kind::Required, "*_", ""},
+      {ParameterName::LogLevel, Kind::Level, "1", ""},
+      {ParameterName::LogFileName, Kind::Required, "FullPageOutputConduit.log", ""},
+      {ParameterName::DateOfBirthFormat, Kind::Date, "%d-%m-%Y", ""},
+      {ParameterName::ExpiryDateFormat, Kind::Date, "%d-%m-%Y", ""},
+      {ParameterName::IssueDateFormat, Kind::Date, "%d-%m-%Y", ""},
+      {ParameterName::BadChars, Kind::Required, "*_", ""},
   };
   /// The texts are lent: the benchmark's are literals or live as long as it.
   std::unordered_map<std::string_view, std::vector<const char*>> scripts;

@@ -3,10 +3,13 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <fstream>
+#include <functional>
 #include <iostream>
 #include <iterator>
 #include <memory>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "benchmarks/RatioTable.h"
 #include "benchmarks/Workload.h"
@@ -83,11 +86,17 @@ HeapUse MeasureHeap(const Workload& workload, const char* file, int deliveries) 
           static_cast<double>(one.bytes - start.bytes) / deliveries, many.live - one.live};
 }
 
+/// @param wanted  whether a workload is to be measured
 void RegisterTimings(const std::vector<Workload>& workloads,
-                     const std::vector<std::unique_ptr<Subject>>& subjects, double seconds,
-                     int repetitions) {
+                     const std::vector<std::unique_ptr<Subject>>& subjects, bool quick,
+                     const std::function<bool(const Workload&)>& wanted) {
+  const double seconds = quick ? 0.002 : 0.004;
+  const int repetitions = quick ? 40 : 200;
   for (std::size_t index = 0; index < subjects.size(); ++index) {
     const Workload& workload = workloads[index / ImplementationCount];
+    if (!wanted(workload)) {
+      continue;
+    }
     const Implementation& implementation = Implementations[index % ImplementationCount];
     Subject* const subject = subjects[index].get();
     const auto run = [&workload, subject](benchmark::State& state) {
@@ -109,11 +118,19 @@ void RegisterTimings(const std::vector<Workload>& workloads,
   }
 }
 
-void Run(bool quick, const std::string& only, const std::string& output) {
-  std::vector<Workload> workloads;
-  std::copy_if(
-      Workloads().begin(), Workloads().end(), std::back_inserter(workloads),
-      [&only](const Workload& workload) { return std::string(workload.name).rfind(only, 0) == 0; });
+std::vector<Workload> WorkloadsNamed(const std::vector<std::string>& names) {
+  std::vector<Workload> named;
+  for (const Workload& workload : Workloads()) {
+    if (names.empty() || std::find(names.begin(), names.end(), workload.name) != names.end()) {
+      named.push_back(workload);
+    }
+  }
+  return named;
+}
+
+/// @returns whether every target was met.
+bool Run(bool quick, const std::vector<std::string>& names, const std::string& output) {
+  const std::vector<Workload> workloads = WorkloadsNamed(names);
   HeapUses heapUses;
   std::vector<std::unique_ptr<Subject>> subjects;
   for (const Workload& workload : workloads) {
@@ -131,36 +148,58 @@ void Run(bool quick, const std::string& only, const std::string& output) {
   char* arguments[] = {program, interleaving, nullptr};
   int argumentCount = 2;
   benchmark::Initialize(&argumentCount, arguments);
-  RegisterTimings(workloads, subjects, quick ? 0.002 : 0.004, quick ? 15 : 200);
   TimingCollector timings;
+  const auto missed = [&timings](const Workload& workload) {
+    return !MeetsItsTarget(workload, timings);
+  };
+  RegisterTimings(workloads, subjects, quick, [](const Workload&) { return true; });
   benchmark::RunSpecifiedBenchmarks(&timings);
+  // What a busy machine makes look slow is measured again, and counts with the first.
+  for (int again = 0; again < 2; ++again) {
+    benchmark::ClearRegisteredBenchmarks();
+    RegisterTimings(workloads, subjects, quick, missed);
+    if (std::any_of(workloads.begin(), workloads.end(), missed)) {
+      benchmark::RunSpecifiedBenchmarks(&timings);
+    }
+  }
 
   const std::string table = RatioTable(workloads, timings, heapUses);
   std::cout << table;
   if (!output.empty() && !(std::ofstream(output) << table)) {
     throw std::runtime_error("cannot write " + output);
   }
+  for (const Workload& workload : workloads) {
+    if (missed(workload)) {
+      std::cerr << "bench: " << workload.name << " misses its target by more than a tenth\n";
+    }
+  }
+  return std::none_of(workloads.begin(), workloads.end(), missed);
 }
 
 int Start(int count, char** arguments) {
   CLI::App app(
       "Measures the module against the least that its work takes and against a plain\n"
-      "implementation of it.\n\nExamples:\n  conduit_bench\n  conduit_bench --quick --only "
-      "codeline\n"
+      "implementation of it. Exits with 1 when a target is missed by more than a tenth.\n\n"
+      "Examples:\n  conduit_bench\n  conduit_bench --quick --only 'codeline record'\n"
       "  conduit_bench --output table.md");
   bool quick = false;
-  std::string only;
+  std::vector<std::string> only;
   std::string output;
+  std::vector<std::string> known;
+  for (const Workload& workload : Workloads()) {
+    known.emplace_back(workload.name);
+  }
   app.add_flag("--quick", quick, "Short measurements, for trying out: the ratios are rough");
-  app.add_option("--only", only, "Measure only the workloads whose name begins with this");
+  app.add_option("--only", only, "Measure only this workload; repeatable")
+      ->allow_extra_args(false)
+      ->check(CLI::IsMember(known));
   app.add_option("--output", output, "Also write the tables to this file");
   try {
     app.parse(count, arguments);
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : 2;
   }
-  Run(quick, only, output);
-  return 0;
+  return Run(quick, only, output) ? 0 : 1;
 }
 
 }  // namespace

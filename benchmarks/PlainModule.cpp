@@ -9,7 +9,10 @@
 
 #include "benchmarks/ComparedModule.h"
 #include "benchmarks/DeliveredItems.h"
+#include "interfaces/ParameterName.h"
+#include "interfaces/Reaction.h"
 #include "interfaces/ReaderBarcodeData.h"
+#include "interfaces/ReaderItem.h"
 #include "interfaces/ReaderState.h"
 #include "interfaces/ResultCode.h"
 
@@ -70,22 +73,25 @@ std::string FormatTime(const std::string& format, const std::tm& time) {
 class PlainModule final : public ComparedModule<PlainModule> {
  public:
   explicit PlainModule(IModuleLogger* moduleLogger) : ComparedModule(moduleLogger) {
-    parameters["LogLevel"] = {"1", "", true, false};
-    parameters["LogFileName"] = {"FullPageOutputConduit.log", "", true, false};
-    parameters["DateOfBirthFormat"] = {"%d-%m-%Y", "", false, true};
-    parameters["ExpiryDateFormat"] = {"%d-%m-%Y", "", false, true};
-    parameters["IssueDateFormat"] = {"%d-%m-%Y", "", false, true};
-    parameters["BadChars"] = {"*_", "", true, false};
-    for (const auto& row : ReaderItemNames) {
-      items[row.type] = {row.name, row.itemType};
-    }
-    for (const auto& row : ReaderBarcodeNames) {
-      barcodes[row.type] = row.name;
+    parameters[ParameterName::LogLevel] = {"1", "", true, false};
+    parameters[ParameterName::LogFileName] = {ParameterDefault::LogFileName, "", true, false};
+    parameters[ParameterName::DateOfBirthFormat] = {ParameterDefault::DateFormat, "", false, true};
+    parameters[ParameterName::ExpiryDateFormat] = {ParameterDefault::DateFormat, "", false, true};
+    parameters[ParameterName::IssueDateFormat] = {ParameterDefault::DateFormat, "", false, true};
+    parameters[ParameterName::BadChars] = {ParameterDefault::BadChars, "", true, false};
+    for (const ReaderItem& row : ReaderItems) {
+      if (row.kind == ReaderItemKind::Barcode) {
+        barcodes[row.type] = row.name;
+      } else if (row.kind != ReaderItemKind::Record) {
+        items[row.type] = {row.name,
+                           row.kind == ReaderItemKind::Text ? ItemTypeText : ItemTypeImage};
+      }
     }
   }
 
   std::int32_t Initialise() override {
-    StartReader(std::stoi(parameters["LogLevel"].inUse), parameters["LogFileName"].inUse.c_str());
+    StartReader(std::stoi(parameters[ParameterName::LogLevel].inUse),
+                parameters[ParameterName::LogFileName].inUse.c_str());
     ReportState();
     return 0;
   }
@@ -99,7 +105,7 @@ class PlainModule final : public ComparedModule<PlainModule> {
     if (found->second.required && text.empty()) {
       return ResultValueMissing;
     }
-    if (found->first == "LogLevel" && (std::stoi(text) < 0 || std::stoi(text) > 5)) {
+    if (found->first == ParameterName::LogLevel && (std::stoi(text) < 0 || std::stoi(text) > 5)) {
       return ResultInvalidValue;
     }
     if (found->second.date) {
@@ -147,7 +153,7 @@ class PlainModule final : public ComparedModule<PlainModule> {
     if (item != items.end()) {
       host->SendData(name.c_str(), item->second.second, length, data, nullptr, true);
     } else if (type == ReaderDataType::CodelineRecord) {
-      Deliver("INPUT_SOURCE", "OCR");
+      Deliver(ItemName::InputSource, InputSource::Ocr);
       DeliverCodeline(static_cast<const char*>(data));
     } else if (type == ReaderDataType::AamvaBarcodeRecord) {
       DeliverLicence(static_cast<const char*>(data));
@@ -163,7 +169,7 @@ class PlainModule final : public ComparedModule<PlainModule> {
       const std::string line = "Event: " + name;
       logger->Log(2, EventTag, line.c_str());
     }
-    const auto condition = FindCondition("ReceiveEvent", name);
+    const auto condition = FindCondition(ConditionKind::ReceiveEvent, name);
     if (condition != conditions.end()) {
       for (const std::string& script : condition->scripts) {
         if (host->SetActiveScript(script.c_str()) != 0) {
@@ -220,17 +226,17 @@ class PlainModule final : public ComparedModule<PlainModule> {
   }
 
   void DeliverMeasure(const std::string& name, std::int32_t value, std::int32_t unit) {
-    Deliver(name, value != 0 ? std::to_string(value) + " " + UnitWords[unit] : "");
+    Deliver(name, value != 0 ? std::to_string(value) + " " + ReaderMeasurementUnitNames[unit] : "");
   }
 
   void DeliverCodeline(const char* record) {
     const auto& fields = *reinterpret_cast<const ReaderCodelineData*>(record);
     const std::string type = fields.docType;
-    const std::vector<std::string> recognised = {"VISA", "RESIDENCE CARD", "PASSPORT",
-                                                 "IDENTITY CARD", "DRIVING LICENCE"};
+    const std::vector<std::string> recognised(std::begin(RecognisedDocumentTypes),
+                                              std::end(RecognisedDocumentTypes));
     const std::string codeline = fields.codeline;
-    if (codeline.find_first_of(parameters["BadChars"].inUse) != std::string::npos) {
-      host->SendData("BAD_CHARS", ItemTypeText, 1, " ", nullptr, true);
+    if (codeline.find_first_of(parameters[ParameterName::BadChars].inUse) != std::string::npos) {
+      host->SendData(Signal::BadChars, ItemTypeText, 1, " ", nullptr, true);
     }
     for (const DeliveredText& text : CodelineLines) {
       Deliver(text.name, record + text.offset);
@@ -238,16 +244,16 @@ class PlainModule final : public ComparedModule<PlainModule> {
     if (std::find(recognised.begin(), recognised.end(), type) == recognised.end()) {
       return;
     }
-    DeliverDate("CODELINE_DATE_OF_BIRTH_STR", fields.dateOfBirth);
-    DeliverFormatted("CODELINE_DATE_OF_BIRTH_STR_FORMATTED", "DateOfBirthFormat",
+    DeliverDate(ItemName::CodelineDateOfBirth, fields.dateOfBirth);
+    DeliverFormatted(ItemName::CodelineDateOfBirthFormatted, ParameterName::DateOfBirthFormat,
                      fields.dateOfBirth, false);
-    DeliverDate("CODELINE_EXPIRY_DATE_STR", fields.expiryDate);
-    DeliverFormatted("CODELINE_EXPIRY_DATE_STR_FORMATTED", "ExpiryDateFormat", fields.expiryDate,
-                     true);
+    DeliverDate(ItemName::CodelineExpiryDate, fields.expiryDate);
+    DeliverFormatted(ItemName::CodelineExpiryDateFormatted, ParameterName::ExpiryDateFormat,
+                     fields.expiryDate, true);
     for (const DeliveredText& text : CodelineFields) {
       Deliver(text.name, record + text.offset);
     }
-    Deliver("CODELINE_SHORT_SEX", std::string(1, fields.shortSex));
+    Deliver(ItemName::CodelineShortSex, std::string(1, fields.shortSex));
   }
 
   void DeliverLicence(const char* record) {
@@ -255,25 +261,25 @@ class PlainModule final : public ComparedModule<PlainModule> {
     for (const DeliveredText& text : AamvaFields) {
       Deliver(text.name, record + text.offset);
     }
-    Deliver("AAMVA_PARSED_SHORTSEX", std::string(1, fields.shortSex));
-    DeliverDate("AAMVA_PARSED_DATEOFBIRTH", fields.dateOfBirth);
-    DeliverFormatted("AAMVA_PARSED_DATEOFBIRTH_FORMATTED", "DateOfBirthFormat", fields.dateOfBirth,
-                     false);
-    DeliverDate("AAMVA_PARSED_ISSUEDATE", fields.issueDate);
-    DeliverFormatted("AAMVA_PARSED_ISSUEDATE_FORMATTED", "IssueDateFormat", fields.issueDate,
-                     false);
-    DeliverDate("AAMVA_PARSED_EXPIRYDATE", fields.expiryDate);
-    DeliverFormatted("AAMVA_PARSED_EXPIRYDATE_FORMATTED", "ExpiryDateFormat", fields.expiryDate,
-                     true);
-    DeliverMeasure("AAMVA_PARSED_HEIGHT", fields.height, fields.heightUnit);
-    DeliverMeasure("AAMVA_PARSED_WEIGHT", fields.weight, fields.weightUnit);
-    Deliver("AAMVA_PARSED_HAIR_COLOR", HairWords[fields.hairColor]);
-    Deliver("AAMVA_PARSED_EYE_COLOR", EyeWords[fields.eyeColor]);
+    Deliver(ItemName::LicenceShortSex, std::string(1, fields.shortSex));
+    DeliverDate(ItemName::LicenceDateOfBirth, fields.dateOfBirth);
+    DeliverFormatted(ItemName::LicenceDateOfBirthFormatted, ParameterName::DateOfBirthFormat,
+                     fields.dateOfBirth, false);
+    DeliverDate(ItemName::LicenceIssueDate, fields.issueDate);
+    DeliverFormatted(ItemName::LicenceIssueDateFormatted, ParameterName::IssueDateFormat,
+                     fields.issueDate, false);
+    DeliverDate(ItemName::LicenceExpiryDate, fields.expiryDate);
+    DeliverFormatted(ItemName::LicenceExpiryDateFormatted, ParameterName::ExpiryDateFormat,
+                     fields.expiryDate, true);
+    DeliverMeasure(ItemName::LicenceHeight, fields.height, fields.heightUnit);
+    DeliverMeasure(ItemName::LicenceWeight, fields.weight, fields.weightUnit);
+    Deliver(ItemName::LicenceHairColor, ReaderHairColorNames[fields.hairColor]);
+    Deliver(ItemName::LicenceEyeColor, ReaderEyeColorNames[fields.eyeColor]);
   }
 
   void DeliverBarcode(const std::string& name, const ReaderBarcodeData& barcode) {
     PlainProperties properties;
-    properties.Set("feature", std::to_string(barcode.index).c_str());
+    properties.Set(ItemProperty::Feature, std::to_string(barcode.index).c_str());
     host->SendData(name.c_str(), ReaderBarcodeItemTypes[barcode.format], barcode.length,
                    barcode.data, &properties, barcode.index + 1 == barcode.count);
   }

@@ -49,6 +49,9 @@ class TimingCollector final : public benchmark::BenchmarkReporter {
   std::map<std::string, Timing> timings;
 };
 
+/// Whether the module is at most a tenth above what the workload demands of it.
+bool MeetsItsTarget(const Workload& workload, const TimingCollector& collector);
+
 /// The tables that say how the implementations compare, and on what machine.
 std::string RatioTable(const std::vector<Workload>& workloads, const TimingCollector& collector,
                        const HeapUses& heapUses);

@@ -205,10 +205,10 @@ Subject::Subject(const std::filesystem::path& file, IModuleLogger* logger, IInpu
 
 const std::vector<Workload>& Workloads() {
   static const std::vector<Workload> workloads = {
-      {"codeline record", false, 1.5, NoPreparation, SendCodeline},
-      {"logged codeline record", true, 2.0, NoPreparation, SendCodeline},
-      {"driving licence", false, 1.5, NoPreparation, SendLicence},
-      {"logged driving licence", true, 2.0, NoPreparation, SendLicence},
+      {"codeline record", false, 1.25, NoPreparation, SendCodeline},
+      {"logged codeline record", true, 1.5, NoPreparation, SendCodeline},
+      {"driving licence", false, 1.25, NoPreparation, SendLicence},
+      {"logged driving licence", true, 1.5, NoPreparation, SendLicence},
       {"three barcodes", false, 0, NoPreparation, SendBarcodes},
       {"logged three barcodes", true, 0, NoPreparation, SendBarcodes},
       {"image of 1 kB", false, 0, NoPreparation, SendImage<SmallImage>},

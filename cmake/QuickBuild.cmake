@@ -5,3 +5,10 @@ macro(conduit_build_quickly)
     add_compile_options(-O1)
   endif()
 endmacro()
+
+# For what a module does when it is loaded and configured: what more code would win
+# there it loses while it is loaded.
+add_library(conduit_configuration_code INTERFACE)
+if(NOT MSVC AND CMAKE_BUILD_TYPE STREQUAL "Release")
+  target_compile_options(conduit_configuration_code INTERFACE -O2)
+endif()

@@ -1,5 +1,7 @@
 #include "console_host/DocumentSummary.h"
 
+#include "interfaces/ItemName.h"
+
 namespace conduit {
 
 namespace {
@@ -11,12 +13,12 @@ struct Part {
 };
 
 constexpr Part Parts[] = {
-    {"", "CODELINE_DOC_TYPE", ""},
-    {": ", "CODELINE_SURNAME", "AAMVA_PARSED_SURNAME"},
-    {", ", "CODELINE_FORENAMES", "AAMVA_PARSED_GIVENNAMES"},
-    {", number ", "CODELINE_DOC_NUMBER", "AAMVA_PARSED_LICENCENUMBER"},
-    {", born ", "CODELINE_DATE_OF_BIRTH_STR_FORMATTED", "AAMVA_PARSED_DATEOFBIRTH_FORMATTED"},
-    {", expires ", "CODELINE_EXPIRY_DATE_STR_FORMATTED", "AAMVA_PARSED_EXPIRYDATE_FORMATTED"},
+    {"", ItemName::CodelineDocType, ""},
+    {": ", ItemName::CodelineSurname, ItemName::LicenceSurname},
+    {", ", ItemName::CodelineForenames, ItemName::LicenceGivenNames},
+    {", number ", ItemName::CodelineDocNumber, ItemName::LicenceNumber},
+    {", born ", ItemName::CodelineDateOfBirthFormatted, ItemName::LicenceDateOfBirthFormatted},
+    {", expires ", ItemName::CodelineExpiryDateFormatted, ItemName::LicenceExpiryDateFormatted},
 };
 
 }  // namespace

@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "hosting/DataFormat.h"
 #include "hosting/EventNames.h"
 #include "hosting/Utf8.h"
-#include "interfaces/ReaderDataType.h"
+#include "interfaces/ItemName.h"
+#include "interfaces/ReaderItem.h"
 #include "platform/FilePath.h"
 
 namespace conduit {
@@ -18,56 +20,6 @@ namespace {
 constexpr const char* FileColumn = "file";
 constexpr const char* WarningsColumn = "warnings";
 
-/// The items that a document is told by, each a column.
-constexpr const char* ItemColumns[] = {
-    "CODELINE_DOC_TYPE",
-    "CODELINE_DOC_ID",
-    "CODELINE_DOC_NUMBER",
-    "CODELINE_SURNAME",
-    "CODELINE_FORENAMES",
-    "CODELINE_FORENAME",
-    "CODELINE_SECOND_NAME",
-    "CODELINE_DATE_OF_BIRTH_STR",
-    "CODELINE_DATE_OF_BIRTH_STR_FORMATTED",
-    "CODELINE_EXPIRY_DATE_STR",
-    "CODELINE_EXPIRY_DATE_STR_FORMATTED",
-    "CODELINE_ISSUING_STATE",
-    "CODELINE_NATIONALITY",
-    "CODELINE_SEX",
-    "CODELINE_SHORT_SEX",
-    "CODELINE_OPTIONAL_DATA_1",
-    "CODELINE_OPTIONAL_DATA_2",
-    "CODELINE_DATA",
-    "CODELINE_LINE_1",
-    "CODELINE_LINE_2",
-    "CODELINE_LINE_3",
-    "AAMVA_PARSED_LICENCENUMBER",
-    "AAMVA_PARSED_FULLNAME",
-    "AAMVA_PARSED_SURNAME",
-    "AAMVA_PARSED_FORENAME",
-    "AAMVA_PARSED_MIDDLENAME",
-    "AAMVA_PARSED_NAMESUFFIX",
-    "AAMVA_PARSED_GIVENNAMES",
-    "AAMVA_PARSED_SEX",
-    "AAMVA_PARSED_SHORTSEX",
-    "AAMVA_PARSED_ADDRESS_STREET",
-    "AAMVA_PARSED_ADDRESS_CITY",
-    "AAMVA_PARSED_ADDRESS_STATE",
-    "AAMVA_PARSED_ADDRESS_POSTALCODE",
-    "AAMVA_PARSED_ADDRESS_COUNTRY",
-    "AAMVA_PARSED_DATEOFBIRTH",
-    "AAMVA_PARSED_DATEOFBIRTH_FORMATTED",
-    "AAMVA_PARSED_ISSUEDATE",
-    "AAMVA_PARSED_ISSUEDATE_FORMATTED",
-    "AAMVA_PARSED_EXPIRYDATE",
-    "AAMVA_PARSED_EXPIRYDATE_FORMATTED",
-    "AAMVA_PARSED_HEIGHT",
-    "AAMVA_PARSED_WEIGHT",
-    "AAMVA_PARSED_HAIR_COLOR",
-    "AAMVA_PARSED_EYE_COLOR",
-};
-
-/// A name, a file's extension among them: the barcode types of the reader.
 struct Column {
   std::string name;
   bool isList;  ///< of any number of values
@@ -76,11 +28,17 @@ struct Column {
 const std::vector<Column>& Columns() {
   static const std::vector<Column> columns = [] {
     std::vector<Column> all = {{FileColumn, false}};
-    for (const char* const item : ItemColumns) {
+    // What it says before how it is written.
+    for (std::size_t i = 0; i < std::size(CodelineItems); ++i) {
+      all.push_back({CodelineItems[(i + CodelineTextCount) % std::size(CodelineItems)], false});
+    }
+    for (const char* const item : LicenceItems) {
       all.push_back({item, false});
     }
-    for (const ReaderBarcodeName& barcode : ReaderBarcodeNames) {
-      all.push_back({barcode.name, true});
+    for (const ReaderItem& item : ReaderItems) {
+      if (item.kind == ReaderItemKind::Barcode) {
+        all.push_back({item.name, true});
+      }
     }
     all.push_back({WarningsColumn, true});
     return all;
@@ -225,7 +183,7 @@ void TableSink::OnItem(const ItemReceived& item) {
     Add(LastColumn(), item.name + " refused");
   } else if (column < Columns().size()) {
     Add(column, ValueOf(item));
-  } else if (item.name == "UNKNOWN_DOCUMENT" || item.name == "BAD_CHARS") {
+  } else if (item.name == Signal::UnknownDocument || item.name == Signal::BadChars) {
     Add(LastColumn(), item.name);
   }
 }

@@ -1,13 +1,13 @@
 #include "console_host/TroubleSink.h"
 
 #include "hosting/Utf8.h"
+#include "interfaces/MessageLevel.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
 
 namespace {
 
-constexpr std::int32_t FailureLevel = 0;
 constexpr const char* Prefix = "conduit: ";
 
 struct ResultMeaning {
@@ -43,7 +43,7 @@ TroubleSink::TroubleSink(std::ostream& output, TroubleSinkOptions options)
 void TroubleSink::OnLogLine(const LogLine& line) {
   const bool toldElsewhere = line.again == SaidAgain::AsFailure ||
                              (line.again == SaidAgain::AsError && !options.readerErrors);
-  if (line.level <= FailureLevel && options.log && !toldElsewhere) {
+  if (line.level <= MessageFailure && options.log && !toldElsewhere) {
     output << Prefix << Escaped(line.tag) << ": " << Escaped(line.message) << std::endl;
   }
 }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "framework/SetActiveScriptAction.h"
+#include "interfaces/Reaction.h"
 #include "interfaces/ResultCode.h"
 #include "runtime/Log.h"
 
@@ -10,7 +11,6 @@ namespace conduit {
 namespace {
 
 constexpr const char* ModuleName = "FullPage";
-constexpr const char* ReceiveEventCondition = "ReceiveEvent";
 
 }  // namespace
 
@@ -75,7 +75,7 @@ void BaseInputModule::GetConditionAt(std::int32_t index, const char** name, cons
 }
 
 std::int32_t BaseInputModule::ReceiveEvent(const char* eventName) {
-  UnaryCondition* const condition = FindCondition(ReceiveEventCondition, eventName);
+  UnaryCondition* const condition = FindCondition(ConditionKind::ReceiveEvent, eventName);
   return condition != nullptr ? condition->ExecuteActions() : ResultSuccess;
 }
 
@@ -94,10 +94,10 @@ UnaryCondition* BaseInputModule::FindCondition(const BaseString<char>& name,
 
 std::unique_ptr<UnaryCondition> BaseInputModule::CreateCondition(const BaseString<char>& name,
                                                                  const BaseString<char>& value) {
-  if (name != ReceiveEventCondition) {
+  if (name != ConditionKind::ReceiveEvent) {
     return nullptr;
   }
-  auto condition = std::make_unique<UnaryCondition>(ReceiveEventCondition, value);
+  auto condition = std::make_unique<UnaryCondition>(ConditionKind::ReceiveEvent, value);
   Log(logger, MessageConfiguration, "BaseInputModule::CreateCondition", "Created Condition \"",
       name, ", Value: ", value);
   return condition;
@@ -106,7 +106,7 @@ std::unique_ptr<UnaryCondition> BaseInputModule::CreateCondition(const BaseStrin
 std::unique_ptr<Action> BaseInputModule::CreateAction(UnaryCondition* condition,
                                                       const BaseString<char>& name,
                                                       const BaseString<char>& value) {
-  if (name != SetActiveScriptAction::Name) {
+  if (name != ActionKind::SetActiveScript) {
     return nullptr;
   }
   auto action = std::make_unique<SetActiveScriptAction>(this, condition, value);

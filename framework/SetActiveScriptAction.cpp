@@ -1,13 +1,14 @@
 #include "framework/SetActiveScriptAction.h"
 
 #include "framework/BaseInputModule.h"
+#include "interfaces/Reaction.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
 
 SetActiveScriptAction::SetActiveScriptAction(BaseInputModule* module, UnaryCondition* condition,
                                              const BaseString<char>& scriptName)
-    : InputModuleAction(module, condition, Name), scriptName(scriptName) {}
+    : InputModuleAction(module, condition, ActionKind::SetActiveScript), scriptName(scriptName) {}
 
 std::int32_t SetActiveScriptAction::Execute() {
   IInputModuleHost* const host = module->GetHost();

@@ -10,9 +10,6 @@ namespace conduit {
 /// Asks the module's host to make a script its active one.
 class SetActiveScriptAction : public InputModuleAction {
  public:
-  /// The action's kind, by which a host adds it.
-  static constexpr const char* Name = "SetActiveScript";
-
   SetActiveScriptAction(BaseInputModule* module, UnaryCondition* condition,
                         const BaseString<char>& scriptName);
 

@@ -5,6 +5,7 @@
 #include "fullpage/DateFormat.h"
 #include "fullpage/FullPageInputModule.h"
 #include "fullpage/RecordText.h"
+#include "interfaces/ItemName.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
@@ -12,38 +13,34 @@ namespace {
 
 /// Delivered for every document.
 constexpr RecordText CodelineTexts[] = {
-    {"CODELINE_DATA", offsetof(ReaderCodelineData, codeline)},
-    {"CODELINE_LINE_1", offsetof(ReaderCodelineData, line1)},
-    {"CODELINE_LINE_2", offsetof(ReaderCodelineData, line2)},
-    {"CODELINE_LINE_3", offsetof(ReaderCodelineData, line3)},
+    {ItemName::CodelineData, offsetof(ReaderCodelineData, codeline)},
+    {ItemName::CodelineLine1, offsetof(ReaderCodelineData, line1)},
+    {ItemName::CodelineLine2, offsetof(ReaderCodelineData, line2)},
+    {ItemName::CodelineLine3, offsetof(ReaderCodelineData, line3)},
 };
 
 /// Delivered for a recognised document, behind its dates.
 constexpr RecordText DocumentTexts[] = {
-    {"CODELINE_DOC_ID", offsetof(ReaderCodelineData, docId)},
-    {"CODELINE_DOC_NUMBER", offsetof(ReaderCodelineData, docNumber)},
-    {"CODELINE_DOC_TYPE", offsetof(ReaderCodelineData, docType)},
-    {"CODELINE_OPTIONAL_DATA_1", offsetof(ReaderCodelineData, optionalData1)},
-    {"CODELINE_OPTIONAL_DATA_2", offsetof(ReaderCodelineData, optionalData2)},
-    {"CODELINE_SURNAME", offsetof(ReaderCodelineData, surname)},
-    {"CODELINE_FORENAME", offsetof(ReaderCodelineData, forename)},
-    {"CODELINE_FORENAMES", offsetof(ReaderCodelineData, forenames)},
-    {"CODELINE_ISSUING_STATE", offsetof(ReaderCodelineData, issuingState)},
-    {"CODELINE_NATIONALITY", offsetof(ReaderCodelineData, nationality)},
-    {"CODELINE_SECOND_NAME", offsetof(ReaderCodelineData, secondName)},
-    {"CODELINE_SEX", offsetof(ReaderCodelineData, sex)},
-};
-
-constexpr const char* RecognisedTypes[] = {
-    "VISA", "RESIDENCE CARD", "PASSPORT", "IDENTITY CARD", "DRIVING LICENCE",
+    {ItemName::CodelineDocId, offsetof(ReaderCodelineData, docId)},
+    {ItemName::CodelineDocNumber, offsetof(ReaderCodelineData, docNumber)},
+    {ItemName::CodelineDocType, offsetof(ReaderCodelineData, docType)},
+    {ItemName::CodelineOptionalData1, offsetof(ReaderCodelineData, optionalData1)},
+    {ItemName::CodelineOptionalData2, offsetof(ReaderCodelineData, optionalData2)},
+    {ItemName::CodelineSurname, offsetof(ReaderCodelineData, surname)},
+    {ItemName::CodelineForename, offsetof(ReaderCodelineData, forename)},
+    {ItemName::CodelineForenames, offsetof(ReaderCodelineData, forenames)},
+    {ItemName::CodelineIssuingState, offsetof(ReaderCodelineData, issuingState)},
+    {ItemName::CodelineNationality, offsetof(ReaderCodelineData, nationality)},
+    {ItemName::CodelineSecondName, offsetof(ReaderCodelineData, secondName)},
+    {ItemName::CodelineSex, offsetof(ReaderCodelineData, sex)},
 };
 
 bool IsUnknownDocument(const char* docType) {
-  return docType[0] == '\0' || std::strcmp(docType, "UNKNOWN DOCUMENT") == 0;
+  return docType[0] == '\0' || std::strcmp(docType, DocumentType::Unknown) == 0;
 }
 
 bool IsRecognised(const char* docType) {
-  return std::any_of(std::begin(RecognisedTypes), std::end(RecognisedTypes),
+  return std::any_of(std::begin(RecognisedDocumentTypes), std::end(RecognisedDocumentTypes),
                      [docType](const char* type) { return std::strcmp(docType, type) == 0; });
 }
 
@@ -55,11 +52,11 @@ bool HasBadCharacter(const char* codeline, const BaseString<char>& badChars) {
 
 void FullPageInputModule::ProcessCodelineData(const ReaderCodelineData& record) {
   const char* const docType = TextAt(record, offsetof(ReaderCodelineData, docType));
-  if (IsUnknownDocument(docType) && SignalStopsRecord("UNKNOWN_DOCUMENT")) {
+  if (IsUnknownDocument(docType) && SignalStopsRecord(Signal::UnknownDocument)) {
     return;
   }
   const char* const codeline = TextAt(record, offsetof(ReaderCodelineData, codeline));
-  if (HasBadCharacter(codeline, BadChars) && SignalStopsRecord("BAD_CHARS")) {
+  if (HasBadCharacter(codeline, BadChars) && SignalStopsRecord(Signal::BadChars)) {
     return;
   }
   for (const RecordText& text : CodelineTexts) {
@@ -69,17 +66,15 @@ void FullPageInputModule::ProcessCodelineData(const ReaderCodelineData& record) 
     return;
   }
   const ReaderDate birth = record.dateOfBirth;
-  ProcessStringDataItem("CODELINE_DATE_OF_BIRTH_STR", RawDate(birth).text);
-  ProcessStringDataItem("CODELINE_DATE_OF_BIRTH_STR_FORMATTED",
-                        FormatDate(DateOfBirthFormat, birth.day, birth.month, birth.year, false));
+  ProcessRawDate(ItemName::CodelineDateOfBirth, birth, false);
+  ProcessFormattedDate(ItemName::CodelineDateOfBirthFormatted, DateOfBirthFormat, birth, false);
   const ReaderDate expiry = record.expiryDate;
-  ProcessStringDataItem("CODELINE_EXPIRY_DATE_STR", RawDate(expiry).text);
-  ProcessStringDataItem("CODELINE_EXPIRY_DATE_STR_FORMATTED",
-                        FormatDate(ExpiryDateFormat, expiry.day, expiry.month, expiry.year, true));
+  ProcessRawDate(ItemName::CodelineExpiryDate, expiry, false);
+  ProcessFormattedDate(ItemName::CodelineExpiryDateFormatted, ExpiryDateFormat, expiry, true);
   for (const RecordText& text : DocumentTexts) {
     ProcessStringDataItem(text.itemName, TextAt(record, text.offset));
   }
-  ProcessStringDataItem("CODELINE_SHORT_SEX", record.shortSex);
+  ProcessStringDataItem(ItemName::CodelineShortSex, record.shortSex);
 }
 
 bool FullPageInputModule::SignalStopsRecord(const char* name) {

@@ -1,11 +1,12 @@
 #include "fullpage/DateFormat.h"
 
 #include <algorithm>
+#include <cstring>
 #include <ctime>
+#include <string_view>
 
 #include "platform/LocalTime.h"
 #include "platform/TimeFormat.h"
-#include "runtime/DecimalText.h"
 
 namespace conduit {
 namespace {
@@ -14,8 +15,13 @@ constexpr std::int32_t FirstTmYear = 1900;
 constexpr std::int64_t LastYear = 9999;
 
 /// The message is cut to what its reader has room for.
-BaseString<char> Invalid(const char* message) {
-  return BaseString<char>::FromFormat("Invalid: - %.254s", message);
+void MakeInvalid(TimeText& text, const char* message) {
+  constexpr std::size_t longest = 254;
+  TextBuilder invalid;
+  invalid << "Invalid: - " << std::string_view(message).substr(0, longest);
+  text.accepted = false;
+  text.length = static_cast<std::int32_t>(invalid.Length());
+  std::memcpy(text.text, invalid.Text(), invalid.Length() + 1);
 }
 
 }  // namespace
@@ -28,31 +34,28 @@ std::int64_t CompleteYear(std::int32_t year, std::int32_t currentYear, bool alwa
   return century + year;
 }
 
-BaseString<char> FormatDate(const BaseString<char>& format, std::int32_t day, std::int32_t month,
-                            std::int32_t year, bool alwaysCurrentCentury) {
+TimeText FormatDateText(const BaseString<char>& format, ReaderDate date,
+                        bool alwaysCurrentCentury) {
   const std::int64_t calendarYear =
-      CompleteYear(std::max(year, 0), LocalTime().tm_year + FirstTmYear, alwaysCurrentCentury);
-  if (calendarYear > LastYear) {
-    return Invalid("the year is outside 0 to 9999");
+      CompleteYear(std::max(date.year, 0), LocalTime().tm_year + FirstTmYear, alwaysCurrentCentury);
+  const bool tooLate = calendarYear > LastYear;
+  std::tm time{};
+  time.tm_mday = std::clamp(date.day, 1, 31);
+  time.tm_mon = std::clamp(date.month, 1, 12) - 1;
+  time.tm_year = static_cast<int>(tooLate ? LastYear : calendarYear) - FirstTmYear;
+  TimeText text = FormatTime(format.buffer, time);
+  if (tooLate) {
+    MakeInvalid(text, "the year is outside 0 to 9999");
+  } else if (!text.accepted) {
+    MakeInvalid(text, text.text);
   }
-  std::tm date{};
-  date.tm_mday = std::clamp(day, 1, 31);
-  date.tm_mon = std::clamp(month, 1, 12) - 1;
-  date.tm_year = static_cast<int>(calendarYear) - FirstTmYear;
-  const TimeText formatted = FormatTime(format.buffer, date);
-  return formatted.accepted ? BaseString<char>(formatted.text, formatted.length)
-                            : Invalid(formatted.text);
+  return text;
 }
 
-RawDateText RawDate(ReaderDate date) {
-  RawDateText raw;
-  char* end = raw.text;
-  for (const std::int32_t part : {date.day, date.month, date.year}) {
-    end = WriteTwoDigits(part, end);
-    *end++ = '-';
-  }
-  end[-1] = '\0';
-  return raw;
+void AppendRawDate(TextBuilder& text, ReaderDate date) {
+  text.AppendTwoDigits(date.day) << "-";
+  text.AppendTwoDigits(date.month) << "-";
+  text.AppendTwoDigits(date.year);
 }
 
 }  // namespace conduit

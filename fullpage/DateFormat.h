@@ -3,7 +3,9 @@
 #include <cstdint>
 
 #include "interfaces/ReaderDate.h"
+#include "platform/TimeFormat.h"
 #include "runtime/BaseString.h"
+#include "runtime/TextBuilder.h"
 
 namespace conduit {
 
@@ -22,15 +24,17 @@ std::int64_t CompleteYear(std::int32_t year, std::int32_t currentYear, bool alwa
 /// weekday and the day of the year are not derived: they stay zero. A format or
 /// a year that cannot be formatted gives "Invalid: - " and the reason; a text of
 /// 1,024 bytes or more gives the empty text.
-BaseString<char> FormatDate(const BaseString<char>& format, std::int32_t day, std::int32_t month,
-                            std::int32_t year, bool alwaysCurrentCentury);
+TimeText FormatDateText(const BaseString<char>& format, ReaderDate date, bool alwaysCurrentCentury);
 
-/// A raw date, NUL-terminated.
-struct RawDateText {
-  char text[36];  ///< three of the longest numbers, and a separator or NUL behind each
-};
+/// The same, as a string of the caller's.
+inline BaseString<char> FormatDate(const BaseString<char>& format, std::int32_t day,
+                                   std::int32_t month, std::int32_t year,
+                                   bool alwaysCurrentCentury) {
+  const TimeText text = FormatDateText(format, {day, month, year}, alwaysCurrentCentury);
+  return {text.text, text.length};
+}
 
-/// Day, month and year as the record holds them, "05-11-85"; without an allocation.
-RawDateText RawDate(ReaderDate date);
+/// Day, month and year as the record holds them, "05-11-85".
+void AppendRawDate(TextBuilder& text, ReaderDate date);
 
 }  // namespace conduit

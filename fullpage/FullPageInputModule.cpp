@@ -1,5 +1,6 @@
 #include "fullpage/FullPageInputModule.h"
 
+#include "fullpage/DateFormat.h"
 #include "interfaces/ResultCode.h"
 #include "runtime/Log.h"
 #include "runtime/Text.h"
@@ -9,13 +10,16 @@ namespace conduit {
 FullPageInputModule::FullPageInputModule(IModuleLogger* logger) : BaseInputModule(logger) {
   IntParameter* const level = parameters.AddLogLevelParameter(&LogLevel);
   level->mustBeInRange = true;
-  level->rangeLow = 0;
-  level->rangeHigh = 5;
-  parameters.AddStringParameter("LogFileName", &LogFileName)->required = true;
-  parameters.AddStringParameter("DateOfBirthFormat", &DateOfBirthFormat)->dateTimeFormat = true;
-  parameters.AddStringParameter("ExpiryDateFormat", &ExpiryDateFormat)->dateTimeFormat = true;
-  parameters.AddStringParameter("IssueDateFormat", &IssueDateFormat)->dateTimeFormat = true;
-  parameters.AddStringParameter("BadChars", &BadChars)->required = true;
+  level->rangeLow = LogLevelLow;
+  level->rangeHigh = LogLevelHigh;
+  parameters.AddStringParameter(ParameterName::LogFileName, &LogFileName)->required = true;
+  parameters.AddStringParameter(ParameterName::DateOfBirthFormat, &DateOfBirthFormat)
+      ->dateTimeFormat = true;
+  parameters.AddStringParameter(ParameterName::ExpiryDateFormat, &ExpiryDateFormat)
+      ->dateTimeFormat = true;
+  parameters.AddStringParameter(ParameterName::IssueDateFormat, &IssueDateFormat)->dateTimeFormat =
+      true;
+  parameters.AddStringParameter(ParameterName::BadChars, &BadChars)->required = true;
 }
 
 std::int32_t FullPageInputModule::Initialise() {
@@ -37,34 +41,43 @@ std::int32_t FullPageInputModule::Shutdown() {
   return ResultSuccess;
 }
 
-std::int32_t FullPageInputModule::ProcessStringDataItem(const char* name, const char* value) {
+std::int32_t FullPageInputModule::ProcessStringDataItem(std::string_view name, const char* value) {
   if (value == nullptr) {
-    return host->SendData(name, ItemTypeText, 1, " ", nullptr, true);
+    return host->SendData(name.data(), ItemTypeText, 1, " ", nullptr, true);
   }
   return ProcessText(name, value, TextLength(value));
 }
 
-std::int32_t FullPageInputModule::ProcessStringDataItem(const char* name,
-                                                        const BaseString<char>& value) {
-  return ProcessText(name, value.buffer, value.length);
+std::int32_t FullPageInputModule::ProcessStringDataItem(std::string_view name, TextBuilder& value) {
+  return ProcessText(name, value.Text(), static_cast<std::int32_t>(value.Length()));
 }
 
-std::int32_t FullPageInputModule::ProcessStringDataItem(const char* name, char value) {
+std::int32_t FullPageInputModule::ProcessStringDataItem(std::string_view name, char value) {
   const char text[] = {value, '\0'};
   return ProcessText(name, text, value != '\0' ? 1 : 0);
 }
 
-std::int32_t FullPageInputModule::ProcessText(const char* name, const char* value,
-                                              std::int32_t length) {
-  if (logger != nullptr) {
-    TraceItem(name, {value, static_cast<std::size_t>(length)});
-  }
-  return host->SendData(name, ItemTypeText, length, value, nullptr, true);
+void FullPageInputModule::ProcessFormattedDate(std::string_view name,
+                                               const BaseString<char>& format, ReaderDate date,
+                                               bool alwaysCurrentCentury) {
+  const TimeText text = FormatDateText(format, date, alwaysCurrentCentury);
+  ProcessText(name, text.text, text.length);
 }
 
-void FullPageInputModule::TraceItem(const char* name, std::string_view value) {
+void FullPageInputModule::ProcessRawDate(std::string_view name, ReaderDate date, bool absent) {
+  TextBuilder text;
+  if (!absent) {
+    AppendRawDate(text, date);
+  }
+  ProcessStringDataItem(name, text);
+}
+
+std::int32_t FullPageInputModule::ProcessText(std::string_view name, const char* value,
+                                              std::int32_t length) {
   Log(logger, MessageTrace, "FullPageInputModule::ProcessStringDataItem",
-      "ProcessStringDataItem - aName ", name, "  aValue ", value);
+      "ProcessStringDataItem - aName ", name, "  aValue ",
+      std::string_view(value, static_cast<std::size_t>(length)));
+  return host->SendData(name.data(), ItemTypeText, length, value, nullptr, true);
 }
 
 }  // namespace conduit

@@ -5,11 +5,13 @@
 
 #include "framework/BaseInputModule.h"
 #include "interfaces/HaldenReaderHighLevelAPI.h"
+#include "interfaces/ParameterName.h"
 #include "interfaces/ReaderAamvaData.h"
 #include "interfaces/ReaderBarcodeData.h"
 #include "interfaces/ReaderCodelineData.h"
 #include "interfaces/ReaderSwipeData.h"
 #include "runtime/BaseString.h"
+#include "runtime/TextBuilder.h"
 
 namespace conduit {
 
@@ -38,14 +40,20 @@ class FullPageInputModule : public BaseInputModule {
   /// REQUIRES: the record is of the kind that belongs to the type, and not null.
   void ProcessRecordData(ReaderDataType type, const void* record);
 
+  /// Logs and delivers one text item; a null value is delivered as one blank,
+  /// and not logged.
+  /// @param name  NUL-terminated
+  /// @returns the host's answer.
+  std::int32_t ProcessStringDataItem(std::string_view name, const char* value);
+
   // The settings, each the target of the parameter of its name. Read at the
   // moment they are needed.
-  std::int32_t LogLevel = 1;
-  BaseString<char> LogFileName = "FullPageOutputConduit.log";
-  BaseString<char> DateOfBirthFormat = "%d-%m-%Y";
-  BaseString<char> IssueDateFormat = "%d-%m-%Y";
-  BaseString<char> ExpiryDateFormat = "%d-%m-%Y";
-  BaseString<char> BadChars = "*_";
+  std::int32_t LogLevel = ParameterDefault::LogLevel;
+  BaseString<char> LogFileName = ParameterDefault::LogFileName;
+  BaseString<char> DateOfBirthFormat = ParameterDefault::DateFormat;
+  BaseString<char> IssueDateFormat = ParameterDefault::DateFormat;
+  BaseString<char> ExpiryDateFormat = ParameterDefault::DateFormat;
+  BaseString<char> BadChars = ParameterDefault::BadChars;
 
  private:
   void OnData(ReaderDataType type, std::int32_t length, const void* data);
@@ -64,14 +72,14 @@ class FullPageInputModule : public BaseInputModule {
   void ProcessAamvaData(const ReaderAamvaData& record);
   void ProcessSwipeData(const ReaderSwipeData& record);
 
-  /// Logs and delivers one text item; a null value is delivered as one blank,
-  /// and not logged.
-  /// @returns the host's answer.
-  std::int32_t ProcessStringDataItem(const char* name, const char* value);
-  std::int32_t ProcessStringDataItem(const char* name, const BaseString<char>& value);
-  std::int32_t ProcessStringDataItem(const char* name, char value);
-  std::int32_t ProcessText(const char* name, const char* value, std::int32_t length);
-  void TraceItem(const char* name, std::string_view value);
+  std::int32_t ProcessStringDataItem(std::string_view name, TextBuilder& value);
+  std::int32_t ProcessStringDataItem(std::string_view name, char value);
+  /// @param absent  delivered as the empty text
+  void ProcessRawDate(std::string_view name, ReaderDate date, bool absent);
+  void ProcessFormattedDate(std::string_view name, const BaseString<char>& format, ReaderDate date,
+                            bool alwaysCurrentCentury);
+  void ProcessMeasurement(std::string_view name, std::int32_t value, std::int32_t unit);
+  std::int32_t ProcessText(std::string_view name, const char* value, std::int32_t length);
   /// Tells the host of something about the record under way.
   /// @returns true when the host wants nothing more of the record.
   bool SignalStopsRecord(const char* name);

@@ -1,9 +1,8 @@
+#include "fullpage/FeatureMap.h"
 #include "fullpage/FullPageInputModule.h"
 #include "fullpage/ReaderNames.h"
-#include "parameters/StringMap.h"
-#include "runtime/DecimalText.h"
+#include "interfaces/ReaderItem.h"
 #include "runtime/Log.h"
-#include "runtime/Text.h"
 
 namespace conduit {
 namespace {
@@ -11,19 +10,6 @@ namespace {
 constexpr const char* OnDataTag = "FullPageInputModule::ProcessFullPageData";
 
 FullPageInputModule& ModuleOf(void* context) { return *static_cast<FullPageInputModule*>(context); }
-
-bool IsRecord(ReaderDataType type) {
-  switch (type) {
-    case ReaderDataType::CodelineRecord:
-    case ReaderDataType::ChipCodelineRecord:
-    case ReaderDataType::SwipeRecord:
-    case ReaderDataType::AamvaSwipeRecord:
-    case ReaderDataType::AamvaBarcodeRecord:
-      return true;
-    default:
-      return false;
-  }
-}
 
 }  // namespace
 
@@ -42,22 +28,31 @@ void FullPageInputModule::ProcessError(void* /*first*/, const ReaderErrorInfo* e
 }
 
 void FullPageInputModule::OnData(ReaderDataType type, std::int32_t length, const void* data) {
-  if (IsRecord(type)) {
-    // Without a name of its own: its texts have theirs.
-    Log(logger, MessageTrace, OnDataTag, "ItemName: ");
-    if (HasData(type, data)) {
-      ProcessRecordData(type, data);
-    }
+  const ReaderItem* const item = FindReaderItem(type);
+  const bool plain = item != nullptr &&
+                     (item->kind == ReaderItemKind::Text || item->kind == ReaderItemKind::Image);
+  // The trace has no name for a record, whose texts have theirs, nor for a barcode.
+  Log(logger, MessageTrace, OnDataTag, "ItemName: ", plain ? item->name : "");
+  if (item == nullptr) {
     return;
   }
-  ItemType itemType = ItemTypeUnknown;
-  const BaseString<char> name = GetItemName(type, &itemType);
-  Log(logger, MessageTrace, OnDataTag, "ItemName: ", name);
-  if (itemType != ItemTypeUnknown && name.length > 0) {
-    DeliverPlainItem(name.buffer, itemType, length, data);
-  } else if (const BaseString<char> barcodeName = GetBarcodeItemName(type);
-             barcodeName.length > 0 && HasData(type, data)) {
-    DeliverBarcode(barcodeName.buffer, *static_cast<const ReaderBarcodeData*>(data));
+  switch (item->kind) {
+    case ReaderItemKind::Text:
+      DeliverPlainItem(item->name, ItemTypeText, length, data);
+      break;
+    case ReaderItemKind::Image:
+      DeliverPlainItem(item->name, ItemTypeImage, length, data);
+      break;
+    case ReaderItemKind::Barcode:
+      if (HasData(type, data)) {
+        DeliverBarcode(item->name, *static_cast<const ReaderBarcodeData*>(data));
+      }
+      break;
+    case ReaderItemKind::Record:
+      if (HasData(type, data)) {
+        ProcessRecordData(type, data);
+      }
+      break;
   }
 }
 
@@ -71,9 +66,9 @@ bool FullPageInputModule::HasData(ReaderDataType type, const void* data) {
 
 void FullPageInputModule::OnEvent(ReaderEventCode code) {
   host->ReportError("");
-  const BaseString<char> name = GetEventName(code);
+  const char* const name = GetEventName(code);
   Log(logger, MessageTrace, "FullPageInputModule::ProcessFullPageEvent", "Event: ", name);
-  ReceiveEvent(name.buffer);
+  ReceiveEvent(name);
   switch (code) {
     case ReaderEventCode::StartOfDocumentData:
     case ReaderEventCode::StartOfSwipeData:
@@ -89,8 +84,8 @@ void FullPageInputModule::OnEvent(ReaderEventCode code) {
     default:
       break;
   }
-  if (name.length > 0) {
-    host->SendEvent(name.buffer);
+  if (*name != '\0') {
+    host->SendEvent(name);
   }
   ReportReaderState();
 }
@@ -103,8 +98,7 @@ void FullPageInputModule::OnError(const char* text) {
 }
 
 void FullPageInputModule::DeliverBarcode(const char* name, const ReaderBarcodeData& barcode) {
-  StringMap properties;
-  properties.Set("feature", DecimalText(barcode.index).text);
+  FeatureMap properties(barcode.index);
   const bool last = std::int64_t{barcode.index} + 1 == barcode.count;
   const ItemType itemType = GetBarcodeItemType(barcode.format);
   if (itemType == ItemTypeText && barcode.data == nullptr) {
@@ -128,7 +122,7 @@ void FullPageInputModule::ReportReaderState() {
 }
 
 void FullPageInputModule::ReportReaderState(ReaderState state) {
-  host->ReportState(GetStateText(state).buffer);
+  host->ReportState(GetStateText(state));
 }
 
 }  // namespace conduit

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 namespace conduit {
 
 /// A text field of a record: the item that it is delivered as, and where it
 /// stands.
 struct RecordText {
-  const char* itemName;
+  std::string_view itemName;  ///< NUL-terminated
   std::size_t offset;
 };
 

@@ -4,6 +4,8 @@
 #include <exception>
 #include <utility>
 
+#include "interfaces/ItemName.h"
+#include "interfaces/MessageLevel.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
@@ -12,7 +14,7 @@ namespace {
 
 /// The highest level whose lines explain a refusal: failures, and requests that
 /// name no known parameter.
-constexpr std::int32_t LastExplainingLevel = 1;
+constexpr std::int32_t LastExplainingLevel = MessageUnknownName;
 
 /// What is held at most: a module may log without end.
 constexpr std::size_t MostHeld = 100;
@@ -32,7 +34,8 @@ std::optional<std::string> CopyData(const void* data, std::int32_t length) {
 }
 
 std::optional<std::string> CopyFeature(IStringMap* properties) {
-  const char* const feature = properties != nullptr ? properties->Get("feature") : nullptr;
+  const char* const feature =
+      properties != nullptr ? properties->Get(ItemProperty::Feature) : nullptr;
   return feature != nullptr ? std::optional<std::string>(feature) : std::nullopt;
 }
 

@@ -1,4 +1,4 @@
-#pragma once
+#pragma once  // stands alone in C++17
 
 /// Everything that compilers spell differently, in one place.
 ///
@@ -7,6 +7,8 @@
 /// CONDUIT_PRINTF  lets the compiler hold arguments against a printf format:
 ///                 the 1-based positions of the format and of the first
 ///                 argument, `this` counted.
+/// CONDUIT_APART   keeps a function out of those that call it: for what is seldom
+///                 done, or needs much of the stack, in one that is often called.
 
 #if defined(_WIN32)
 #define CONDUIT_EXPORT __declspec(dllexport)
@@ -14,6 +16,12 @@
 #else
 #define CONDUIT_EXPORT __attribute__((visibility("default")))
 #define CONDUIT_IMPORT
+#endif
+
+#if defined(_MSC_VER) && !defined(__clang__)
+#define CONDUIT_APART __declspec(noinline)
+#else
+#define CONDUIT_APART __attribute__((noinline))
 #endif
 
 #if defined(__MINGW32__)

@@ -1,4 +1,4 @@
-#pragma once
+#pragma once  // stands alone in C++17
 
 #include <cstdint>
 

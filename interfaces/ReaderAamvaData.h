@@ -1,4 +1,4 @@
-#pragma once
+#pragma once  // stands alone in C++17
 
 #include <cstddef>
 #include <cstdint>
@@ -16,6 +16,12 @@ enum class ReaderMeasurementUnit : std::int32_t {
   Kilogram = 4,
 };
 
+/// The text of each unit, by its code; a code beyond the table, or below it, has that of 0.
+/// So have the two tables below.
+inline constexpr const char* ReaderMeasurementUnitNames[] = {"Unknown", "in", "cm", "lb", "kg"};
+static_assert(sizeof ReaderMeasurementUnitNames / sizeof *ReaderMeasurementUnitNames ==
+              static_cast<std::int32_t>(ReaderMeasurementUnit::Kilogram) + 1);
+
 enum class ReaderHairColor : std::int32_t {
   Unknown = 0,
   Bald = 1,
@@ -27,6 +33,12 @@ enum class ReaderHairColor : std::int32_t {
   Sandy = 7,
   White = 8,
 };
+
+inline constexpr const char* ReaderHairColorNames[] = {
+    "Unknown", "Bald", "Black", "Blond", "Brown", "Grey", "Red_Auburn", "Sandy", "White",
+};
+static_assert(sizeof ReaderHairColorNames / sizeof *ReaderHairColorNames ==
+              static_cast<std::int32_t>(ReaderHairColor::White) + 1);
 
 enum class ReaderEyeColor : std::int32_t {
   Unknown = 0,
@@ -40,6 +52,12 @@ enum class ReaderEyeColor : std::int32_t {
   Pink = 8,
   Dichromatic = 9,
 };
+
+inline constexpr const char* ReaderEyeColorNames[] = {
+    "Unknown", "Black", "Blue", "Brown", "Grey", "Green", "Hazel", "Maroon", "Pink", "Dichromatic",
+};
+static_assert(sizeof ReaderEyeColorNames / sizeof *ReaderEyeColorNames ==
+              static_cast<std::int32_t>(ReaderEyeColor::Dichromatic) + 1);
 
 #pragma pack(push, 1)
 

@@ -1,4 +1,4 @@
-#pragma once
+#pragma once  // stands alone in C++17
 
 #include <cstddef>
 #include <cstdint>
@@ -15,7 +15,7 @@ struct ReaderBarcodeData {
   std::int32_t index;  ///< 0-based position among the barcodes of the same read
   std::int32_t count;  ///< number of barcodes in the read
   char reserved44[8];
-  std::int32_t format;  ///< how the data is to be taken: see ReaderBarcodeItemTypes
+  std::int32_t format;  ///< how the data is to be taken: see ReaderItem.h
   const void* data;
   std::int32_t length;  ///< bytes at `data`
 };

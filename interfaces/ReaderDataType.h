@@ -1,8 +1,6 @@
-#pragma once
+#pragma once  // stands alone in C++17
 
 #include <cstdint>
-
-#include "ItemType.h"
 
 namespace conduit {
 
@@ -36,55 +34,6 @@ enum class ReaderDataType : std::int32_t {
   BarcodeAztec = 0x1000000A,
   BarcodeQr = 0x1000000C,
   BarcodeDataMatrix = 0x10000014,
-};
-
-/// The name under which a host receives an item of one type.
-struct ReaderItemName {
-  ReaderDataType type;
-  const char* name;
-  ItemType itemType;
-};
-
-/// The plain items: handed on as they come.
-inline constexpr ReaderItemName ReaderItemNames[] = {
-    {ReaderDataType::Codeline, "CODELINE", ItemTypeText},
-    {ReaderDataType::ImageIr, "IMAGEIR", ItemTypeImage},
-    {ReaderDataType::ImageVis, "IMAGEVIS", ItemTypeImage},
-    {ReaderDataType::ImageVisRear, "IMAGEVISREAR", ItemTypeImage},
-    {ReaderDataType::ImagePhoto, "IMAGEPHOTO", ItemTypeImage},
-    {ReaderDataType::ImageUv, "IMAGEUV", ItemTypeImage},
-    {ReaderDataType::ImageCoaxVis, "IMAGECOAXVIS", ItemTypeImage},
-    {ReaderDataType::ImageCoaxIr, "IMAGECOAXIR", ItemTypeImage},
-    {ReaderDataType::ImageBarcode, "IMAGEBARCODE", ItemTypeImage},
-    {ReaderDataType::ChipDataGroup1, "SCDG1_CODELINE", ItemTypeText},
-    {ReaderDataType::ChipDataGroup2Photo, "SCDG2_PHOTO", ItemTypeImage},
-};
-
-/// The name under which a host receives a barcode of one symbology.
-struct ReaderBarcodeName {
-  ReaderDataType type;
-  const char* name;
-};
-
-inline constexpr ReaderBarcodeName ReaderBarcodeNames[] = {
-    {ReaderDataType::BarcodeIndustrial2Of5, "BARCODE_1D_INDUSTRIAL_2_OF_5"},
-    {ReaderDataType::BarcodeInterleaved2Of5, "BARCODE_1D_INTERLEAVED_2_OF_5"},
-    {ReaderDataType::BarcodeIata2Of5, "BARCODE_1D_IATA_2_OF_5"},
-    {ReaderDataType::Barcode3Of9, "BARCODE_1D_3_OF_9"},
-    {ReaderDataType::Barcode128, "BARCODE_1D_128"},
-    {ReaderDataType::BarcodePdf417, "BARCODE_PDF417"},
-    {ReaderDataType::BarcodeAztec, "BARCODE_AZTECCODE"},
-    {ReaderDataType::BarcodeQr, "BARCODE_QRCODE"},
-    {ReaderDataType::BarcodeDataMatrix, "BARCODE_DATAMATRIX"},
-};
-
-/// The item type of a barcode, by the format code of its record; a code beyond
-/// the table, or below it, is ItemTypeUnknown.
-inline constexpr ItemType ReaderBarcodeItemTypes[] = {
-    ItemTypeText,  ItemTypeText,           ItemTypeUnknown,         ItemTypeUnknown,
-    ItemTypeImage, ItemTypeImage,          ItemTypeBarcodeFormat6,  ItemTypeUnknown,
-    ItemTypeImage, ItemTypeBarcodeFormat9, ItemTypeBarcodeFormat10, ItemTypeUnknown,
-    ItemTypeImage,
 };
 
 }  // namespace conduit

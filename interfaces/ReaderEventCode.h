@@ -1,4 +1,4 @@
-#pragma once
+#pragma once  // stands alone in C++17
 
 #include <cstdint>
 
@@ -66,5 +66,7 @@ inline constexpr const char* ReaderEventNames[] = {
     "SWIPE_READER_CONNECTED",
     "SWIPE_READER_DISCONNECTED",
 };
+static_assert(sizeof ReaderEventNames / sizeof *ReaderEventNames ==
+              static_cast<std::int32_t>(ReaderEventCode::SwipeReaderDisconnected) + 1);
 
 }  // namespace conduit

@@ -1,4 +1,4 @@
-#pragma once
+#pragma once  // stands alone in C++17
 
 #include <cstdint>
 
@@ -23,5 +23,7 @@ inline constexpr const char* ReaderStateNames[] = {
     "Not Initialised", "Enabled",     "Disabled",   "Asleep",    "Reading",
     "Error",           "Fatal Error", "Terminated", "Suspended",
 };
+static_assert(sizeof ReaderStateNames / sizeof *ReaderStateNames ==
+              static_cast<std::int32_t>(ReaderState::Suspended) + 1);
 
 }  // namespace conduit

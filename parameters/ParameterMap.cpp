@@ -3,8 +3,8 @@
 #include <iterator>
 #include <utility>
 
+#include "interfaces/ParameterName.h"
 #include "interfaces/ResultCode.h"
-#include "runtime/Concatenate.h"
 #include "runtime/Log.h"
 #include "runtime/Text.h"
 
@@ -20,7 +20,7 @@ StringParameter* ParameterMap::AddStringParameter(const char* name, BaseString<c
 }
 
 IntParameter* ParameterMap::AddLogLevelParameter(std::int32_t* target) {
-  return Register<IntParameter>("LogLevel", target);
+  return Register<IntParameter>(ParameterName::LogLevel, target);
 }
 
 std::int32_t ParameterMap::SetValue(const char* name, const char* value) {
@@ -59,13 +59,14 @@ Parameter* ParameterMap::FindParameter(const char* name) const {
 
 template <class Typed, class Target>
 Typed* ParameterMap::Register(const char* name, Target* target) {
-  const BaseString<char> qualifiedName = Concatenate({prefix, ":", name});
-  auto parameter = std::make_unique<Typed>(name, qualifiedName.buffer, logger, target);
+  TextBuilder qualifiedName;
+  qualifiedName << prefix << ":" << name;
+  auto parameter = std::make_unique<Typed>(name, qualifiedName.Text(), logger, target);
   Typed* const registered = parameter.get();
-  if (table.Find(name) != nullptr) {
+  if (FindParameter(name) != nullptr) {
     nameTaken.push_back(std::move(parameter));
   } else {
-    table.Add(name, registered);
+    table.Add(parameter->name, registered);
     parameter.release();
   }
   return registered;

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
 #include <limits>
 #include <utility>
 
-#include "runtime/DecimalText.h"
 #include "runtime/Text.h"
 
 namespace conduit {
@@ -22,7 +22,7 @@ BaseString<Char>::BaseString() : buffer(Allocate(0)), length(0) {}
 
 template <class Char>
 BaseString<Char>::BaseString(const Char* text)
-    : BaseString(OrEmpty(text), TextLength(OrEmpty(text))) {}
+    : BaseString(text != nullptr ? OwnedCopy(text, std::strlen(text)) : OwnedCopy("", 0)) {}
 
 template <class Char>
 BaseString<Char>::BaseString(const Char* text, std::int32_t count)
@@ -32,17 +32,10 @@ template <class Char>
 BaseString<Char>::BaseString(const BaseString& other) : BaseString(other.buffer, other.length) {}
 
 template <class Char>
-BaseString<Char>::BaseString(std::int32_t number) : BaseString(DecimalText(number).text) {}
+BaseString<Char>::BaseString(std::int32_t number) : BaseString(OwnedDecimal(number)) {}
 
 template <class Char>
 BaseString<Char>::BaseString(Char character) : BaseString(&character, character != '\0' ? 1 : 0) {}
-
-template <class Char>
-BaseString<Char>::~BaseString() {
-  delete[] buffer;
-  buffer = nullptr;
-  length = 0;
-}
 
 template <class Char>
 BaseString<Char> BaseString<Char>::OfLength(std::size_t count) {
@@ -89,17 +82,17 @@ void BaseString<Char>::SetLength(std::int32_t count) {
 
 template <class Char>
 void BaseString<Char>::Append(const Char* text) {
-  AppendBytes(OrEmpty(text), TextLength(OrEmpty(text)));
+  AppendBytes(OrEmpty(text), std::strlen(OrEmpty(text)));
 }
 
 template <class Char>
 void BaseString<Char>::Append(const BaseString& other) {
-  AppendBytes(other.buffer, other.length);
+  AppendBytes(other.buffer, static_cast<std::size_t>(std::max(other.length, 0)));
 }
 
 template <class Char>
 void BaseString<Char>::Append(std::int32_t number) {
-  Append(DecimalText(number).text);
+  Append(BaseString(number));
 }
 
 template <class Char>
@@ -158,6 +151,20 @@ Char* BaseString<Char>::Allocate(std::size_t count) {
 }
 
 template <class Char>
+typename BaseString<Char>::Owned BaseString<Char>::OwnedCopy(const Char* text, std::size_t count) {
+  Char* const copy = Allocate(count);
+  std::memcpy(copy, text, count);
+  return {copy, count};
+}
+
+template <class Char>
+typename BaseString<Char>::Owned BaseString<Char>::OwnedDecimal(std::int32_t number) {
+  std::array<Char, 11> digits;  // a sign and ten digits
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+  return OwnedCopy(digits.data(), static_cast<std::size_t>(end.ptr - digits.data()));
+}
+
+template <class Char>
 Char* BaseString<Char>::Copy(const Char* text, std::int32_t count) {
   const auto size = static_cast<std::size_t>(text != nullptr ? std::max(count, 0) : 0);
   Char* const copy = Allocate(size);
@@ -175,16 +182,15 @@ void BaseString<Char>::Adopt(Char* newBuffer, std::int32_t newLength) {
 }
 
 template <class Char>
-void BaseString<Char>::AppendBytes(const Char* text, std::int32_t count) {
-  if (count < 1) {
+void BaseString<Char>::AppendBytes(const Char* text, std::size_t count) {
+  if (count == 0) {
     return;
   }
   const auto kept = static_cast<std::size_t>(length);
-  const auto added = static_cast<std::size_t>(count);
-  Char* const longer = Allocate(kept + added);
+  Char* const longer = Allocate(kept + count);
   std::memcpy(longer, buffer, kept);
-  std::memcpy(longer + kept, text, added);
-  Adopt(longer, static_cast<std::int32_t>(kept + added));
+  std::memcpy(longer + kept, text, count);
+  Adopt(longer, static_cast<std::int32_t>(kept + count));
 }
 
 template class BaseString<char>;

@@ -48,7 +48,11 @@ class BaseString {
   explicit BaseString(std::int32_t number);
   /// A text of one character; NUL gives the empty string.
   explicit BaseString(Char character);
-  virtual ~BaseString();
+  virtual ~BaseString() {
+    delete[] buffer;
+    buffer = nullptr;
+    length = 0;
+  }
 
   /// A string of `count` NULs, to be filled by the caller.
   static BaseString OfLength(std::size_t count);
@@ -95,8 +99,10 @@ class BaseString {
   /// A buffer for a text of that many bytes, the NUL behind them already set.
   static Char* Allocate(std::size_t count);
   static Char* Copy(const Char* text, std::int32_t count);
+  static Owned OwnedCopy(const Char* text, std::size_t count);
+  static Owned OwnedDecimal(std::int32_t number);
   void Adopt(Char* newBuffer, std::int32_t newLength);
-  void AppendBytes(const Char* text, std::int32_t count);
+  void AppendBytes(const Char* text, std::size_t count);
 };
 
 extern template class BaseString<char>;

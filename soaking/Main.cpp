@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "hosting/LoadedModule.h"
+#include "interfaces/ItemName.h"
 #include "interfaces/ReaderAamvaData.h"
 #include "interfaces/ReaderBarcodeData.h"
 #include "interfaces/ReaderCodelineData.h"
@@ -39,11 +40,11 @@ void SendCodeline(ReaderDataType type, const char* docType, const char* number) 
 }
 
 void SendPagePassport(const char* number) {
-  SendCodeline(ReaderDataType::CodelineRecord, "PASSPORT", number);
+  SendCodeline(ReaderDataType::CodelineRecord, DocumentType::Passport, number);
 }
 
 void SendChipPassport(const char* number) {
-  SendCodeline(ReaderDataType::ChipCodelineRecord, "PASSPORT", number);
+  SendCodeline(ReaderDataType::ChipCodelineRecord, DocumentType::Passport, number);
 }
 
 void SendUnknownPage(const char* number) {
@@ -87,51 +88,22 @@ struct PlayedKind {
 };
 
 std::vector<PlayedKind> PlayedKinds() {
-  std::vector<const char*> chip = {"CODELINE_DATA",
-                                   "CODELINE_LINE_1",
-                                   "CODELINE_LINE_2",
-                                   "CODELINE_LINE_3",
-                                   "CODELINE_DATE_OF_BIRTH_STR",
-                                   "CODELINE_DATE_OF_BIRTH_STR_FORMATTED",
-                                   "CODELINE_EXPIRY_DATE_STR",
-                                   "CODELINE_EXPIRY_DATE_STR_FORMATTED",
-                                   "CODELINE_DOC_ID",
-                                   "CODELINE_DOC_NUMBER",
-                                   "CODELINE_DOC_TYPE",
-                                   "CODELINE_OPTIONAL_DATA_1",
-                                   "CODELINE_OPTIONAL_DATA_2",
-                                   "CODELINE_SURNAME",
-                                   "CODELINE_FORENAME",
-                                   "CODELINE_FORENAMES",
-                                   "CODELINE_ISSUING_STATE",
-                                   "CODELINE_NATIONALITY",
-                                   "CODELINE_SECOND_NAME",
-                                   "CODELINE_SEX",
-                                   "CODELINE_SHORT_SEX"};
+  const std::vector<const char*> chip(std::begin(CodelineItems), std::end(CodelineItems));
   std::vector<const char*> page = chip;
-  page.insert(page.begin(), "INPUT_SOURCE");
+  page.insert(page.begin(), ItemName::InputSource);
   return {
-      {{"passport page", page, "CODELINE_DOC_NUMBER"}, SendPagePassport},
-      {{"passport chip", chip, "CODELINE_DOC_NUMBER"}, SendChipPassport},
-      {{"unknown page", {"INPUT_SOURCE", "UNKNOWN_DOCUMENT"}, nullptr}, SendUnknownPage},
+      {{"passport page", page, ItemName::CodelineDocNumber}, SendPagePassport},
+      {{"passport chip", chip, ItemName::CodelineDocNumber}, SendChipPassport},
+      {{"unknown page", {ItemName::InputSource, Signal::UnknownDocument}, nullptr},
+       SendUnknownPage},
       {{"driving licence",
-        {"AAMVA_PARSED_LICENCENUMBER",   "AAMVA_PARSED_FULLNAME",
-         "AAMVA_PARSED_SURNAME",         "AAMVA_PARSED_FORENAME",
-         "AAMVA_PARSED_MIDDLENAME",      "AAMVA_PARSED_NAMESUFFIX",
-         "AAMVA_PARSED_GIVENNAMES",      "AAMVA_PARSED_SEX",
-         "AAMVA_PARSED_ADDRESS_STREET",  "AAMVA_PARSED_ADDRESS_CITY",
-         "AAMVA_PARSED_ADDRESS_STATE",   "AAMVA_PARSED_ADDRESS_POSTALCODE",
-         "AAMVA_PARSED_ADDRESS_COUNTRY", "AAMVA_PARSED_SHORTSEX",
-         "AAMVA_PARSED_DATEOFBIRTH",     "AAMVA_PARSED_DATEOFBIRTH_FORMATTED",
-         "AAMVA_PARSED_ISSUEDATE",       "AAMVA_PARSED_ISSUEDATE_FORMATTED",
-         "AAMVA_PARSED_EXPIRYDATE",      "AAMVA_PARSED_EXPIRYDATE_FORMATTED",
-         "AAMVA_PARSED_HEIGHT",          "AAMVA_PARSED_WEIGHT",
-         "AAMVA_PARSED_HAIR_COLOR",      "AAMVA_PARSED_EYE_COLOR"},
-        "AAMVA_PARSED_LICENCENUMBER"},
+        {std::begin(LicenceItems), std::end(LicenceItems)},
+        ItemName::LicenceNumber},
        SendLicence},
       {{"swiped card",
-        {"INPUT_SOURCE", "SWIPE_MSR_TRACK_1", "SWIPE_MSR_TRACK_2", "SWIPE_MSR_TRACK_3"},
-        "SWIPE_MSR_TRACK_1"},
+        {ItemName::InputSource, ItemName::SwipeTrack1, ItemName::SwipeTrack2,
+         ItemName::SwipeTrack3},
+        ItemName::SwipeTrack1},
        SendSwipe},
       {{"barcodes", {"BARCODE_QRCODE", "BARCODE_QRCODE", "BARCODE_QRCODE"}, "BARCODE_QRCODE"},
        SendBarcodes},

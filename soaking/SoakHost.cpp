@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "interfaces/ItemName.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
@@ -30,13 +31,14 @@ std::int32_t SoakHost::SendData(const char* name, ItemType /*itemType*/, std::in
           number) {
     Fail(std::string(name) + " is of another document");
   }
-  if (properties != nullptr && (std::to_string(received) != properties->Get("feature") ||
-                                last != (received + 1 == kind->items.size()))) {
+  if (properties != nullptr &&
+      (std::to_string(received) != properties->Get(ItemProperty::Feature) ||
+       last != (received + 1 == kind->items.size()))) {
     Fail("a barcode does not know its place");
   }
   ++received;
   ++items;
-  return std::strcmp(name, "UNKNOWN_DOCUMENT") == 0 ? StopRecord : 0;
+  return std::strcmp(name, Signal::UnknownDocument) == 0 ? StopRecord : 0;
 }
 
 void SoakHost::SendEvent(const char* /*name*/) { ++events; }

@@ -21,7 +21,7 @@ constexpr std::size_t StepsForEachWorker = 2;
 
 std::size_t BytesOf(const Step& step) {
   std::size_t bytes = 0;
-  for (const Action& action : step) {
+  for (const StepAction& action : step) {
     if (const auto* const item = std::get_if<SendItem>(&action); item != nullptr) {
       bytes += item->bytes.size();
     }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "interfaces/ReaderBarcodeData.h"
+#include "interfaces/ReaderItem.h"
 
 namespace conduit {
 namespace {
@@ -30,17 +31,8 @@ constexpr struct {
 thread_local Playback* playbackOfThisThread = nullptr;
 
 std::string NameOf(ReaderDataType type) {
-  for (const ReaderItemName& item : ReaderItemNames) {
-    if (item.type == type) {
-      return item.name;
-    }
-  }
-  for (const ReaderBarcodeName& barcode : ReaderBarcodeNames) {
-    if (barcode.type == type) {
-      return barcode.name;
-    }
-  }
-  return "record";
+  const ReaderItem* const item = FindReaderItem(type);
+  return item == nullptr || item->kind == ReaderItemKind::Record ? "record" : item->name;
 }
 
 std::string ItemLine(ReaderDataType type, std::size_t size) {
@@ -100,7 +92,7 @@ void Playback::Run() {
 }
 
 void Playback::PlayStep(Step step) {
-  for (Action& action : step) {
+  for (StepAction& action : step) {
     std::visit([this](auto& kind) { Perform(kind); }, action);
   }
 }

@@ -26,6 +26,9 @@
 #include "hosting/HostRecorder.h"
 #include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
+#include "interfaces/ItemName.h"
+#include "interfaces/ParameterName.h"
+#include "interfaces/Reaction.h"
 #include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
 #include "platform/FilePath.h"
@@ -148,22 +151,20 @@ std::optional<std::string> ValueGiven(const RunOptions& options, const std::stri
 /// default admits: pages and warnings.
 void FollowReaderLog(const LoadedModule& module, const RunOptions& options,
                      const std::filesystem::path& folder, HostRecorder& recorder) {
-  constexpr const char* fileParameter = "LogFileName";
-  constexpr const char* levelParameter = "LogLevel";
-  if (!HasParameter(module, fileParameter)) {
+  if (!HasParameter(module, ParameterName::LogFileName)) {
     return;
   }
   std::filesystem::path file = folder / "reader.log";
-  if (const auto given = ValueGiven(options, fileParameter)) {
+  if (const auto given = ValueGiven(options, ParameterName::LogFileName)) {
     file = PathFromUtf8(*given);
   } else {
-    module->SetParameter(fileParameter, Utf8FromPath(file).c_str());
+    module->SetParameter(ParameterName::LogFileName, Utf8FromPath(file).c_str());
   }
   // The module tells of items and events at 2, the reader library from 3 on.
   constexpr std::int32_t itemsAndEvents = 2;
-  if (options.logLevel >= itemsAndEvents && HasParameter(module, levelParameter) &&
-      !ValueGiven(options, levelParameter)) {
-    module->SetParameter(levelParameter, std::to_string(options.logLevel + 1).c_str());
+  if (options.logLevel >= itemsAndEvents && HasParameter(module, ParameterName::LogLevel) &&
+      !ValueGiven(options, ParameterName::LogLevel)) {
+    module->SetParameter(ParameterName::LogLevel, std::to_string(options.logLevel + 1).c_str());
   }
   recorder.Follow(file);
 }
@@ -194,13 +195,14 @@ void AddReactions(const LoadedModule& module, const RunOptions& options, HostRec
         "AddCondition and AddAction " + reaction, "the module refuses --on " + reaction,
         [&, firstOfEvent, &event = event, &script = script]() -> std::int32_t {
           if (firstOfEvent) {
-            const std::int32_t added = module->AddCondition("ReceiveEvent", event.c_str());
+            const std::int32_t added =
+                module->AddCondition(ConditionKind::ReceiveEvent, event.c_str());
             if (added != ResultSuccess) {
               return added;
             }
           }
-          return module->AddAction("ReceiveEvent", event.c_str(), "SetActiveScript",
-                                   script.c_str());
+          return module->AddAction(ConditionKind::ReceiveEvent, event.c_str(),
+                                   ActionKind::SetActiveScript, script.c_str());
         });
     if (result != ResultSuccess) {
       throw std::runtime_error("");
@@ -365,7 +367,7 @@ void AddRunCommand(CLI::App& app, int& exitStatus) {
                    "Answer this signal so that the rest of its codeline is not delivered: "
                    "UNKNOWN_DOCUMENT or BAD_CHARS; repeatable")
       ->allow_extra_args(false)
-      ->check(CLI::IsMember({"UNKNOWN_DOCUMENT", "BAD_CHARS"}))
+      ->check(CLI::IsMember({Signal::UnknownDocument, Signal::BadChars}))
       ->option_text("SIGNAL");
   command
       ->add_option("--log", options->logLevel,

@@ -7,6 +7,8 @@
 #include "console_host/report/Html.h"
 #include "hosting/DataFormat.h"
 #include "hosting/EventNames.h"
+#include "interfaces/MessageLevel.h"
+#include "interfaces/ReaderItem.h"
 #include "interfaces/ResultCode.h"
 #include "platform/Digest.h"
 
@@ -14,31 +16,29 @@ namespace conduit {
 
 namespace {
 
-constexpr std::int32_t FailureLevel = 0;
-
 constexpr const char* Continued = ", continued";
 
 /// What a picture is, for who does not see it.
 struct PictureName {
-  const char* item;
+  ReaderDataType type;
   const char* text;
 };
 
 constexpr PictureName PictureNames[] = {
-    {"IMAGEVIS", "Page in visible light"},
-    {"IMAGEVISREAR", "Back of the page in visible light"},
-    {"IMAGEIR", "Page in near infrared"},
-    {"IMAGEUV", "Page in ultraviolet light"},
-    {"IMAGECOAXVIS", "Page in coaxial visible light"},
-    {"IMAGECOAXIR", "Page in coaxial near infrared"},
-    {"IMAGEPHOTO", "Portrait on the page"},
-    {"IMAGEBARCODE", "Barcode on the page"},
-    {"SCDG2_PHOTO", "Portrait in the chip"},
+    {ReaderDataType::ImageVis, "Page in visible light"},
+    {ReaderDataType::ImageVisRear, "Back of the page in visible light"},
+    {ReaderDataType::ImageIr, "Page in near infrared"},
+    {ReaderDataType::ImageUv, "Page in ultraviolet light"},
+    {ReaderDataType::ImageCoaxVis, "Page in coaxial visible light"},
+    {ReaderDataType::ImageCoaxIr, "Page in coaxial near infrared"},
+    {ReaderDataType::ImagePhoto, "Portrait on the page"},
+    {ReaderDataType::ImageBarcode, "Barcode on the page"},
+    {ReaderDataType::ChipDataGroup2Photo, "Portrait in the chip"},
 };
 
 std::string Alternative(const ItemReceived& item) {
   for (const PictureName& name : PictureNames) {
-    if (item.name == name.item) {
+    if (item.name == FindReaderItem(name.type)->name) {
       return name.text;
     }
   }
@@ -115,7 +115,7 @@ void ReportSink::OnCallReturned(const CallReturned& call) {
 void ReportSink::OnWarning(const Warned& warning) { AddStep("warning", warning.message, true); }
 
 void ReportSink::OnLogLine(const LogLine& line) {
-  const bool failure = line.level <= FailureLevel;
+  const bool failure = line.level <= MessageFailure;
   if (failure && line.again == SaidAgain::Nowhere) {
     // Of the step that is to come.
     ++steps;

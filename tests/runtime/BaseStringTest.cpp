@@ -5,7 +5,7 @@
 #include <string>
 
 #include "runtime/BaseString.h"
-#include "runtime/Concatenate.h"
+#include "runtime/TextBuilder.h"
 
 namespace conduit {
 namespace {
@@ -114,11 +114,26 @@ TEST(BaseString, OrdersByUnsignedBytes) {
   }
 }
 
-TEST(Concatenate, JoinsPiecesOfEveryKind) {
-  const Text name("LogLevel");
-  EXPECT_EQ(Content(Concatenate({"FullPage:", name, " = ", -12, " (", true, ")", nullptr})),
-            "FullPage:LogLevel = -12 (True)");
-  EXPECT_EQ(Content(Concatenate({})), "");
+TEST(TextBuilder, JoinsPiecesOfEveryKindAndLength) {
+  const BaseString<char> name("LogLevel");
+  TextBuilder text;
+  text << "FullPage:" << name << " = " << -12 << " (" << true << ")"
+       << static_cast<const char*>(nullptr);
+  EXPECT_STREQ(text.Text(), "FullPage:LogLevel = -12 (True)");
+  TextBuilder numbers;
+  for (const std::int32_t number : {5, 10, 100, -5, -10, INT32_MIN}) {
+    numbers.AppendTwoDigits(number) << ".";
+  }
+  EXPECT_STREQ(numbers.Text(), "05.10.100.-05.-10.-2147483648.");
+  EXPECT_STREQ(TextBuilder().Text(), "");
+  // Around the room on the stack and far beyond it.
+  for (const std::size_t length : {511U, 512U, 513U, 5'000U}) {
+    const std::string piece(length, 'x');
+    TextBuilder longText;
+    longText << piece << piece << "y";
+    EXPECT_EQ(longText.Text(), piece + piece + "y");
+    EXPECT_EQ(longText.Length(), 2 * length + 1);
+  }
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include "interfaces/ReaderAamvaData.h"
 #include "interfaces/ReaderBarcodeData.h"
+#include "interfaces/ReaderItem.h"
 #include "tests/virtual_reader/ReaderSession.h"
 
 namespace conduit {
@@ -32,13 +33,13 @@ class PageBarcodes : public testing::Test {
         std::memcpy(&record, data, sizeof record);
         lines.push_back(std::string("AAMVA ") + record.licenceNumber);
       }
-      for (const ReaderBarcodeName& row : ReaderBarcodeNames) {
-        if (row.type == type) {
+      if (const ReaderItem* const row = FindReaderItem(type); row != nullptr) {
+        if (row->kind == ReaderItemKind::Barcode) {
           ReaderBarcodeData barcode;
           std::memcpy(&barcode, data, sizeof barcode);
           const std::string text(static_cast<const char*>(barcode.data),
                                  static_cast<std::size_t>(barcode.length));
-          lines.push_back(std::string(row.name) + " " + std::to_string(barcode.index) + "/" +
+          lines.push_back(std::string(row->name) + " " + std::to_string(barcode.index) + "/" +
                           std::to_string(barcode.count) + " " + std::to_string(barcode.format) +
                           " " + text);
         }

@@ -35,6 +35,12 @@ def table(header, name):
     return re.findall(r'"(\w[^"]*)"', rows)
 
 
+def items(kind):
+    """The names of the reader's items of a kind."""
+    source = (ROOT / "interfaces/ReaderItem.h").read_text(encoding="utf-8")
+    return re.findall(r'"(\w+)",\s+ReaderItemKind::' + kind + "}", source)
+
+
 class SessionSchema(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -61,14 +67,11 @@ class SessionSchema(unittest.TestCase):
     def test_has_the_names_of_the_interfaces(self):
         parts = {name: part["properties"] for name, part in self.schema["definitions"].items()
                  if "properties" in part}
-        images = [name for name in table("ReaderDataType.h", "ReaderItemNames")
-                  if "CODELINE" not in name]
         for given, wanted in [
             (parts["step"]["event"]["enum"], table("ReaderEventCode.h", "ReaderEventNames")),
             (parts["step"]["state"]["enum"], table("ReaderState.h", "ReaderStateNames")),
-            (parts["barcode"]["symbology"]["enum"],
-             table("ReaderDataType.h", "ReaderBarcodeNames")),
-            (list(parts["document"]["images"]["properties"]), images),
+            (parts["barcode"]["symbology"]["enum"], items("Barcode")),
+            (list(parts["document"]["images"]["properties"]), items("Image")),
         ]:
             self.assertEqual(given, wanted)
 

@@ -68,11 +68,11 @@ class Grammar {
     Put(format.sex, Kind::Sex);
     for (const CodelineSpan& date : {format.birth, format.expiry}) {
       Put(date, Kind::DigitOrFiller);
-      At(BehindField(date)) = Kind::Digit;
+      At(BehindSpan(date)) = Kind::Digit;
     }
-    At(BehindField(format.number)) = format.longNumbers ? Kind::DigitOrFiller : Kind::Digit;
+    At(BehindSpan(format.number)) = format.longNumbers ? Kind::DigitOrFiller : Kind::Digit;
     if (format.checksOptional) {
-      At(BehindField(format.optional1)) = Kind::DigitOrFiller;
+      At(BehindSpan(format.optional1)) = Kind::DigitOrFiller;
     }
     if (!format.composite.empty()) {
       kinds[1].back() = Kind::Digit;

@@ -8,7 +8,7 @@
 #include <optional>
 #include <stdexcept>
 
-#include "virtual_reader/records/RecordField.h"
+#include "virtual_reader/records/RecordBytes.h"
 
 namespace conduit {
 namespace {

@@ -50,7 +50,7 @@ void Cover(CodelineSpan span, CodelineCheck* check) {
 }
 
 CodelineCheck CheckOf(const char* field, CodelineSpan span) {
-  CodelineCheck check = {field, {}, BehindField(span)};
+  CodelineCheck check = {field, {}, BehindSpan(span)};
   Cover(span, &check);
   return check;
 }
@@ -59,9 +59,9 @@ CodelineCheck CheckOf(const char* field, CodelineSpan span) {
 /// optional data up to the next filler, its check digit last (Doc 9303-5 and 9303-6).
 CodelineCheck CheckOfNumber(const CodelineFormat& format, const Lines& lines) {
   CodelineCheck check = CheckOf("the document number", format.number);
-  const std::string_view optional = CodelineField(lines, format.optional1);
+  const std::string_view optional = TextOfSpan(lines, format.optional1);
   const std::size_t rest = std::min(optional.find('<'), optional.size());
-  const bool isFull = CodelineField(lines, format.number).find('<') == std::string_view::npos;
+  const bool isFull = TextOfSpan(lines, format.number).find('<') == std::string_view::npos;
   if (format.longNumbers && lines[check.digit.line][check.digit.column] == '<' && rest > 0 &&
       isFull) {
     Cover({format.optional1.line, format.optional1.column, rest - 1}, &check);

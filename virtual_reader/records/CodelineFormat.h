@@ -69,12 +69,12 @@ bool IsMet(const CodelineCheck& check, const std::vector<std::string>& lines);
 int CheckValueOf(char character);
 
 /// What stands in a field.
-inline std::string_view CodelineField(const std::vector<std::string>& lines, CodelineSpan span) {
+inline std::string_view TextOfSpan(const std::vector<std::string>& lines, CodelineSpan span) {
   return std::string_view(lines[span.line]).substr(span.column, span.length);
 }
 
 /// The check digit's place behind a field.
-inline CodelinePlace BehindField(CodelineSpan span) {
+inline CodelinePlace BehindSpan(CodelineSpan span) {
   return {span.line, span.column + span.length};
 }
 

@@ -7,8 +7,9 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "interfaces/ItemName.h"
 #include "virtual_reader/records/CodelineFormat.h"
-#include "virtual_reader/records/RecordField.h"
+#include "virtual_reader/records/RecordBytes.h"
 
 namespace conduit {
 namespace {
@@ -22,18 +23,12 @@ constexpr struct {
   std::string_view code;
   const char* docType;
 } DocumentTypes[] = {
-    {"IR", "RESIDENCE CARD"},
-    {"AR", "RESIDENCE CARD"},
-    {"CR", "RESIDENCE CARD"},
-    {"C1", "RESIDENCE CARD"},
-    {"C2", "RESIDENCE CARD"},
-    {"P", "PASSPORT"},
-    {"V", "VISA"},
-    {"I", "IDENTITY CARD"},
-    {"A", "IDENTITY CARD"},
-    {"C", "IDENTITY CARD"},
-    {"D", "DRIVING LICENCE"},
-    {"", "UNKNOWN DOCUMENT"},
+    {"IR", DocumentType::ResidenceCard}, {"AR", DocumentType::ResidenceCard},
+    {"CR", DocumentType::ResidenceCard}, {"C1", DocumentType::ResidenceCard},
+    {"C2", DocumentType::ResidenceCard}, {"P", DocumentType::Passport},
+    {"V", DocumentType::Visa},           {"I", DocumentType::IdentityCard},
+    {"A", DocumentType::IdentityCard},   {"C", DocumentType::IdentityCard},
+    {"D", DocumentType::DrivingLicence}, {"", DocumentType::Unknown},
 };
 
 /// A printed X is a filler in the machine-readable zone.
@@ -153,7 +148,7 @@ void ReadSex(char read, ReaderCodelineData* record) {
 /// The number with what of it stands in the optional data, and the rest of that.
 void ReadNumber(const Lines& lines, const CodelineFormat& format, const CodelineCheck& check,
                 ReaderCodelineData* record) {
-  std::string_view optional = CodelineField(lines, format.optional1);
+  std::string_view optional = TextOfSpan(lines, format.optional1);
   std::string number;
   for (const CodelinePlace& place : check.covered) {
     number += lines[place.line][place.column];
@@ -205,14 +200,14 @@ CodelineReading ReadCodeline(const Lines& lines) {
   PutText(record.docType, type->docType, "docType");
   PutText(record.issuingState, WithoutFillersAtEnd(std::string_view(lines[0]).substr(2, 3)),
           "issuingState");
-  ReadNames(CodelineField(lines, format.names), &record);
+  ReadNames(TextOfSpan(lines, format.names), &record);
   ReadNumber(lines, format, checks.front(), &record);
-  PutText(record.nationality, WithoutFillersAtEnd(CodelineField(lines, format.nationality)),
+  PutText(record.nationality, WithoutFillersAtEnd(TextOfSpan(lines, format.nationality)),
           "nationality");
-  record.dateOfBirth = DateOf(CodelineField(lines, format.birth));
-  record.expiryDate = DateOf(CodelineField(lines, format.expiry));
-  ReadSex(CodelineField(lines, format.sex)[0], &record);
-  PutText(record.optionalData2, WithoutFillersAtEnd(CodelineField(lines, format.optional2)),
+  record.dateOfBirth = DateOf(TextOfSpan(lines, format.birth));
+  record.expiryDate = DateOf(TextOfSpan(lines, format.expiry));
+  ReadSex(TextOfSpan(lines, format.sex)[0], &record);
+  PutText(record.optionalData2, WithoutFillersAtEnd(TextOfSpan(lines, format.optional2)),
           "optionalData2");
   return reading;
 }

@@ -1,21 +1,15 @@
 #pragma once
 
-#include <algorithm>
-#include <iterator>
 #include <string>
 #include <vector>
 
-#include "interfaces/ReaderDataType.h"
+#include "interfaces/ReaderItem.h"
 #include "virtual_reader/images/PageImage.h"
 
 namespace conduit {
 
 /// The name under which a host receives a barcode of this type.
-inline std::string BarcodeName(ReaderDataType type) {
-  return std::find_if(std::begin(ReaderBarcodeNames), std::end(ReaderBarcodeNames),
-                      [type](const auto& row) { return row.type == type; })
-      ->name;
-}
+inline std::string BarcodeName(ReaderDataType type) { return FindReaderItem(type)->name; }
 
 struct PageBarcode {
   ReaderDataType type;

@@ -1,3 +1,4 @@
+#include "virtual_reader/ItemsOfKind.h"
 #include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
@@ -6,7 +7,7 @@ bool CanSearchPages() { return false; }
 
 std::vector<ReaderDataType> BarcodesNotLookedFor() {
   std::vector<ReaderDataType> all;
-  for (const ReaderBarcodeName& row : ReaderBarcodeNames) {
+  for (const ReaderItem& row : ItemsOfKind(ReaderItemKind::Barcode)) {
     all.push_back(row.type);
   }
   return all;

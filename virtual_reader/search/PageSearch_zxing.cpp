@@ -9,6 +9,7 @@
 #include <iterator>
 #include <utility>
 
+#include "virtual_reader/ItemsOfKind.h"
 #include "virtual_reader/search/PageAreas.h"
 #include "virtual_reader/search/PageCut.h"
 #include "virtual_reader/search/PageSearch.h"
@@ -480,7 +481,7 @@ bool CanSearchPages() { return true; }
 
 std::vector<ReaderDataType> BarcodesNotLookedFor() {
   std::vector<ReaderDataType> missing;
-  for (const ReaderBarcodeName& row : ReaderBarcodeNames) {
+  for (const ReaderItem& row : ItemsOfKind(ReaderItemKind::Barcode)) {
     if (std::none_of(std::begin(Symbologies), std::end(Symbologies),
                      [&row](const auto& symbology) { return symbology.type == row.type; })) {
       missing.push_back(row.type);

@@ -47,10 +47,10 @@ struct WriteLine {
   std::string text;
 };
 
-using Action = std::variant<SendEvent, RaiseError, Pause, SendItem, SendBarcode, WriteLine>;
+using StepAction = std::variant<SendEvent, RaiseError, Pause, SendItem, SendBarcode, WriteLine>;
 
 /// What is played in one piece: a step of a session file, or a page of a folder.
-using Step = std::vector<Action>;
+using Step = std::vector<StepAction>;
 
 /// Makes a step: whatever takes long, as decoding and searching its pages, is
 /// done in here. Called once, on any thread, and beside the work on other steps.

@@ -3,7 +3,7 @@
 #include <iterator>
 
 #include "virtual_reader/records/AamvaReading.h"
-#include "virtual_reader/records/RecordField.h"
+#include "virtual_reader/records/RecordBytes.h"
 
 namespace conduit {
 

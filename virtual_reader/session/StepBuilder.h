@@ -34,7 +34,7 @@ class StepBuilder {
   /// when the text is none.
   void AddAamva(const std::string& place, std::string_view text);
 
-  /// Made in place: GCC takes a moved Action for one that may be uninitialised.
+  /// Made in place: GCC takes a moved StepAction for one that may be uninitialised.
   template <typename ActionType>
   void Add(ActionType action) {
     actions.emplace_back(std::in_place_type<ActionType>, std::move(action));

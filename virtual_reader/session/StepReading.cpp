@@ -11,9 +11,10 @@
 #include "interfaces/ReaderSwipeData.h"
 #include "platform/FilePath.h"
 #include "virtual_reader/InputFile.h"
+#include "virtual_reader/ItemsOfKind.h"
 #include "virtual_reader/records/AamvaReading.h"
-#include "virtual_reader/records/RecordField.h"
-#include "virtual_reader/session/CodelineField.h"
+#include "virtual_reader/records/RecordBytes.h"
+#include "virtual_reader/session/SessionCodeline.h"
 
 namespace conduit {
 namespace {
@@ -23,15 +24,15 @@ constexpr std::uintmax_t LargestBarcode = std::uintmax_t{1} << 20;
 
 constexpr std::int32_t LongestPause = 60 * 60 * 1000;
 
-template <typename Row, std::size_t Size>
-std::vector<std::string> NamesOf(const Row (&table)[Size]) {
+template <std::size_t Size>
+std::vector<std::string> NamesOf(const char* const (&table)[Size]) {
+  return {std::begin(table), std::end(table)};
+}
+
+std::vector<std::string> NamesOf(const std::vector<ReaderItem>& items) {
   std::vector<std::string> names;
-  for (const Row& row : table) {
-    if constexpr (std::is_convertible_v<Row, const char*>) {
-      names.emplace_back(row);
-    } else {
-      names.emplace_back(row.name);
-    }
+  for (const ReaderItem& item : items) {
+    names.emplace_back(item.name);
   }
   return names;
 }
@@ -146,7 +147,7 @@ StepReading::Part StepReading::ReadDocument(const SessionField& field) {
 }
 
 StepReading::Part StepReading::ReadPageCodeline(const SessionField& field) {
-  return [place = field.Place(), reading = ReadCodelineField(field)](StepBuilder* step) {
+  return [place = field.Place(), reading = ReadSessionCodeline(field)](StepBuilder* step) {
     step->AddCodeline(place, reading, ReaderDataType::Codeline, ReaderDataType::CodelineRecord);
   };
 }
@@ -154,11 +155,9 @@ StepReading::Part StepReading::ReadPageCodeline(const SessionField& field) {
 StepReading::Part StepReading::ReadImages(const SessionField& field) {
   std::vector<std::string> names;
   std::vector<ReaderDataType> types;
-  for (const ReaderItemName& item : ReaderItemNames) {
-    if (item.itemType == ItemTypeImage) {
-      names.emplace_back(item.name);
-      types.push_back(item.type);
-    }
+  for (const ReaderItem& item : ItemsOfKind(ReaderItemKind::Image)) {
+    names.emplace_back(item.name);
+    types.push_back(item.type);
   }
   std::vector<ImageFile> files;
   for (const auto& [name, file] : field.Fields(names)) {
@@ -202,11 +201,12 @@ void StepReading::AddImageFiles(const std::vector<ImageFile>& files, const Pages
 StepReading::Part StepReading::ReadBarcodes(const SessionField& field) {
   constexpr std::size_t most = 1000;
   const std::vector<SessionField> fields = field.Elements(0, most);
+  const std::vector<ReaderItem> symbologies = ItemsOfKind(ReaderItemKind::Barcode);
   std::vector<SendBarcode> barcodes;
   for (const SessionField& barcode : fields) {
     barcode.Fields({"symbology", "text", "file", "format"});
     const std::size_t symbology =
-        barcode.Require("symbology").NameAmong("symbology", NamesOf(ReaderBarcodeNames));
+        barcode.Require("symbology").NameAmong("symbology", NamesOf(symbologies));
     const auto text = barcode.Find("text");
     const auto file = barcode.Find("file");
     if (text.has_value() == file.has_value()) {
@@ -214,8 +214,7 @@ StepReading::Part StepReading::ReadBarcodes(const SessionField& field) {
     }
     const auto format = barcode.Find("format");
     using Limits = std::numeric_limits<std::int32_t>;
-    barcodes.push_back({ReaderBarcodeNames[symbology].type,
-                        static_cast<std::int32_t>(barcodes.size()),
+    barcodes.push_back({symbologies[symbology].type, static_cast<std::int32_t>(barcodes.size()),
                         static_cast<std::int32_t>(fields.size()),
                         format ? format->Integer(Limits::min(), Limits::max()) : 0,
                         text ? text->TextOrBytes() : FileOf(*file)});
@@ -251,7 +250,7 @@ StepReading::Part StepReading::ReadChip(const SessionField& field) {
 }
 
 StepReading::Part StepReading::ReadDataGroup1(const SessionField& field) {
-  return [place = field.Place(), reading = ReadCodelineField(field)](StepBuilder* step) {
+  return [place = field.Place(), reading = ReadSessionCodeline(field)](StepBuilder* step) {
     step->AddCodeline(place, reading, ReaderDataType::ChipDataGroup1,
                       ReaderDataType::ChipCodelineRecord);
   };

@@ -7,6 +7,6 @@ namespace conduit {
 
 /// Reads the codeline that a session gives as a list of lines, or as an object
 /// of lines and of record fields that differ from what the lines say.
-CodelineReading ReadCodelineField(const SessionField& field);
+CodelineReading ReadSessionCodeline(const SessionField& field);
 
 }  // namespace conduit

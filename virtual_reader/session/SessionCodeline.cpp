@@ -1,9 +1,9 @@
-#include "virtual_reader/session/CodelineField.h"
+#include "virtual_reader/session/SessionCodeline.h"
 
 #include <cstddef>
 #include <iterator>
 
-#include "virtual_reader/records/RecordField.h"
+#include "virtual_reader/records/RecordBytes.h"
 
 namespace conduit {
 namespace {
@@ -94,7 +94,7 @@ CodelineReading Reading(const SessionField& lines, bool typeIsGiven) {
 
 }  // namespace
 
-CodelineReading ReadCodelineField(const SessionField& field) {
+CodelineReading ReadSessionCodeline(const SessionField& field) {
   if (field.IsArray()) {
     return Reading(field, false);
   }

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <optional>
+
+#include "interfaces/IStringMap.h"
+#include "interfaces/ItemName.h"
+#include "parameters/StringMap.h"
+#include "runtime/Text.h"
+#include "runtime/TextBuilder.h"
+
+namespace conduit {
+
+/// The properties of a barcode: a StringMap that holds its feature. It becomes one when
+/// a host changes it; most only read it, and for them nothing is allocated.
+class FeatureMap final : public IStringMap {
+ public:
+  /// @param index  the barcode's 0-based position among those of the same read
+  explicit FeatureMap(std::int32_t index) { feature << index; }
+  FeatureMap(const FeatureMap&) = delete;
+  FeatureMap& operator=(const FeatureMap&) = delete;
+  ~FeatureMap() override = default;
+
+  std::int32_t Count() override { return changed ? changed->Count() : 1; }
+  void Set(const char* key, const char* value) override { Changed().Set(key, value); }
+  const char* Get(const char* key) override {
+    if (changed) {
+      return changed->Get(key);
+    }
+    return std::strcmp(OrEmpty(key), ItemProperty::Feature) == 0 ? feature.Text() : nullptr;
+  }
+  void RemoveAll() override { Changed().RemoveAll(); }
+  void Remove(const char* key) override { Changed().Remove(key); }
+
+ private:
+  StringMap& Changed() {
+    if (!changed) {
+      changed.emplace().Set(ItemProperty::Feature, feature.Text());
+    }
+    return *changed;
+  }
+
+  TextBuilder feature;
+  std::optional<StringMap> changed;
+};
+
+}  // namespace conduit

@@ -1,0 +1,81 @@
+#pragma once  // stands alone in C++17
+
+#include <cstddef>
+#include <cstdint>
+
+#include "ItemType.h"
+#include "ReaderDataType.h"
+
+namespace conduit {
+
+/// What a module does with an item of the reader.
+enum class ReaderItemKind {
+  Text,     ///< hands it on
+  Image,    ///< hands it on
+  Barcode,  ///< hands on what its ReaderBarcodeData holds
+  Record,   ///< makes items of it, which have names of their own: see ItemName.h
+};
+
+/// An item of the reader, and the name under which a host receives it.
+struct ReaderItem {
+  ReaderDataType type;
+  const char* name;  ///< empty for a record
+  ReaderItemKind kind;
+};
+
+/// All that a module acts on; any other type is only logged.
+inline constexpr ReaderItem ReaderItems[] = {
+    {ReaderDataType::Codeline, "CODELINE", ReaderItemKind::Text},
+    {ReaderDataType::ImageIr, "IMAGEIR", ReaderItemKind::Image},
+    {ReaderDataType::ImageVis, "IMAGEVIS", ReaderItemKind::Image},
+    {ReaderDataType::ImageVisRear, "IMAGEVISREAR", ReaderItemKind::Image},
+    {ReaderDataType::ImagePhoto, "IMAGEPHOTO", ReaderItemKind::Image},
+    {ReaderDataType::ImageUv, "IMAGEUV", ReaderItemKind::Image},
+    {ReaderDataType::ImageCoaxVis, "IMAGECOAXVIS", ReaderItemKind::Image},
+    {ReaderDataType::ImageCoaxIr, "IMAGECOAXIR", ReaderItemKind::Image},
+    {ReaderDataType::ImageBarcode, "IMAGEBARCODE", ReaderItemKind::Image},
+    {ReaderDataType::ChipDataGroup1, "SCDG1_CODELINE", ReaderItemKind::Text},
+    {ReaderDataType::ChipDataGroup2Photo, "SCDG2_PHOTO", ReaderItemKind::Image},
+    {ReaderDataType::BarcodeIndustrial2Of5, "BARCODE_1D_INDUSTRIAL_2_OF_5",
+     ReaderItemKind::Barcode},
+    {ReaderDataType::BarcodeInterleaved2Of5, "BARCODE_1D_INTERLEAVED_2_OF_5",
+     ReaderItemKind::Barcode},
+    {ReaderDataType::BarcodeIata2Of5, "BARCODE_1D_IATA_2_OF_5", ReaderItemKind::Barcode},
+    {ReaderDataType::Barcode3Of9, "BARCODE_1D_3_OF_9", ReaderItemKind::Barcode},
+    {ReaderDataType::Barcode128, "BARCODE_1D_128", ReaderItemKind::Barcode},
+    {ReaderDataType::BarcodePdf417, "BARCODE_PDF417", ReaderItemKind::Barcode},
+    {ReaderDataType::BarcodeAztec, "BARCODE_AZTECCODE", ReaderItemKind::Barcode},
+    {ReaderDataType::BarcodeQr, "BARCODE_QRCODE", ReaderItemKind::Barcode},
+    {ReaderDataType::BarcodeDataMatrix, "BARCODE_DATAMATRIX", ReaderItemKind::Barcode},
+    {ReaderDataType::CodelineRecord, "", ReaderItemKind::Record},
+    {ReaderDataType::ChipCodelineRecord, "", ReaderItemKind::Record},
+    {ReaderDataType::SwipeRecord, "", ReaderItemKind::Record},
+    {ReaderDataType::AamvaSwipeRecord, "", ReaderItemKind::Record},
+    {ReaderDataType::AamvaBarcodeRecord, "", ReaderItemKind::Record},
+};
+
+/// The row of a type, or null.
+constexpr const ReaderItem* FindReaderItem(ReaderDataType type) {
+  for (const ReaderItem& item : ReaderItems) {
+    if (item.type == type) {
+      return &item;
+    }
+  }
+  return nullptr;
+}
+
+/// The item type of a barcode, by the format code of its record; a code beyond
+/// the table, or below it, is ItemTypeUnknown.
+inline constexpr ItemType ReaderBarcodeItemTypes[] = {
+    ItemTypeText,  ItemTypeText,           ItemTypeUnknown,         ItemTypeUnknown,
+    ItemTypeImage, ItemTypeImage,          ItemTypeBarcodeFormat6,  ItemTypeUnknown,
+    ItemTypeImage, ItemTypeBarcodeFormat9, ItemTypeBarcodeFormat10, ItemTypeUnknown,
+    ItemTypeImage,
+};
+
+/// The highest format code that means something to a module.
+inline constexpr std::int32_t LastReaderBarcodeFormat = 12;
+static_assert(sizeof ReaderBarcodeItemTypes / sizeof *ReaderBarcodeItemTypes ==
+              LastReaderBarcodeFormat + 1);
+
+}  // namespace conduit
