@@ -6,6 +6,8 @@
 namespace conduit {
 namespace {
 
+using testing::Contains;
+
 template <std::size_t Size>
 void Put(char (&field)[Size], const std::string& text) {
   ASSERT_LT(text.size(), Size);
@@ -87,6 +89,21 @@ TEST_F(CodelineTest, RecognisedDocumentGivesTwentyOneItems) {
             "SendData CODELINE_SHORT_SEX 4 0 '' last");
 }
 
+TEST_F(CodelineTest, WhatTheRecordHoldsIsDeliveredAsItStands) {
+  record.dateOfBirth = {-1, 11, 100};
+  record.shortSex = '\xE9';
+  const Lines lines = ItemsAfter(ReaderDataType::ChipCodelineRecord);
+  EXPECT_THAT(lines, Contains("SendData CODELINE_DATE_OF_BIRTH_STR 4 10 '-01-11-100' last"))
+      << "a codeline knows no absent date";
+  EXPECT_EQ(lines.back(), "SendData CODELINE_SHORT_SEX 4 1 '\\xE9' last");
+  // Lent where it stands, not as a copy.
+  host.stopAt = "CODELINE_SEX";
+  const void* sex = nullptr;
+  host.onStop = [&] { sex = host.lastData; };
+  ItemsAfter(ReaderDataType::ChipCodelineRecord);
+  EXPECT_EQ(sex, record.sex);
+}
+
 TEST_F(CodelineTest, HostAnswersToItemsStopNothing) {
   host.otherAnswer = 1;
   EXPECT_EQ(ItemsAfter(ReaderDataType::CodelineRecord).size(), 1U + 2 * (1 + 21));
@@ -140,10 +157,18 @@ TEST_F(CodelineTest, BadCharacterInTheCodelineIsSaidOnce) {
   expected.resize(4);
   EXPECT_EQ(ItemsAfter(ReaderDataType::CodelineRecord), expected);
 
-  module->SetParameter("BadChars", "#<");
+  // What the document is comes first.
+  Put(record.docType, "");
+  host.stopAt = "UNKNOWN_DOCUMENT";
+  expected[3] = "SendData UNKNOWN_DOCUMENT 4 1 ' ' last";
+  EXPECT_EQ(ItemsAfter(ReaderDataType::CodelineRecord), expected);
+  host.stopAt.clear();
+  Put(record.docType, "PASSPORT");
+
+  module->SetParameter("BadChars", "#;<");
   EXPECT_EQ(signals(), 0);
   Put(record.codeline, "a<");
-  EXPECT_EQ(signals(), 1);
+  EXPECT_EQ(signals(), 1) << "by the last of them";
   Put(record.codeline, "");
   EXPECT_EQ(signals(), 0);
 }

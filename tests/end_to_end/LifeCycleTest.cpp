@@ -63,6 +63,11 @@ TEST_F(LifeCycleTest, InitialiseStartsTheReaderWithTheSettings) {
   EXPECT_EQ(module->Initialise(), 0);
   EXPECT_THAT(journal.Take(), ElementsAre("reader EnableLogging 1 1 -1 FullPageOutputConduit.log",
                                           "reader Initialise", "ReportState 'Enabled'"));
+  module->SetParameter("LogLevel", "0");
+  EXPECT_THAT(journal.Take(),
+              ElementsAre("log 3 NumericParameter<int>::SetValue: FullPage:LogLevel = 0"));
+  EXPECT_EQ(module->Initialise(), 0);
+  EXPECT_EQ(journal.Take().front(), "reader EnableLogging 1 0 -1 FullPageOutputConduit.log");
   module->SetParameter("LogLevel", "4");
   module->SetParameter("LogFileName", "other.log");
   journal.Take();

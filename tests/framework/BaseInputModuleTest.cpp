@@ -104,6 +104,49 @@ TEST_F(BaseInputModuleTest, EventRunsActionsUpToTheFirstFailure) {
   EXPECT_EQ(module.ReceiveEvent(""), 5);
 }
 
+TEST_F(BaseInputModuleTest, TheFirstOfEqualConditionsCounts) {
+  module.SetHost(&host);
+  module.AddCondition("ReceiveEvent", "A");
+  module.AddAction("ReceiveEvent", "A", "SetActiveScript", "one");
+  module.AddCondition("ReceiveEvent", "A");
+  EXPECT_EQ(module.AddAction("ReceiveEvent", "B", "Other", ""), 3) << "before the action's name";
+  journal.Take();
+  module.ReceiveEvent("A");
+  EXPECT_THAT(journal.Take(), ElementsAre("SetActiveScript one"));
+}
+
+/// A host that answers a script with one more action for the same event.
+class AddingHost final : public IInputModuleHost {
+ public:
+  explicit AddingHost(BaseInputModule& module) : module(module) {}
+  std::int32_t SendData(const char*, ItemType, std::int32_t, const void*, IStringMap*,
+                        bool) override {
+    return 0;
+  }
+  void SendEvent(const char*) override {}
+  void BeginData() override {}
+  void EndData() override {}
+  void ReportState(const char*) override {}
+  void ReportError(const char*) override {}
+  std::int32_t SetActiveScript(const char* /*name*/) override {
+    ++scripts;
+    return module.AddAction("ReceiveEvent", "A", "SetActiveScript", "more");
+  }
+
+  BaseInputModule& module;
+  int scripts = 0;
+};
+
+TEST_F(BaseInputModuleTest, AnEventRunsTheActionsOfItsMoment) {
+  AddingHost adding(module);
+  module.SetHost(&adding);
+  module.AddCondition("ReceiveEvent", "A");
+  module.AddAction("ReceiveEvent", "A", "SetActiveScript", "one");
+  module.AddAction("ReceiveEvent", "A", "SetActiveScript", "two");
+  EXPECT_EQ(module.ReceiveEvent("A"), 0);
+  EXPECT_EQ(adding.scripts, 2);
+}
+
 TEST(BaseInputModule, WorksWithoutALogger) {
   BareModule module(nullptr);
   EXPECT_EQ(module.AddCondition("ReceiveEvent", "A"), 0);

@@ -1,13 +1,17 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <cstdlib>
+#include <ctime>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "fullpage/DateFormat.h"
+#include "fullpage/FullPageInputModule.h"
 #include "platform/LocalTime.h"
-#include "platform/TimeConversions.h"
 #include "platform/TimeFormat.h"
+#include "tests/support/Journal.h"
 
 namespace conduit {
 namespace {
@@ -94,16 +98,43 @@ TEST(DateFormat, TakesTheConversionsOfItsSystem) {
 #endif
   EXPECT_TRUE(FormatTime(accepted, LocalTime()).accepted);
   EXPECT_FALSE(FormatTime(refused, LocalTime()).accepted);
-  // None of them is refused by the runtime itself, which on Windows would end here.
-  for (const TimeConversions& row : AcceptedTimeConversions) {
-    const std::string sign = row.modifier != '\0' ? std::string("%") + row.modifier : "%";
-    for (int code = 1; code < 256; ++code) {
-      const char conversion = static_cast<char>(code);
-      if (row.conversions.Has(conversion)) {
-        EXPECT_TRUE(FormatTime((sign + conversion).c_str(), LocalTime()).accepted) << conversion;
-      }
-    }
+  // Both characters belong to the conversion, and no more.
+  for (const char* const end : {"%", "%Q"}) {
+    EXPECT_FALSE(FormatTime((std::string(accepted) + end).c_str(), LocalTime()).accepted);
   }
+}
+
+TEST(DateFormat, CountsFromTheLocalYearOfNow) {
+#if !defined(_WIN32)
+  const std::time_t now = std::time(nullptr);
+  for (const char* const zone : {"A+11:30", "A-13:30"}) {  // one of them is far from UTC
+    setenv("TZ", zone, 1);
+    tzset();
+    const std::tm expected = *std::localtime(&now);
+    EXPECT_EQ(LocalTime().tm_hour, expected.tm_hour);
+    EXPECT_EQ(LocalTime().tm_mday, expected.tm_mday);
+  }
+  unsetenv("TZ");
+  tzset();
+#endif
+  const std::int32_t year = LocalTime().tm_year + 1900;
+  const auto formatted = [](std::int32_t ofCentury) {
+    return std::string(FormatDate("%Y %j", 31, 12, ofCentury, false).buffer);
+  };
+  EXPECT_EQ(formatted(year % 100), std::to_string(1900 + year % 100) + " 001");
+  EXPECT_EQ(formatted(year % 100 - 1), std::to_string(year - 1) + " 001");
+}
+
+/// The one item of the module that no translator asks for.
+TEST(ProcessStringDataItem, DeliversABlankInPlaceOfNothing) {
+  Journal journal;
+  RecordingLogger logger(journal);
+  RecordingHost host(journal);
+  host.otherAnswer = 5;
+  FullPageInputModule module(&logger);
+  module.SetHost(&host);
+  EXPECT_EQ(module.ProcessStringDataItem("NAME", nullptr), 5);
+  EXPECT_EQ(journal.Take(), std::vector<std::string>{"SendData NAME 4 1 ' ' last"});
 }
 
 TEST(DateFormat, RawDatePrintsPartsUnchanged) {

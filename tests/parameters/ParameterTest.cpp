@@ -114,8 +114,14 @@ TEST_F(ParameterTest, IntegerRulesRefuseByTheirOwnMessage) {
       {[](auto& p) { p.mustBeInRange = true, p.rangeLow = 2, p.rangeHigh = 3; }, 2, 4,
        " - value 4 is not between the range 2 and 3"},
       // The first of several rules speaks.
-      {[](auto& p) { p.mustEqual = p.mustBeInRange = true; }, 0, 5,
+      {[](auto& p) { p.mustEqual = p.mustNotEqual = true, p.notEqualValue = 5; }, 0, 5,
        " - value must be equal to 0, got 5"},
+      {[](auto& p) { p.mustNotEqual = p.mustBeLess = true, p.notEqualValue = 5; }, -1, 5,
+       " - value must be not equal to 5, got 5"},
+      {[](auto& p) { p.mustBeLess = p.mustBeGreater = true, p.greaterValue = -9; }, -1, 0,
+       " - value must be less than 0 (Can be equal: False), got 0"},
+      {[](auto& p) { p.mustBeGreater = p.mustBeInRange = true, p.rangeHigh = 9; }, 1, -1,
+       " - value must be greater than 0 (Can be equal: False), got -1"},
   };
   for (const RuleCase& row : cases) {
     SCOPED_TRACE(row.message);
@@ -175,6 +181,10 @@ TEST_F(ParameterTest, TextRulesRefuseByTheirOwnMessage) {
       {variable, "", nullptr},
       {variable, "x$", " - parameter value \"x$\" does not use variable name syntax"},
       {exempt, "x$", nullptr},
+      {[=](auto& p) { start(p), variable(p), date(p); }, "%Q",
+       " - parameter value \"%Q\" must start with the value \"AB\""},
+      {[=](auto& p) { variable(p), date(p); }, "%Q",
+       " - parameter value \"%Q\" does not use variable name syntax"},
       {date, "", nullptr},
       {date, "%Y%m%d", nullptr},
       {date, "%d 100%%", nullptr},
@@ -194,6 +204,31 @@ TEST_F(ParameterTest, TextRulesRefuseByTheirOwnMessage) {
                       row.message));
     }
   }
+}
+
+/// Takes what its base refuses, and the other way round.
+template <class Base, class Candidate>
+class Contrary final : public Base {
+ public:
+  using Base::Base;
+  std::int32_t Validate(Candidate candidate) override {
+    return Base::Validate(candidate) == 0 ? 6 : 0;
+  }
+};
+
+TEST_F(ParameterTest, WhatAValueMustBeIsTheDerivedClassesToSay) {
+  BaseString<char> text = "before";
+  Contrary<StringParameter, const BaseString<char>&> wanted("N", "M:N", nullptr, &text);
+  wanted.required = true;
+  EXPECT_EQ(wanted.SetValue("x"), 6);
+  EXPECT_EQ(wanted.SetValue(""), 0);
+  EXPECT_STREQ(text.buffer, "");
+  std::int32_t number = 1;
+  Contrary<IntParameter, std::int32_t> outside("N", "M:N", nullptr, &number);
+  outside.mustBeInRange = true;
+  EXPECT_EQ(outside.SetValue("0"), 6);
+  EXPECT_EQ(outside.SetValue("9"), 0);
+  EXPECT_EQ(number, 9);
 }
 
 }  // namespace

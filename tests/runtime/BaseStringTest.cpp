@@ -2,6 +2,7 @@
 
 #include <cwchar>
 #include <limits>
+#include <new>
 #include <string>
 
 #include "runtime/BaseString.h"
@@ -83,7 +84,22 @@ TEST(BaseString, SetLengthCutsOrFillsWithNuls) {
   const char* const before = text.buffer;
   text.SetLength(2);
   EXPECT_EQ(text.buffer, before);
+  text.SetLength(0);
+  text.SetLength(3);
+  EXPECT_EQ(Content(text), std::string(3, '\0'));
 }
+
+// A sanitizer ends the process over such a request.
+#if !defined(CONDUIT_SANITIZED)
+TEST(BaseString, RefusesATextBeyondItsLength) {
+  Text text("x");
+  // As if it were as long as a text can be: nothing of it is read before it is refused.
+  text.length = std::numeric_limits<std::int32_t>::max();
+  EXPECT_THROW(text.Append("y"), std::bad_alloc);
+  text.length = 1;
+  EXPECT_EQ(Content(text), "x") << "nothing is lost";
+}
+#endif
 
 TEST(BaseString, FormatsTextOfAnyLength) {
   const std::string longText(1000, 'x');

@@ -83,6 +83,9 @@ TEST_F(PtrListTest, OnlyDeleteAllDestroysElements) {
   EXPECT_EQ(list.items, nullptr);
   EXPECT_EQ(list.capacity, 0);
   EXPECT_EQ(list.count, 0);
+  list.Add(new Element(3, &destroyed));
+  EXPECT_EQ(list.First()->number, 3) << "the list begins anew";
+  list.DeleteAll();
 }
 
 TEST_F(PtrListTest, SnapshotDoesNotFollowTheList) {
@@ -139,6 +142,9 @@ TEST_F(PtrListTest, InsertsRemovesAndFinds) {
   EXPECT_TRUE(list.Remove(owned[1].get(), nullptr));
   EXPECT_FALSE(list.Remove(owned[1].get(), ByNumber));
   EXPECT_EQ(Numbers(), (Ints{0, 2, 3}));
+  EXPECT_TRUE(list.Remove(owned[0].get(), nullptr));
+  EXPECT_EQ(Numbers(), (Ints{2, 3}));
+  list.InsertAt(0, owned[0].get());
   list.Swap(0, 2);
   list.SetAt(1, owned[1].get());
   EXPECT_EQ(Numbers(), (Ints{3, 1, 0}));

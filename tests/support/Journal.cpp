@@ -49,7 +49,11 @@ std::int32_t RecordingHost::SendData(const char* name, ItemType itemType, std::i
   }
   journal.Write(line + (last ? " last" : " more"));
   lastData = data;
-  return stopAt == name ? StopRecord : otherAnswer;
+  if (stopAt != name) {
+    return otherAnswer;
+  }
+  onStop();
+  return StopRecord;
 }
 
 void RecordingHost::SendEvent(const char* name) { journal.Write(std::string("SendEvent ") + name); }
@@ -60,6 +64,7 @@ void RecordingHost::EndData() { journal.Write("EndData"); }
 
 std::int32_t RecordingHost::SetActiveScript(const char* name) {
   journal.Write(std::string("SetActiveScript ") + name);
+  onScript();
   return failingScript == name ? 7 : 0;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -51,7 +52,9 @@ class RecordingHost final : public IInputModuleHost {
   void ReportError(const char* text) override;
 
   std::string stopAt;                           ///< the item that is answered with StopRecord
+  std::function<void()> onStop = [] {};         ///< called at that item
   std::int32_t otherAnswer = 0;                 ///< to every other item
+  std::function<void()> onScript = [] {};       ///< called at every script
   std::string failingScript;                    ///< the script that is answered with 7
   std::atomic<const void*> lastData = nullptr;  ///< the pointer of the last item
 
