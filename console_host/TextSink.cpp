@@ -35,7 +35,7 @@ TextSink::TextSink(std::ostream& output, TextSinkOptions options)
 
 void TextSink::OnRunBegan(const RunBegan& run) {
   const std::string module = Utf8FromPath(PathFromUtf8(run.module).filename());
-  const std::string session = run.session.empty() ? "" : ", session " + Escaped(run.session);
+  const std::string session = run.session.empty() ? "" : ", session " + EscapedPaths(run.session);
   Line(Bold, "run", Escaped(module) + session);
 }
 
@@ -47,7 +47,7 @@ void TextSink::OnLogLine(const LogLine& line) {
 }
 
 void TextSink::OnReaderLine(const ReaderLine& line) {
-  Line(line.document.empty() ? Dim : Bold, "reader", Escaped(line.text));
+  Line(line.document.empty() ? Dim : Bold, "reader", EscapedPaths(line.text));
 }
 
 void TextSink::OnItem(const ItemReceived& item) {
@@ -93,7 +93,7 @@ void TextSink::OnError(const ErrorReported& error) {
   if (error.text.empty()) {
     Line(Plain, "error", "(none stands any more)");
   } else {
-    Line(Red, "ERROR", Escaped(error.text));
+    Line(Red, "ERROR", EscapedPaths(error.text));
   }
 }
 

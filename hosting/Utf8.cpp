@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <filesystem>
 
 namespace conduit {
 
@@ -126,6 +127,16 @@ std::string Escaped(std::string_view text) {
     const Utf8Character character = FirstCharacter(text);
     escaped += Escaped(character, text.substr(0, character.length));
     text.remove_prefix(character.length);
+  }
+  return escaped;
+}
+
+std::string EscapedPaths(std::string_view text) {
+  std::string escaped = Escaped(text);
+  if constexpr (std::filesystem::path::preferred_separator == '\\') {
+    for (std::size_t at = 0; (at = escaped.find("\\\\", at)) != std::string::npos; ++at) {
+      escaped.erase(at, 1);
+    }
   }
   return escaped;
 }

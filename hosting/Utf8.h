@@ -24,4 +24,8 @@ bool IsUtf8(std::string_view text);
 /// so the original bytes can be told from the outcome.
 std::string Escaped(std::string_view text);
 
+/// The same for a text that names files: where a backslash separates folders, it stays
+/// as it is.
+std::string EscapedPaths(std::string_view text);
+
 }  // namespace conduit

@@ -230,7 +230,8 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
     const std::filesystem::path session = PathFromUtf8(options.session);
     RequireReadable("session", session);
     if (options.watch && !std::filesystem::is_directory(session)) {
-      throw std::runtime_error("cannot watch " + Escaped(options.session) + ": it is no folder");
+      throw std::runtime_error("cannot watch " + EscapedPaths(options.session) +
+                               ": it is no folder");
     }
     SetEnvironment(SessionVariable,
                    options.watch ? std::filesystem::path(WatchPrefix) += session : session);

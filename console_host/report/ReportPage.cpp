@@ -6,6 +6,7 @@
 
 #include "console_host/report/Html.h"
 #include "console_host/report/ReportStyle.h"
+#include "hosting/Utf8.h"
 #include "platform/FilePath.h"
 
 namespace conduit {
@@ -48,7 +49,8 @@ std::string Counted(int count, const std::string& noun) {
 }
 
 std::string Fact(const char* name, const std::string& text) {
-  return Element("div", "", Element("dt", "", name) + Element("dd", "", HtmlText(text)));
+  return Element("div", "",
+                 Element("dt", "", name) + Element("dd", "", PrintableHtml(EscapedPaths(text))));
 }
 
 std::string Table(const char* kind, const std::vector<const char*>& columns,

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <random>
@@ -47,6 +48,11 @@ TEST(Escaped, LetsNothingReachTheTerminal) {
   for (const Case& one : cases) {
     EXPECT_EQ(Escaped(one.text), one.escaped);
   }
+}
+
+TEST(Escaped, LeavesThePathsOfItsSystem) {
+  const bool separates = std::filesystem::path::preferred_separator == '\\';
+  EXPECT_EQ(EscapedPaths("C:\\\\a\\b\n"), separates ? "C:\\\\a\\b\\n" : "C:\\\\\\\\a\\\\b\\n");
 }
 
 TEST(DataFormat, KnowsImagesByTheirFirstBytes) {
@@ -185,6 +191,8 @@ TEST(TableSink, HasARowForEachDocument) {
   ASSERT_TRUE(std::getline(lines, line));
   EXPECT_TRUE(line.ends_with(R"("warnings":["cut"]})")) << line;
   EXPECT_FALSE(std::getline(lines, line));
+  std::filesystem::remove(file + ".csv");
+  std::filesystem::remove(file + ".jsonl");
 }
 
 TEST(Digest, IsTheOneOfTheStandards) {
@@ -253,6 +261,8 @@ TEST(ReportSink, LeavesOutWhatWouldMakeThePageUnusable) {
   EXPECT_EQ(count("Left out: larger"), 1);
   EXPECT_EQ(count("Left out: the page has"), 1);
   EXPECT_EQ(count("123456789<em>"), 1);
+  page.close();
+  std::filesystem::remove(file);
 }
 
 }  // namespace

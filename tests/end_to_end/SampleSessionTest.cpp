@@ -4,6 +4,7 @@
 #include <atomic>
 #include <filesystem>
 #include <fstream>
+#include <random>
 #include <thread>
 
 #include "hosting/LoadedModule.h"
@@ -69,6 +70,13 @@ Lines ExpectedJournal() {
   return lines;
 }
 
+/// In the temporary folder, where other runs of the tests have theirs.
+std::filesystem::path NewPath(const std::u8string& name) {
+  const std::string number = std::to_string(std::random_device()());
+  return std::filesystem::path(testing::TempDir()) /
+         (name + std::u8string(number.begin(), number.end()));
+}
+
 /// Plays a session through the built module and the virtual reader.
 Lines Play(const std::filesystem::path& session) {
   SetEnvironment("HALDEN_READER_SESSION", session);
@@ -77,7 +85,7 @@ Lines Play(const std::filesystem::path& session) {
   OrderedHost host(journal);
   LoadedModule module(MODULE_FILE, &logger);
   module->SetHost(&host);
-  const std::string readerLog = testing::TempDir() + "sample_session.log";
+  const std::string readerLog = NewPath(u8"sample_session.log").string();
   EXPECT_EQ(module->SetParameter("LogFileName", readerLog.c_str()), 0);
   EXPECT_EQ(module->SetParameter("DateOfBirthFormat", "%d.%m.%Y"), 0);
   EXPECT_EQ(module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW"), 0);
@@ -91,6 +99,7 @@ Lines Play(const std::filesystem::path& session) {
     host.ended.wait(false);
   }
   EXPECT_EQ(module->Shutdown(), 0);
+  std::filesystem::remove(readerLog);
   return journal.Take();
 }
 
@@ -108,8 +117,7 @@ TEST(SampleSession, GivesTheJournalOnFile) { ExpectJournalOnFile(Play(SESSION_FI
 
 TEST(SampleSession, MayStandInAFolderOfAnyName) {
   const std::filesystem::path session = SESSION_FILE;
-  const auto folder = std::filesystem::path(testing::TempDir()) / u8"Prüf stand Δ";
-  std::filesystem::remove_all(folder);
+  const std::filesystem::path folder = NewPath(u8"Prüf stand Δ");
   std::filesystem::copy(session.parent_path(), folder, std::filesystem::copy_options::recursive);
   ExpectJournalOnFile(Play(folder / session.filename()));
   std::filesystem::remove_all(folder);
