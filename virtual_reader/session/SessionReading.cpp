@@ -8,6 +8,7 @@
 #include "platform/SessionLocation.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
+#include "virtual_reader/session/DocumentImages.h"
 #include "virtual_reader/session/FolderSteps.h"
 #include "virtual_reader/session/Session.h"
 #include "virtual_reader/session/SessionField.h"
