@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <stdexcept>
+#include <string>
 
 #include "platform/FilePath.h"
 
@@ -18,8 +19,8 @@ constexpr const char* Session = R"({
       ],
       "images": {"IMAGEVIS": "page.png"},
       "barcodes": [
-        {"symbology": "BARCODE_PDF417", "text": "X0000317"},
-        {"symbology": "BARCODE_QRCODE", "text": "https://example.org/317"}
+        {"symbology": "BARCODE_PDF417", "text": "CONDUIT-VALIDATE-317"},
+        {"symbology": "BARCODE_QRCODE", "text": "CONDUIT-VALIDATE-327"}
       ]
     }},
     {"pause": 20},
@@ -47,13 +48,26 @@ void Write(const std::filesystem::path& file, const void* bytes, std::size_t siz
   }
 }
 
+std::filesystem::path WriteText(const std::filesystem::path& file, const std::string& text) {
+  Write(file, text.data(), text.size());
+  return file;
+}
+
 }  // namespace
 
 std::filesystem::path WriteBuiltInSession(const std::filesystem::path& folder) {
   Write(folder / "page.png", Page, sizeof Page);
-  std::filesystem::path session = folder / "session.json";
-  Write(session, Session, std::char_traits<char>::length(Session));
-  return session;
+  return WriteText(folder / "session.json", Session);
+}
+
+std::filesystem::path WriteSessionOfManyDocuments(const std::filesystem::path& folder) {
+  constexpr int documents = 10;
+  Write(folder / "page.png", Page, sizeof Page);
+  std::string steps;
+  for (int i = 0; i < documents; ++i) {
+    steps.append(i == 0 ? "" : ",").append(R"({"document":{"images":{"IMAGEVIS":"page.png"}}})");
+  }
+  return WriteText(folder / "documents.json", R"({"steps":[)" + steps + "]}\n");
 }
 
 }  // namespace conduit

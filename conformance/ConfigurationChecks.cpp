@@ -1,4 +1,7 @@
+#include <algorithm>
 #include <cctype>
+#include <iterator>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -30,14 +33,28 @@ void RequireValue(const LoadedModule& module, std::int32_t index, const std::str
            " instead of " + Quoted(expected.c_str()));
     }
   };
-  const char* value = nullptr;
+  GuardedText value;
   RequireResult("GetParameter of " + name, ResultSuccess,
-                module->GetParameter(name.c_str(), &value));
-  require(value, "GetParameter");
+                module->GetParameter(name.c_str(), &value.text));
+  value.RequireGuards("GetParameter");
+  require(value.text, "GetParameter");
 
-  ListEntry listed;
-  module->GetParameterAt(index, &listed.name, &listed.value);
-  require(listed.value, "GetParameterAt");
+  require(ReadEntry(module, &IInputModule::GetParameterAt, index, "GetParameterAt").value,
+          "GetParameterAt");
+}
+
+/// Sets a parameter from texts that do not outlive the call.
+/// @returns whether the module took the value.
+bool Set(const LoadedModule& module, std::string name, std::string value) {
+  const std::string call = "SetParameter of " + name + " to " + Quoted(value.c_str());
+  const std::int32_t result = module->SetParameter(name.data(), value.data());
+  const bool isMissing = result == ResultValueMissing && value.empty();
+  if (result != ResultSuccess && result != ResultInvalidValue && !isMissing) {
+    Fail(call + " answered " + std::to_string(result) + ", which is no answer to that");
+  }
+  std::ranges::fill(name, '#');
+  std::ranges::fill(value, '#');
+  return result == ResultSuccess;
 }
 
 /// @returns the number of values that the module took.
@@ -46,7 +63,7 @@ int CheckValuesOf(const LoadedModule& module, std::int32_t index, const std::str
   int taken = 0;
   std::string present;
   for (const char* const candidate : CandidateValues) {
-    if (module->SetParameter(name.c_str(), candidate) == ResultSuccess) {
+    if (Set(module, name, candidate)) {
       ++taken;
       present = candidate;
       RequireValue(module, index, name, present, "after it was set");
@@ -54,7 +71,7 @@ int CheckValuesOf(const LoadedModule& module, std::int32_t index, const std::str
       RequireValue(module, index, name, present, "after it refused " + Quoted(candidate));
     }
   }
-  if (module->SetParameter(name.c_str(), "") != ResultSuccess) {
+  if (!Set(module, name, "")) {
     RequireValue(module, index, name, present, "after it refused the empty text");
   }
   return taken;
@@ -69,9 +86,12 @@ std::string WithOtherCase(std::string name) {
 }
 
 /// Adds a condition that input modules have; skips the check for one that has
-/// not.
-void AddReaction(const LoadedModule& module, const char* event) {
-  const std::int32_t result = module->AddCondition("ReceiveEvent", event);
+/// not. The texts do not outlive the call.
+void AddReaction(const LoadedModule& module, std::string event) {
+  std::string name = "ReceiveEvent";
+  const std::int32_t result = module->AddCondition(name.data(), event.data());
+  std::ranges::fill(name, '#');
+  std::ranges::fill(event, '#');
   if (result == ResultUnknownCondition) {
     Skip("the module has no condition ReceiveEvent");
   }
@@ -89,18 +109,17 @@ void CheckParameterList(const CheckContext& context) {
   }
   RequireNothingWritten(module, &IInputModule::GetParameterAt, count, "GetParameterAt");
 
-  std::string previous;
+  std::optional<std::string> previous;
   std::vector<ListEntry> first;
   for (std::int32_t i = 0; i < count; ++i) {
-    ListEntry entry;
-    module->GetParameterAt(i, &entry.name, &entry.value);
+    const ListEntry entry = ReadEntry(module, &IInputModule::GetParameterAt, i, "GetParameterAt");
     const std::string position = "the parameter at " + std::to_string(i);
     if (!entry.name || !entry.value) {
       Fail(position + " has no " + (entry.name ? "value" : "name"));
     }
-    if (previous >= entry.name) {
+    if (previous && *previous >= entry.name) {
       Fail(position + ", " + Quoted(entry.name) + ", does not come after " +
-           Quoted(previous.c_str()) + " in the byte order of the names");
+           Quoted(previous->c_str()) + " in the byte order of the names");
     }
     previous = entry.name;
     first.push_back(entry);
@@ -136,6 +155,40 @@ void CheckParameterValues(const CheckContext& context) {
   }
 }
 
+void CheckParameterTexts(const CheckContext& context) {
+  SessionWitness host;
+  const LoadedModule module(context.library, &host);
+  const std::vector<std::string> names = ParameterNames(module);
+  if (names.empty()) {
+    Skip("the module has no parameters");
+  }
+  // Neighbours are given different values, so that a shared text shows.
+  std::vector<std::string> expected(names.size());
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    for (std::size_t k = 0; k < std::size(CandidateValues); ++k) {
+      const char* const candidate = CandidateValues[(i + k) % std::size(CandidateValues)];
+      if ((i == 0 || expected[i - 1] != candidate) && Set(module, names[i], candidate)) {
+        expected[i] = candidate;
+        break;
+      }
+    }
+  }
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const char* value = nullptr;
+    RequireResult("GetParameter of " + names[i], ResultSuccess,
+                  module->GetParameter(names[i].c_str(), &value));
+    for (const std::string& other : names) {
+      const char* ignored = nullptr;
+      module->GetParameter(other.c_str(), &ignored);
+      module->GetParameter(UnknownName, &ignored);
+    }
+    if (!value || value != expected[i]) {
+      Fail("what GetParameter gives for " + names[i] +
+           " does not stay good while other parameters are read");
+    }
+  }
+}
+
 void CheckUnknownParameter(const CheckContext& context) {
   SessionWitness host;
   const LoadedModule module(context.library, &host);
@@ -145,14 +198,19 @@ void CheckUnknownParameter(const CheckContext& context) {
     unknown.push_back(names[0] + " ");
     unknown.push_back(WithOtherCase(names[0]));
   }
+  std::erase_if(unknown, [&](const std::string& name) {
+    return std::ranges::find(names, name) != names.end();
+  });
   for (const std::string& name : unknown) {
     RequireResult("SetParameter of the unknown name " + Quoted(name.c_str()),
                   ResultUnknownParameter, module->SetParameter(name.c_str(), "1"));
-    const char* value = nullptr;
+    GuardedText value;
     RequireResult("GetParameter of the unknown name " + Quoted(name.c_str()),
-                  ResultUnknownParameter, module->GetParameter(name.c_str(), &value));
-    if (value) {
-      Fail("GetParameter writes a value for the unknown name " + Quoted(name.c_str()));
+                  ResultUnknownParameter, module->GetParameter(name.c_str(), &value.text));
+    value.RequireGuards("GetParameter");
+    if (value.IsWritten()) {
+      Fail("GetParameter writes " + Quoted(value.text) + " for the unknown name " +
+           Quoted(name.c_str()));
     }
   }
   if (ParameterNames(module) != names) {
@@ -189,20 +247,24 @@ void CheckConditionList(const CheckContext& context) {
 
   // Neither sorted nor distinct: the list keeps what it is given.
   const std::vector<std::string> events = {"DOC_REMOVED", "DATA_READ", "DOC_REMOVED", "A", "", "Z"};
-  for (const std::string& event : events) {
-    AddReaction(module, event.c_str());
+  AddReaction(module, events[0]);
+  const ListEntry first = ReadEntry(module, &IInputModule::GetConditionAt, 0, "GetConditionAt");
+  for (std::size_t i = 1; i < events.size(); ++i) {
+    AddReaction(module, events[i]);
   }
   const std::int32_t count = module->GetConditionCount();
   RequireResult("GetConditionCount", static_cast<std::int32_t>(events.size()), count);
   for (std::int32_t i = 0; i < count; ++i) {
-    ListEntry entry;
-    module->GetConditionAt(i, &entry.name, &entry.value);
+    const ListEntry entry = ReadEntry(module, &IInputModule::GetConditionAt, i, "GetConditionAt");
     const std::string& event = events[static_cast<std::size_t>(i)];
     if (!entry.name || !entry.value || std::string("ReceiveEvent") != entry.name ||
         event != entry.value) {
       Fail("the condition at " + std::to_string(i) + " is " + Quoted(entry.name) + ", " +
            Quoted(entry.value) + " instead of \"ReceiveEvent\", " + Quoted(event.c_str()));
     }
+  }
+  if (std::string("ReceiveEvent") != first.name || events[0] != first.value) {
+    Fail("the texts of the first condition do not stay good when others are added");
   }
   RequireNothingWritten(module, &IInputModule::GetConditionAt, count, "GetConditionAt");
 }

@@ -1,5 +1,7 @@
+#include <chrono>
 #include <cstddef>
 #include <string>
+#include <thread>
 
 #include "conformance/Check.h"
 #include "conformance/ModuleLists.h"
@@ -8,27 +10,9 @@
 #include "interfaces/ResultCode.h"
 #include "platform/ExportedNames.h"
 #include "platform/MemoryInUse.h"
+#include "platform/ProcessResources.h"
 
 namespace conduit {
-
-namespace {
-
-constexpr const char* UnknownName = "No such name";
-
-/// What a module does often in its life, each of it with something to log.
-void Exercise(const LoadedModule& module) {
-  module->SetParameter(UnknownName, "1");
-  for (const std::string& name : ParameterNames(module)) {
-    module->SetParameter(name.c_str(), "");
-    module->SetParameter(name.c_str(), "1");
-  }
-  module->AddCondition(UnknownName, "1");
-  module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
-  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", UnknownName, "1");
-  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "greet");
-}
-
-}  // namespace
 
 /// That the two are there is known: the library would not have loaded.
 void CheckExports(const CheckContext& context) {
@@ -107,6 +91,58 @@ void CheckCreateDestroy(const CheckContext& context) {
     Fail(std::to_string(rounds) + " modules left " + std::to_string(after - before) +
          " bytes behind");
   }
+}
+
+void CheckLeavesNothing(const CheckContext& context) {
+  constexpr int warmUp = 2;
+  constexpr int rounds = 4;
+  const auto repeat = [&](int count) {
+    for (int i = 0; i < count; ++i) {
+      SessionWitness host;
+      const LoadedModule module(context.library, &host);
+      Exercise(module);
+      if (host.Start(module, context.manyDocuments) == ResultSuccess) {
+        host.WaitForDelivery(context.patience / (warmUp + rounds));
+      }
+      module->Shutdown();
+    }
+  };
+  repeat(warmUp);
+  const ProcessResources before = ResourcesInUse();
+  repeat(rounds);
+  const auto require = [&](const char* what, auto resource) {
+    // Threads that have been told to end need a moment.
+    constexpr std::chrono::milliseconds moment(20);
+    constexpr int moments = 25;
+    constexpr std::size_t each = rounds;
+    std::size_t left = 0;
+    for (int i = 0; i < moments; ++i) {
+      left = ResourcesInUse().*resource;
+      if (left < before.*resource + each) {
+        return;
+      }
+      std::this_thread::sleep_for(moment);
+    }
+    Fail(std::to_string(rounds) + " modules left " + std::to_string(left - before.*resource) + " " +
+         what + " behind");
+  };
+  require("threads", &ProcessResources::threads);
+  require("open files", &ProcessResources::files);
+}
+
+void CheckNoProcessIsLeft() {
+  constexpr std::chrono::milliseconds moment(20);
+  constexpr int moments = 25;
+  std::size_t left = 0;
+  for (int i = 0; i < moments; ++i) {
+    left = ChildProcesses().size();
+    if (left == 0) {
+      return;
+    }
+    std::this_thread::sleep_for(moment);
+  }
+  Fail("left " + std::to_string(left) + (left == 1 ? " process" : " processes") +
+       " behind when its library was unloaded");
 }
 
 }  // namespace conduit

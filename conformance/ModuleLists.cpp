@@ -7,23 +7,57 @@
 
 namespace conduit {
 
+const char* const Unwritten = "not written";
+
+void GuardedText::RequireGuards(const std::string& operation) const {
+  for (const char* const guard : {before[0], before[1], after[0], after[1]}) {
+    if (guard != Unwritten) {
+      Fail(operation + " writes beside its out-parameter");
+    }
+  }
+}
+
 void RequireNothingWritten(const LoadedModule& module, ListReader read, std::int32_t count,
                            const std::string& operation) {
-  const auto require = [&](const ListEntry& entry, const std::string& arguments) {
-    if (entry.name || entry.value) {
+  GuardedText name;
+  GuardedText value;
+  const auto require = [&](const std::string& arguments) {
+    if (name.IsWritten() || value.IsWritten()) {
       Fail(operation + " writes a result for " + arguments);
     }
+    name.RequireGuards(operation);
+    value.RequireGuards(operation);
   };
   for (const std::int32_t index : {-1, count, std::numeric_limits<std::int32_t>::max(),
                                    std::numeric_limits<std::int32_t>::min()}) {
-    ListEntry entry;
-    ((*module).*read)(index, &entry.name, &entry.value);
-    require(entry, "index " + std::to_string(index) + " of " + std::to_string(count));
+    ((*module).*read)(index, &name.text, &value.text);
+    require("index " + std::to_string(index) + " of " + std::to_string(count));
   }
-  ListEntry entry;
-  ((*module).*read)(0, &entry.name, nullptr);
-  ((*module).*read)(0, nullptr, &entry.value);
-  require(entry, "a null pointer beside it");
+  ((*module).*read)(0, &name.text, nullptr);
+  ((*module).*read)(0, nullptr, &value.text);
+  require("a null pointer beside it");
+}
+
+ListEntry ReadEntry(const LoadedModule& module, ListReader read, std::int32_t index,
+                    const std::string& operation) {
+  GuardedText name;
+  GuardedText value;
+  ((*module).*read)(index, &name.text, &value.text);
+  name.RequireGuards(operation);
+  value.RequireGuards(operation);
+  return {name.IsWritten() ? name.text : nullptr, value.IsWritten() ? value.text : nullptr};
+}
+
+void Exercise(const LoadedModule& module) {
+  module->SetParameter("No such name", "1");
+  for (const std::string& name : ParameterNames(module)) {
+    module->SetParameter(name.c_str(), "");
+    module->SetParameter(name.c_str(), "1");
+  }
+  module->AddCondition("No such name", "1");
+  module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
+  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "No such name", "1");
+  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "greet");
 }
 
 std::vector<std::string> ParameterNames(const LoadedModule& module) {

@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <atomic>
+#include <future>
+#include <iterator>
 #include <set>
 #include <string>
 #include <thread>
@@ -10,6 +13,7 @@
 #include "conformance/Verdict.h"
 #include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
+#include "platform/MemoryInUse.h"
 
 namespace conduit {
 
@@ -30,21 +34,122 @@ struct PlayedSession {
   bool complete;
 };
 
+std::string WithinPatience(const CheckContext& context) {
+  return " within " + std::to_string(context.patience.count()) + " ms";
+}
+
+/// A reader may be without a document, but not without anything to say.
+void WarnOfSilence(const Testimony& heard, const CheckContext& context) {
+  if (heard.events.empty() && heard.documents == 0 && heard.items == 0 && heard.errors == 0) {
+    Warn("Initialise answered 0, but nothing came" + WithinPatience(context));
+  }
+}
+
 PlayedSession Play(const LoadedModule& module, SessionWitness& host, const CheckContext& context) {
   StartOrSkip(module, host, context);
   const bool complete = host.WaitForEnd(context.patience);
   module->Shutdown();
-  return {host.Heard(), complete};
+  return {host.Heard(complete), complete};
 }
 
 PlayedSession PlayDocuments(const CheckContext& context) {
   SessionWitness host;
   const LoadedModule module(context.library, &host);
   PlayedSession session = Play(module, host, context);
+  WarnOfSilence(session.heard, context);
   if (session.heard.documents == 0 && session.heard.items == 0) {
-    Skip("no document was delivered within " + std::to_string(context.patience.count()) + " ms");
+    Skip("no document was delivered" + WithinPatience(context));
   }
   return session;
+}
+
+/// Attaches two scripts to every event that has a name.
+void AddScripts(const LoadedModule& module) {
+  for (const char* const event : ReaderEventNames) {
+    if (module->AddCondition("ReceiveEvent", event) != ResultSuccess) {
+      Skip("the module has no condition ReceiveEvent");
+    }
+    for (const char* const script : {":first", ":second"}) {
+      if (module->AddAction("ReceiveEvent", event, "SetActiveScript",
+                            (std::string(event) + script).c_str()) != ResultSuccess) {
+        Skip("the module has no action SetActiveScript");
+      }
+    }
+  }
+}
+
+/// Holds the scripts that were asked for against those of the events that came.
+void RequireScripts(const PlayedSession& session, const std::vector<std::string>& each,
+                    const CheckContext& context) {
+  WarnOfSilence(session.heard, context);
+  const std::set<std::string> known(std::begin(ReaderEventNames), std::end(ReaderEventNames));
+  std::vector<std::string> expected;
+  for (const std::string& event : session.heard.events) {
+    for (const std::string& script : each) {
+      if (known.contains(event)) {
+        expected.push_back(event + script);
+      }
+    }
+  }
+  if (expected.empty()) {
+    Skip("the reader sent no event");
+  }
+  const std::vector<std::string>& scripts = session.heard.scripts;
+  const auto [wanted, given] = std::ranges::mismatch(expected, scripts);
+  if (wanted != expected.end() || given != scripts.end()) {
+    Fail("SetActiveScript was called for " + (given == scripts.end() ? "nothing more" : *given) +
+         " instead of " + (wanted == expected.end() ? "nothing more" : *wanted));
+  }
+}
+
+/// Calls Shutdown during a delivery, on the reader's thread or on another one.
+/// @returns whether there was such a delivery.
+bool ShutDownWithin(const CheckContext& context, const std::string& operation, bool onItsThread) {
+  // Longer than a module takes that does not wait for the delivery.
+  constexpr std::chrono::milliseconds rest(50);
+  const std::string call = onItsThread
+                               ? "Shutdown, called from within " + operation + ","
+                               : "Shutdown, called by another thread during " + operation + ",";
+  std::promise<void> started;
+  std::promise<void> begun;
+  std::promise<bool> returned;  // whether the delivery was still under way
+  std::atomic<bool> delivering = true;
+  std::thread other;
+  SessionWitness host;
+  const LoadedModule module(context.library, &host);
+  host.ActWithin(operation, [&] {
+    started.get_future().wait_for(rest);
+    begun.set_value();
+    if (onItsThread) {
+      module->Shutdown();
+      returned.set_value(false);
+      return;
+    }
+    other = std::thread([&] {
+      module->Shutdown();
+      returned.set_value(delivering);
+    });
+    std::this_thread::sleep_for(rest);
+    delivering = false;
+  });
+  StartOrSkip(module, host, context);
+  started.set_value();
+  if (begun.get_future().wait_for(context.patience / 4) != std::future_status::ready) {
+    module->Shutdown();
+    return false;
+  }
+  std::future<bool> early = returned.get_future();
+  if (early.wait_for(context.patience / 2) != std::future_status::ready) {
+    Fail(call + " does not return");
+  }
+  if (early.get()) {
+    Fail(call + " returns before the delivery has ended");
+  }
+  if (other.joinable()) {
+    other.join();
+  }
+  RequireResult("Shutdown after one from within a delivery", ResultSuccess, module->Shutdown());
+  return true;
 }
 
 }  // namespace
@@ -108,61 +213,135 @@ void CheckShutdownIsFinal(const CheckContext& context) {
   }
 }
 
-void CheckSessionBrackets(const CheckContext& context) {
-  const auto [heard, complete] = PlayDocuments(context);
-  if (!heard.bracketFault.empty()) {
-    Fail(heard.bracketFault);
+void CheckShutdownInDelivery(const CheckContext& context) {
+  int deliveries = 0;
+  for (const char* const operation : {"SendEvent", "SendData"}) {
+    for (const bool onItsThread : {true, false}) {
+      deliveries += ShutDownWithin(context, operation, onItsThread) ? 1 : 0;
+    }
   }
-  if (heard.documents == 0) {
-    Fail("items came, but no BeginData");
-  }
-  if (complete && heard.documentOpen) {
-    Fail("the session ended without the EndData of its last document");
+  if (deliveries == 0) {
+    Skip("nothing was delivered" + WithinPatience(context));
   }
 }
 
+void CheckSecondStart(const CheckContext& context) {
+  SessionWitness first;
+  SessionWitness second;
+  const LoadedModule module(context.library, &first);
+  StartOrSkip(module, first, context);
+  first.WaitForDelivery(context.patience / 4);
+  module->Shutdown();
+  const Testimony before = first.Heard();
+
+  RequireResult("Initialise after Shutdown", ResultSuccess, second.Start(module, context.session));
+  second.WaitForDelivery(context.patience);
+  module->Shutdown();
+  const Testimony after = second.Heard();
+  if (before.documents + static_cast<int>(before.events.size()) > 0 && after.documents == 0 &&
+      after.events.empty()) {
+    Fail("nothing is delivered after the second Initialise" + WithinPatience(context));
+  }
+}
+
+void CheckCalls(const CheckContext& context) {
+  SessionWitness host;
+  const LoadedModule module(context.library, &host);
+  Exercise(module);
+  host.Start(module, context.missingSession);
+  module->Shutdown();
+  if (host.Start(module, context.session) == ResultSuccess) {
+    host.WaitForEnd(context.patience);
+  }
+  module->Shutdown();
+  if (const std::string fault = host.Heard().callFault; !fault.empty()) {
+    Fail(fault);
+  }
+}
+
+void CheckSessionMemory(const CheckContext& context) {
+  constexpr int warmUp = 2;
+  constexpr int rounds = 4;
+  constexpr std::size_t tolerance = rounds * 32768;
+  SessionWitness logger;
+  const LoadedModule module(context.library, &logger);
+  int documents = 0;
+  std::size_t before = 0;
+  for (int i = 0; i < warmUp + rounds; ++i) {
+    if (i == warmUp) {
+      before = MemoryInUse();
+      documents = 0;
+    }
+    SessionWitness host;
+    if (host.Start(module, context.manyDocuments) != ResultSuccess) {
+      Skip("the reader did not start, or not again");
+    }
+    const bool complete = host.WaitForEnd(context.patience);
+    module->Shutdown();
+    const Testimony heard = host.Heard();
+    WarnOfSilence(heard, context);
+    if (!complete) {
+      Skip("the module's reader does not play session files");
+    }
+    documents += heard.documents;
+  }
+  if (const std::size_t after = MemoryInUse(); after > before + tolerance) {
+    Fail(std::to_string(documents) + " documents left " + std::to_string(after - before) +
+         " bytes behind");
+  }
+}
+
+void CheckSessionBrackets(const CheckContext& context) {
+  const Testimony heard = PlayDocuments(context).heard;
+  if (!heard.bracketFault.empty()) {
+    Fail(heard.bracketFault);
+  }
+  if (heard.documents == 0 && heard.items > 0) {
+    Fail("items came, but no BeginData");
+  }
+}
+
+/// A session may well have documents without items; the one of this program's own
+/// has not.
 void CheckSessionItems(const CheckContext& context) {
   const Testimony heard = PlayDocuments(context).heard;
   if (!heard.itemFault.empty()) {
     Fail(heard.itemFault);
   }
-  if (heard.items == 0) {
+  if (heard.items == 0 && context.isBuiltIn) {
     Fail("documents came, but no items");
+  }
+}
+
+void CheckSessionEvents(const CheckContext& context) {
+  SessionWitness host;
+  const LoadedModule module(context.library, &host);
+  SessionWitness trial;
+  trial.Start(module, context.missingSession);
+  module->Shutdown();
+  if (trial.Heard().states == 0) {
+    Fail("Initialise did not report the reader's state");
+  }
+  const Testimony heard = Play(module, host, context).heard;
+  WarnOfSilence(heard, context);
+  if (!heard.eventFault.empty()) {
+    Fail(heard.eventFault);
   }
 }
 
 void CheckSessionActions(const CheckContext& context) {
   SessionWitness host;
   const LoadedModule module(context.library, &host);
-  const std::set<std::string> known(std::begin(ReaderEventNames), std::end(ReaderEventNames));
-  for (const std::string& event : known) {
-    if (module->AddCondition("ReceiveEvent", event.c_str()) != ResultSuccess) {
-      Skip("the module has no condition ReceiveEvent");
-    }
-    for (const char* const script : {":first", ":second"}) {
-      if (module->AddAction("ReceiveEvent", event.c_str(), "SetActiveScript",
-                            (event + script).c_str()) != ResultSuccess) {
-        Skip("the module has no action SetActiveScript");
-      }
-    }
-  }
-  const Testimony heard = Play(module, host, context).heard;
-  std::vector<std::string> expected;
-  for (const std::string& event : heard.events) {
-    if (known.contains(event)) {
-      expected.push_back(event + ":first");
-      expected.push_back(event + ":second");
-    }
-  }
-  if (expected.empty()) {
-    Skip("the reader sent no event");
-  }
-  const auto [wanted, given] = std::ranges::mismatch(expected, heard.scripts);
-  if (wanted != expected.end() || given != heard.scripts.end()) {
-    Fail("SetActiveScript was called for " +
-         (given == heard.scripts.end() ? "nothing more" : *given) + " instead of " +
-         (wanted == expected.end() ? "nothing more" : *wanted));
-  }
+  AddScripts(module);
+  RequireScripts(Play(module, host, context), {":first", ":second"}, context);
+}
+
+void CheckFailedActions(const CheckContext& context) {
+  SessionWitness host;
+  const LoadedModule module(context.library, &host);
+  AddScripts(module);
+  host.RefuseScripts();
+  RequireScripts(Play(module, host, context), {":first"}, context);
 }
 
 }  // namespace conduit

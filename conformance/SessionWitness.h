@@ -4,8 +4,12 @@
 #include <condition_variable>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <mutex>
+#include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "hosting/EndOfSession.h"
@@ -18,12 +22,15 @@ namespace conduit {
 /// What a module delivered, and the first breach of each kind; an empty text is
 /// none.
 struct Testimony {
-  std::string bracketFault;
+  std::string callFault;     ///< reserved operations, log lines
+  std::string bracketFault;  ///< BeginData and EndData
   std::string itemFault;
-  std::string lateCall;  ///< what came after the host had closed
+  std::string eventFault;  ///< what belongs before and after an event
+  std::string lateCall;    ///< what came after the host had closed
   int documents = 0;
   int items = 0;
-  bool documentOpen = false;
+  int states = 0;
+  int errors = 0;  ///< with a text
   std::vector<std::string> events;
   std::vector<std::string> scripts;
 };
@@ -51,8 +58,20 @@ class SessionWitness final : public IModuleLogger, public IInputModuleHost {
   /// From here on nothing may be delivered.
   void Close();
 
-  Testimony Heard() const;
+  /// From here on each script is answered with a failure.
+  void RefuseScripts();
 
+  /// Has `action` called once, within the next call of that operation and on its
+  /// thread. [before Start]
+  void ActWithin(const std::string& operation, std::function<void()> action);
+
+  /// @param complete  whether the session came to its end: then nothing may be open
+  Testimony Heard(bool complete = false) const;
+
+  void Reserved1() override;
+  void Reserved2() override;
+  void Reserved3() override;
+  void Reserved4() override;
   void Log(std::int32_t level, const char* tag, const char* message) override;
   std::int32_t SendData(const char* name, ItemType itemType, std::int32_t length, const void* data,
                         IStringMap* properties, bool last) override;
@@ -64,13 +83,34 @@ class SessionWitness final : public IModuleLogger, public IInputModuleHost {
   void ReportError(const char* text) override;
 
  private:
+  enum class Bracket { Begin, End };
+
+  /// What came on one thread of the reader: only there is an order.
+  struct ReaderThread {
+    std::vector<Bracket> given;   ///< by BeginData and EndData
+    std::vector<Bracket> wanted;  ///< by the events that were passed on
+    std::string itemOutside;      ///< the first that came outside the brackets
+    bool errorCleared = false;
+    std::string unfinishedEvent;           ///< the state was not reported since
+    std::optional<int> unfinishedBarcode;  ///< its feature: others of its read follow
+  };
+
   /// Takes note of a call and of a text that must not be null.
-  void Note(const char* operation, const char* text);
+  ReaderThread& Note(const char* operation, const char* text);
+  void NoteReserved();
+  void NoteBarcode(ReaderThread& thread, const std::string& item, const char* feature, bool last);
+  void RequireStateBefore(ReaderThread& thread);
+  std::string BracketFault(bool complete) const;
+  void Act(const std::string& operation);
 
   mutable std::mutex mutex;
   std::condition_variable delivered;
   bool closed = false;
+  std::int32_t scriptAnswer = 0;
+  std::string actWithin;
+  std::function<void()> action;
   Testimony heard;
+  std::map<std::thread::id, ReaderThread> threads;
   EndOfSession end;
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view Mark = "conduit-verdict ";
 
-constexpr const char* StatusNames[] = {"passed", "failed", "skipped"};
+constexpr const char* StatusNames[] = {"passed", "warning", "failed", "skipped"};
 
 [[noreturn]] void EndWith(const Verdict& verdict) {
   Announce(verdict);
@@ -42,8 +42,8 @@ Verdict FindVerdict(std::string_view output) {
       continue;
     }
     line.remove_prefix(Mark.size());
-    for (const auto status :
-         {Verdict::Status::Passed, Verdict::Status::Failed, Verdict::Status::Skipped}) {
+    for (const auto status : {Verdict::Status::Passed, Verdict::Status::Warning,
+                              Verdict::Status::Failed, Verdict::Status::Skipped}) {
       const std::string_view name = NameOf(status);
       if (line.starts_with(name)) {
         verdict = {status, std::string(line.substr(std::min(line.size(), name.size() + 1)))};
@@ -56,6 +56,8 @@ Verdict FindVerdict(std::string_view output) {
 void Fail(const std::string& reason) { EndWith({Verdict::Status::Failed, reason}); }
 
 void Skip(const std::string& reason) { EndWith({Verdict::Status::Skipped, reason}); }
+
+void Warn(const std::string& reason) { EndWith({Verdict::Status::Warning, reason}); }
 
 void RequireResult(const std::string& call, std::int32_t expected, std::int32_t result) {
   if (result != expected) {

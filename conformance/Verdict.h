@@ -9,13 +9,13 @@ namespace conduit {
 /// What a check finds, as it travels from the process that runs the check to the
 /// one that reports it: the last line of its output that begins with the mark.
 struct Verdict {
-  enum class Status { Passed, Failed, Skipped };
+  enum class Status { Passed, Warning, Failed, Skipped };
 
   Status status;
   std::string reason;  ///< empty for a check that passed
 };
 
-/// "passed", "failed", "skipped".
+/// "passed", "warning", "failed", "skipped".
 const char* NameOf(Verdict::Status status);
 
 /// Writes the verdict to standard output.
@@ -30,6 +30,7 @@ Verdict FindVerdict(std::string_view output);
 /// crash would hide the reason.
 [[noreturn]] void Fail(const std::string& reason);
 [[noreturn]] void Skip(const std::string& reason);
+[[noreturn]] void Warn(const std::string& reason);
 
 /// Fails unless a call gave the expected result.
 /// @param call  "SetParameter of an unknown name"

@@ -9,7 +9,7 @@ namespace conduit {
 
 /// How a child process ended.
 struct ChildOutcome {
-  enum class End { Exited, Crashed, TimedOut };
+  enum class End { Exited, Crashed, TimedOut, Interrupted };
 
   End end;
   int status;         ///< of one that exited
@@ -17,8 +17,13 @@ struct ChildOutcome {
 };
 
 /// Runs a program and waits for it; one that takes longer than `limit` is
-/// killed. Throws a std::runtime_error with the system's reason when it cannot
-/// be started.
+/// killed, and so is one that runs when this process is asked to end (see
+/// Interrupt.h). What the child started itself does not outlive it, and the child
+/// does not outlive this process. Throws a std::runtime_error with the system's
+/// reason when it cannot be started.
+///
+/// REQUIRES: called on the program's first thread; this process has no other
+/// children.
 /// @param arguments  after the program's name, in UTF-8
 /// @param folder     the child's working folder
 /// @param output     the file that receives what the child writes to its

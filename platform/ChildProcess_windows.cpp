@@ -1,10 +1,12 @@
 #include <windows.h>
 
+#include <chrono>
 #include <cstdio>
 #include <stdexcept>
 
 #include "platform/ChildProcess.h"
 #include "platform/FilePath.h"
+#include "platform/Interrupt.h"
 
 namespace conduit {
 
@@ -22,8 +24,37 @@ constexpr CrashName CrashNames[] = {
     {0xE06D7363, "uncaught exception"},   {0x20474343, "uncaught exception"},
 };
 
-/// The system's severity "error": no program exits with such a status by itself.
-bool IsCrash(DWORD status) { return status >= 0xC0000000 || status == 0x20474343; }
+/// The system's severity "error", of the system itself; a program that exits with
+/// -1 sets every bit.
+bool IsCrash(DWORD status) {
+  return status >> 28 == 0xC || status == 0xE06D7363 || status == 0x20474343;
+}
+
+/// A handle for as long as this lives.
+class Handle {
+ public:
+  explicit Handle(HANDLE handle) : value(handle) {}
+  ~Handle() {
+    if (value && value != INVALID_HANDLE_VALUE) CloseHandle(value);
+  }
+  Handle(const Handle&) = delete;
+  Handle& operator=(const Handle&) = delete;
+
+  const HANDLE value;
+};
+
+/// Ends every process in it when it is closed, also because this process ends.
+HANDLE CreateJob() {
+  const HANDLE job = CreateJobObjectW(nullptr, nullptr);
+  JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};
+  limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+  SetInformationJobObject(job, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+  return job;
+}
+
+bool EndsWithin(HANDLE process, std::chrono::milliseconds time) {
+  return WaitForSingleObject(process, static_cast<DWORD>(time.count())) == WAIT_OBJECT_0;
+}
 
 std::string NameOfCrash(DWORD status) {
   for (const CrashName& crash : CrashNames) {
@@ -73,28 +104,35 @@ ChildOutcome RunChild(const std::filesystem::path& program,
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;
   startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdInput = OpenInheritable(L"NUL", GENERIC_READ, OPEN_EXISTING);
-  startup.hStdOutput = OpenInheritable(output.c_str(), FILE_APPEND_DATA, CREATE_ALWAYS);
-  startup.hStdError = startup.hStdOutput;
+  const Handle input(OpenInheritable(L"NUL", GENERIC_READ, OPEN_EXISTING));
+  const Handle file(OpenInheritable(output.c_str(), FILE_APPEND_DATA, CREATE_ALWAYS));
+  startup.hStdInput = input.value;
+  startup.hStdOutput = file.value;
+  startup.hStdError = file.value;
+  const Handle job(CreateJob());
   PROCESS_INFORMATION child = {};
-  const BOOL started = CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE, 0,
-                                      nullptr, folder.c_str(), &startup, &child);
+  const BOOL started = CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,
+                                      CREATE_SUSPENDED | CREATE_NEW_PROCESS_GROUP, nullptr,
+                                      folder.c_str(), &startup, &child);
   if (!started) Refuse(program);
-  CloseHandle(startup.hStdInput);
-  CloseHandle(startup.hStdOutput);
+  const Handle process(child.hProcess);
+  const Handle thread(child.hThread);
+  AssignProcessToJobObject(job.value, process.value);
+  ResumeThread(thread.value);
 
-  const bool ended =
-      WaitForSingleObject(child.hProcess, static_cast<DWORD>(limit.count())) == WAIT_OBJECT_0;
+  const auto deadline = std::chrono::steady_clock::now() + limit;
+  bool ended = false;
+  while (!(ended = EndsWithin(process.value, std::chrono::milliseconds(20))) &&
+         InterruptStatus() == 0 && std::chrono::steady_clock::now() < deadline) {
+  }
   if (!ended) {
-    TerminateProcess(child.hProcess, 1);
-    WaitForSingleObject(child.hProcess, INFINITE);
+    TerminateJobObject(job.value, 1);
+    WaitForSingleObject(process.value, INFINITE);
+    return {InterruptStatus() == 0 ? ChildOutcome::End::TimedOut : ChildOutcome::End::Interrupted,
+            0, ""};
   }
   DWORD status = 0;
-  GetExitCodeProcess(child.hProcess, &status);
-  CloseHandle(child.hThread);
-  CloseHandle(child.hProcess);
-
-  if (!ended) return {ChildOutcome::End::TimedOut, 0, ""};
+  GetExitCodeProcess(process.value, &status);
   if (IsCrash(status)) return {ChildOutcome::End::Crashed, 0, NameOfCrash(status)};
   return {ChildOutcome::End::Exited, static_cast<int>(status), ""};
 }

@@ -64,11 +64,14 @@ struct Description {
   std::vector<Operation> operations;
 };
 
-/// Tries the names, then the operations; nothing that starts the reader.
+/// Counts before it tries, because what is accepted stays in the module; then tries
+/// the names and the operations, nothing that starts the reader.
 Description Describe(const LoadedModule& module, const DescribeOptions& options,
                      HostRecorder& host) {
   Description description;
   description.parameters = module.Parameters();
+  description.operations = {{"GetParameterCount", module->GetParameterCount()},
+                            {"GetConditionCount", module->GetConditionCount()}};
   std::optional<std::string> accepted;
   for (const std::string& name : options.conditions) {
     const std::int32_t answer = module->AddCondition(name.c_str(), AnyValue);
@@ -87,9 +90,7 @@ Description Describe(const LoadedModule& module, const DescribeOptions& options,
 
   const char* value = nullptr;
   module->SetHost(&host);
-  description.operations = {
-      {"GetParameterCount", module->GetParameterCount()},
-      {"GetConditionCount", module->GetConditionCount()},
+  const std::vector<Operation> others = {
       {"SetParameter of an unknown name", module->SetParameter(UnknownName, "")},
       {"GetParameter of an unknown name", module->GetParameter(UnknownName, &value)},
       {"AddCondition of an unknown name", module->AddCondition(UnknownName, AnyValue)},
@@ -97,6 +98,7 @@ Description Describe(const LoadedModule& module, const DescribeOptions& options,
        module->AddAction(UnknownName, AnyValue, UnknownName, "")},
       {"Shutdown without Initialise", module->Shutdown()},
   };
+  description.operations.insert(description.operations.end(), others.begin(), others.end());
   return description;
 }
 

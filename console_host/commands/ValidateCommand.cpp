@@ -10,6 +10,7 @@
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -22,7 +23,9 @@
 #include "hosting/Utf8.h"
 #include "platform/ChildProcess.h"
 #include "platform/FilePath.h"
+#include "platform/Interrupt.h"
 #include "platform/Process.h"
+#include "platform/ProcessResources.h"
 #include "platform/Terminal.h"
 
 namespace conduit {
@@ -44,8 +47,9 @@ Examples:
   conduit validate --list
       names the checks
 
-Exit status: 0 no check failed; 1 one failed, or the module cannot be loaded; 2
-wrong usage.)";
+Exit status: 0 no check failed, though some may warn; 1 one failed, or the
+module cannot be loaded; 2 wrong usage; 128 and the signal's number when
+interrupted.)";
 
 /// Loads the library and does nothing more: not a check that a user can name,
 /// because without it there is nothing to check.
@@ -58,7 +62,11 @@ struct ValidateOptions {
   int timeout = 10;               ///< seconds
   bool list = false;
   bool json = false;
-  std::string runCheck;  ///< in the process of one check: its name
+
+  // In the process of one check.
+  std::string runCheck;       ///< its name
+  std::string manyDocuments;  ///< a session
+  bool builtIn = false;       ///< the session is this program's own
 };
 
 /// Whether a name fits a pattern, in which a * stands for any characters.
@@ -93,15 +101,19 @@ bool IsWanted(const Check& check, const ValidateOptions& options) {
 /// In the process of one check. What a module throws is its fault, and so is
 /// what happens while its library is unloaded: the verdict comes last.
 int RunCheckHere(const ValidateOptions& options) {
+  AdoptOrphans();
+  const Check* const check = FindCheck(options.runCheck);
   try {
     const std::filesystem::path module = PathFromUtf8(options.module);
     const ModuleLibrary library(module);
     const std::filesystem::path session = PathFromUtf8(options.session);
+    const std::filesystem::path manyDocuments =
+        options.manyDocuments.empty() ? session : PathFromUtf8(options.manyDocuments);
     // Half of the time limit, to have an answer before it is up.
     const std::chrono::milliseconds patience(options.timeout * 500);
-    if (const Check* const check = FindCheck(options.runCheck)) {
-      check->run(
-          {library, module, session, session.parent_path() / "no such session.json", patience});
+    if (check) {
+      check->run({library, module, session, session.parent_path() / "no such session.json",
+                  manyDocuments, options.builtIn, patience});
     }
   } catch (const ModuleError& problem) {
     Fail(problem.reason);
@@ -109,6 +121,9 @@ int RunCheckHere(const ValidateOptions& options) {
     Fail(std::string("threw an exception: ") + problem.what());
   } catch (...) {
     Fail("threw an exception of an unknown type");
+  }
+  if (check && check->runUnloaded) {
+    check->runUnloaded();
   }
   Announce({Status::Passed, ""});
   return EXIT_SUCCESS;
@@ -121,17 +136,33 @@ class CheckRunner {
       : module(std::filesystem::absolute(PathFromUtf8(options.module))),
         session(options.session.empty() ? WriteBuiltInSession(folder.path)
                                         : std::filesystem::absolute(PathFromUtf8(options.session))),
+        manyDocuments(WriteSessionOfManyDocuments(folder.path)),
+        isBuiltIn(options.session.empty()),
         timeout(options.timeout) {
     RequireReadable("session", session);
+    // The checks run in another folder, so that a relative one is not found.
+    SetEnvironment("TMPDIR", folder.path.parent_path());
+    // Memory that a module frees too early shows at once: glibc fills it.
+    SetEnvironment("MALLOC_PERTURB_", "165");
+    SetEnvironment("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0");
   }
 
-  Verdict Run(const std::string& check) const {
+  /// @returns none when this program is asked to end.
+  std::optional<Verdict> Run(const std::string& check) const {
     const std::filesystem::path outputFile = folder.path / "output.txt";
+    std::vector<std::string> arguments = {"validate", "--run-check=" + check,
+                                          "--session=" + Utf8FromPath(session),
+                                          "--many-documents=" + Utf8FromPath(manyDocuments),
+                                          "--timeout=" + std::to_string(timeout.count())};
+    if (isBuiltIn) {
+      arguments.emplace_back("--built-in");
+    }
+    arguments.insert(arguments.end(), {"--", Utf8FromPath(module)});
     const ChildOutcome outcome =
-        RunChild(ProgramFile(),
-                 {"validate", "--run-check=" + check, "--session=" + Utf8FromPath(session),
-                  "--timeout=" + std::to_string(timeout.count()), "--", Utf8FromPath(module)},
-                 folder.path, outputFile, timeout);
+        RunChild(ProgramFile(), arguments, folder.path, outputFile, timeout);
+    if (outcome.end == ChildOutcome::End::Interrupted) {
+      return std::nullopt;
+    }
     std::ifstream stream(outputFile, std::ios::binary);
     const std::string output{std::istreambuf_iterator<char>(stream), {}};
     Verdict verdict = FindVerdict(output);
@@ -140,22 +171,25 @@ class CheckRunner {
     }
     switch (outcome.end) {
       case ChildOutcome::End::TimedOut:
-        return {Status::Failed, "no answer within " + std::to_string(timeout.count()) + " s"};
+        return Verdict{Status::Failed, "no answer within " + std::to_string(timeout.count()) + " s"};
       case ChildOutcome::End::Crashed:
-        return {Status::Failed, "crashed: " + outcome.cause};
+        return Verdict{Status::Failed, "crashed: " + outcome.cause};
       case ChildOutcome::End::Exited:
+      case ChildOutcome::End::Interrupted:
         break;
     }
     if (verdict.status == Status::Passed && outcome.status == EXIT_SUCCESS) {
       return verdict;
     }
-    return {Status::Failed, "ended the process with status " + std::to_string(outcome.status)};
+    return Verdict{Status::Failed, "ended the process with status " + std::to_string(outcome.status)};
   }
 
  private:
   const TemporaryFolder folder;
   const std::filesystem::path module;
   const std::filesystem::path session;
+  const std::filesystem::path manyDocuments;
+  const bool isBuiltIn;
   const std::chrono::seconds timeout;
 };
 
@@ -184,18 +218,26 @@ class Report {
       return;
     }
     const std::string status = verdict.status == Status::Failed ? "FAILED" : NameOf(verdict.status);
-    WriteRow(status, check.name, verdict.reason.empty() ? check.proves : verdict.reason);
+    if (verdict.reason.empty()) {
+      WriteRow(status, check.name, check.proves);
+      return;
+    }
+    const auto [told, isNew] = firstOfReason.emplace(verdict.reason, check.name);
+    WriteRow(status, check.name, isNew ? verdict.reason : "as " + told->second);
   }
 
   void End() {
     if (json) {
       WriteJson({{"kind", "summary"},
                  {"passed", counts[Status::Passed]},
+                 {"warnings", counts[Status::Warning]},
                  {"failed", counts[Status::Failed]},
                  {"skipped", counts[Status::Skipped]}});
     } else {
-      std::cout << counts[Status::Passed] << " passed, " << counts[Status::Failed] << " failed, "
-                << counts[Status::Skipped] << " skipped" << std::endl;
+      std::cout << counts[Status::Passed] << " passed, " << counts[Status::Warning]
+                << (counts[Status::Warning] == 1 ? " warning, " : " warnings, ")
+                << counts[Status::Failed] << " failed, " << counts[Status::Skipped] << " skipped"
+                << std::endl;
     }
   }
 
@@ -208,18 +250,19 @@ class Report {
 
   static void WriteRow(std::string status, std::string name, const std::string& text) {
     status.resize(std::max<std::size_t>(status.size(), 8), ' ');
-    name.resize(std::max<std::size_t>(name.size(), 18), ' ');
+    name.resize(std::max<std::size_t>(name.size(), 20), ' ');
     std::cout << "  " << status << name << ' ' << text << std::endl;
   }
 
   const bool json;
   std::map<Status, int> counts;
+  std::map<std::string, std::string> firstOfReason;  ///< the check that told it
 };
 
 int List() {
   for (const Check& check : AllChecks()) {
     std::string name = check.name;
-    name.resize(std::max<std::size_t>(name.size(), 18), ' ');
+    name.resize(std::max<std::size_t>(name.size(), 20), ' ');
     std::cout << name << ' ' << check.proves << '\n';
   }
   return EXIT_SUCCESS;
@@ -227,17 +270,24 @@ int List() {
 
 int Validate(const ValidateOptions& options) {
   PrepareTerminal();
+  CatchInterrupts();
   const CheckRunner runner(options);
-  if (const Verdict loaded = runner.Run(LoadOnly); loaded.status == Status::Failed) {
+  const std::optional<Verdict> loaded = runner.Run(LoadOnly);
+  if (loaded && loaded->status == Status::Failed) {
     throw std::runtime_error("cannot load module " + Escaped(options.module) + ": " +
-                             loaded.reason);
+                             loaded->reason);
   }
   Report report(options.json);
   report.Begin(options.module);
   for (const Check& check : AllChecks()) {
-    if (IsWanted(check, options)) {
-      report.Add(check, runner.Run(check.name));
+    const std::optional<Verdict> verdict =
+        InterruptStatus() == 0 && IsWanted(check, options) ? runner.Run(check.name) : std::nullopt;
+    if (verdict) {
+      report.Add(check, *verdict);
     }
+  }
+  if (InterruptStatus() != 0) {
+    return InterruptStatus();
   }
   report.End();
   if (!std::cout) {
@@ -284,6 +334,8 @@ void AddValidateCommand(CLI::App& app, int& exitStatus) {
       ->option_text("SECONDS (default: 10)");
   command->add_flag("--json", options->json, "Write one JSON object a line");
   command->add_option("--run-check", options->runCheck)->group("");  // hidden: see CheckRunner
+  command->add_option("--many-documents", options->manyDocuments)->group("");
+  command->add_flag("--built-in", options->builtIn)->group("");
   command->callback([options, &exitStatus] { exitStatus = Run(*options); });
 }
 

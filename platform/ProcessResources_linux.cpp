@@ -1,0 +1,58 @@
+#include <sys/prctl.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "platform/ProcessResources.h"
+
+namespace conduit {
+
+namespace {
+
+std::size_t Entries(const char* folder) {
+  std::size_t count = 0;
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) {
+    ++count;
+  }
+  return count;
+}
+
+}  // namespace
+
+ProcessResources ResourcesInUse() { return {Entries("/proc/self/task"), Entries("/proc/self/fd")}; }
+
+std::vector<int> ChildProcesses() {
+  std::vector<int> children;
+  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+    std::ifstream stream(thread.path() / "children");
+    for (int child = 0; stream >> child;) {
+      children.push_back(child);
+    }
+  }
+  return children;
+}
+
+void AdoptOrphans() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
+
+/// Lets the system read one byte of each page: it answers where this process
+/// would end.
+bool IsReadable(const void* data, std::size_t size) {
+  constexpr std::size_t page = 4096;
+  const char* const first = static_cast<const char*>(data);
+  const auto canRead = [first](std::size_t at) {
+    char byte = 0;
+    const iovec here = {&byte, 1};
+    const iovec there = {const_cast<char*>(first) + at, 1};
+    return process_vm_readv(getpid(), &here, 1, &there, 1, 0) == 1;
+  };
+  for (std::size_t at = 0; at < size; at += page) {
+    if (!canRead(at)) {
+      return false;
+    }
+  }
+  return size == 0 || canRead(size - 1);
+}
+
+}  // namespace conduit
