@@ -314,14 +314,17 @@ void CheckSessionItems(const CheckContext& context) {
 }
 
 void CheckSessionEvents(const CheckContext& context) {
+  {
+    SessionWitness host;
+    const LoadedModule module(context.library, &host);
+    host.Start(module, context.missingSession);
+    module->Shutdown();
+    if (host.Heard().states == 0) {
+      Fail("Initialise did not report the reader's state");
+    }
+  }
   SessionWitness host;
   const LoadedModule module(context.library, &host);
-  SessionWitness trial;
-  trial.Start(module, context.missingSession);
-  module->Shutdown();
-  if (trial.Heard().states == 0) {
-    Fail("Initialise did not report the reader's state");
-  }
   const Testimony heard = Play(module, host, context).heard;
   WarnOfSilence(heard, context);
   if (!heard.eventFault.empty()) {

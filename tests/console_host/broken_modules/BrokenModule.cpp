@@ -1,8 +1,14 @@
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <atomic>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <deque>
 #include <map>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,6 +24,22 @@ namespace conduit {
 namespace {
 
 bool Has(Fault fault) { return fault == TheFault; }
+
+/// The position of a barcode; nothing else is asked for.
+class Feature final : public IStringMap {
+ public:
+  explicit Feature(int position) : text(std::to_string(position)) {}
+  std::int32_t Count() override { return 1; }
+  void Set(const char* /*key*/, const char* value) override { text = value; }
+  const char* Get(const char* key) override {
+    return std::string("feature") == key && !Has(Fault::OmitsFeature) ? text.c_str() : nullptr;
+  }
+  void RemoveAll() override {}
+  void Remove(const char* /*key*/) override {}
+
+ private:
+  std::string text;
+};
 
 class BrokenModule final : public IInputModule {
  public:
@@ -40,19 +62,32 @@ class BrokenModule final : public IInputModule {
     const bool isRefused = text.empty() || text == "0";
     if (!isRefused || Has(Fault::KeepsRefusedValue)) {
       parameter->second = Has(Fault::ChangesValue) && text == "two words" ? "two" : text;
+      lent = value;
     }
     if (Has(Fault::RenamesParameters)) {
       name1 = "Other";
     }
-    return isRefused ? ResultInvalidValue : ResultSuccess;
+    const ResultCode refusal =
+        Has(Fault::RefusesWithOtherCode) ? ResultUnknownAction : ResultInvalidValue;
+    return isRefused ? refusal : ResultSuccess;
   }
 
   std::int32_t GetParameter(const char* name, const char** value) override {
     const auto parameter = Find(name);
     if (parameter == parameters.end()) {
+      if (Has(Fault::WritesNullForUnknown)) {
+        *value = nullptr;
+      }
       return ResultUnknownParameter;
     }
-    *value = parameter->second.c_str();
+    if (Has(Fault::WritesBesideResult)) {
+      value[1] = nullptr;
+    }
+    shared = parameter->second;
+    *value = Has(Fault::LendsOneText) ? shared.c_str() : parameter->second.c_str();
+    if (Has(Fault::KeepsLentValue) && !shared.empty()) {
+      *value = lent;
+    }
     return ResultSuccess;
   }
 
@@ -108,7 +143,10 @@ class BrokenModule final : public IInputModule {
     }
     const std::int32_t at = Has(Fault::ListsBackwards) ? count - 1 - index : index;
     *name = conditions[static_cast<std::size_t>(at)].name.c_str();
-    *value = conditions[static_cast<std::size_t>(at)].value.c_str();
+    shared = conditions[static_cast<std::size_t>(at)].value;
+    *value = Has(Fault::LendsConditionText)
+                 ? shared.c_str()
+                 : conditions[static_cast<std::size_t>(at)].value.c_str();
   }
 
   void SetHost(IInputModuleHost* newHost) override { host = newHost; }
@@ -120,13 +158,23 @@ class BrokenModule final : public IInputModule {
     if (file) {
       std::fclose(file);
     }
-    host->ReportState(plays ? "Enabled" : "Not Initialised");
-    if (!plays || (Has(Fault::StaysRefused) && refused)) {
+    if (!Has(Fault::ForgetsStateOfStart)) {
+      host->ReportState(plays ? "Enabled" : "Not Initialised");
+    }
+    if (!plays || (Has(Fault::StaysRefused) && refused) ||
+        (Has(Fault::StartsOnce) && shutdowns > 0)) {
       refused = true;
       Log("the reader did not start");
       return Has(Fault::HidesRefusal) ? ResultSuccess : ResultReaderNotStarted;
     }
-    reader = std::thread([this] { Play(); });
+    LeakOfTheSystem();
+    if (!Has(Fault::StaysSilent)) {
+      playing = true;
+      reader = std::thread([this] {
+        Play();
+        playing = false;
+      });
+    }
     return ResultSuccess;
   }
 
@@ -138,7 +186,15 @@ class BrokenModule final : public IInputModule {
     while (Has(Fault::HangsInSecondShutdown) && shutdowns > 1 && !reader.joinable()) {
       std::this_thread::sleep_for(std::chrono::seconds(1));
     }
-    if (reader.joinable()) {
+    const bool isReader = reader.get_id() == std::this_thread::get_id();
+    while (Has(Fault::DeadlocksInDelivery) && isReader && playing) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    std::unique_lock lock(mutex, std::defer_lock);
+    if (Has(Fault::DeadlocksDuringDelivery) && !isReader) {
+      lock.lock();
+    }
+    if (reader.joinable() && !isReader) {
       reader.join();
     }
     return ResultSuccess;
@@ -154,6 +210,24 @@ class BrokenModule final : public IInputModule {
   static void Leak(std::size_t size) {
     static std::vector<std::string> kept;
     kept.emplace_back(size, ' ');
+  }
+
+  static void LeakOfTheSystem() {
+    if (Has(Fault::LeaksThread)) {
+      std::thread([] { pause(); }).detach();
+    }
+    if (Has(Fault::LeaksFile)) {
+      [[maybe_unused]] const int file = open("/dev/null", O_RDONLY);
+    }
+    // Once: only what outlives the library is too much.
+    static bool forked = false;
+    if (Has(Fault::LeaksProcess) && !forked) {
+      forked = true;
+      if (fork() == 0) {
+        pause();
+        _exit(0);
+      }
+    }
   }
 
   static std::string Text(const char* text) {
@@ -173,31 +247,63 @@ class BrokenModule final : public IInputModule {
 
   void Log(const char* message) const {
     if (logger || Has(Fault::NeedsLogger)) {
-      logger->Log(0, "BrokenModule", message);
+      logger->Log(0, "BrokenModule", Has(Fault::NullLogMessage) ? nullptr : message);
     }
   }
 
   void SendEvent(const char* name) {
+    if (!Has(Fault::ForgetsErrorOfEvent)) {
+      host->ReportError("");
+    }
     for (const Condition& condition : conditions) {
       for (const std::string& script : condition.scripts) {
-        if (condition.value == name && !Has(Fault::ForgetsActions)) {
-          host->SetActiveScript(script.c_str());
+        if (condition.value == name && !Has(Fault::ForgetsActions) &&
+            host->SetActiveScript(script.c_str()) != 0 && !Has(Fault::IgnoresRefusedScript)) {
+          break;
         }
       }
     }
     host->SendEvent(name);
-    host->ReportState("Reading");
+    if (!Has(Fault::ForgetsStateOfEvent)) {
+      host->ReportState("Reading");
+    }
+  }
+
+  void SendBarcode(const char* name, int position, bool last) {
+    Feature feature(position + (Has(Fault::NumbersFromOne) ? 1 : 0));
+    host->SendData(name, Has(Fault::UnknownItemType) ? 6 : ItemTypeText, 4, "CODE", &feature,
+                   last && !Has(Fault::MarksNoLast));
   }
 
   void Play() {
     constexpr char image[] = "\x89PNG\r\n\x1a\n....IEND\xAE\x42\x60\x82";
-    const std::int32_t imageLength = sizeof image - 1 - (Has(Fault::CutsTheImage) ? 1 : 0);
+    const std::int32_t imageLength = Has(Fault::LengthBeyondData)
+                                         ? 1 << 30
+                                         : sizeof image - 1 - (Has(Fault::CutsTheImage) ? 1 : 0);
     SendEvent("DEVICE_CONNECTED");
-    host->BeginData();
+    if (Has(Fault::CallsReserved)) {
+      host->Reserved2();
+    }
+    if (Has(Fault::LeaksDocument)) {
+      Leak(1 << 20);
+    }
+    if (Has(Fault::ForgetsBegin)) {
+      SendEvent("START_OF_DOCUMENT_DATA");
+    } else if (!Has(Fault::BeginsLate)) {
+      host->BeginData();
+    }
     host->SendData(Has(Fault::NamesInLowerCase) ? "Codeline" : "CODELINE", ItemTypeText,
                    Has(Fault::CountsTheNul) ? 5 : 4, "TEXT", nullptr, true);
     host->SendData(Has(Fault::NullName) ? nullptr : "IMAGEVIS", ItemTypeImage, imageLength, image,
                    nullptr, true);
+    if (Has(Fault::BeginsLate)) {
+      host->BeginData();
+    }
+    SendBarcode("BARCODE_PDF417", 0, false);
+    SendBarcode("BARCODE_QRCODE", 1, true);
+    if (Has(Fault::DeadlocksDuringDelivery)) {
+      const std::lock_guard lock(mutex);
+    }
     if (!Has(Fault::LeavesDocumentOpen)) {
       host->EndData();
     }
@@ -219,9 +325,13 @@ class BrokenModule final : public IInputModule {
   const char* name1 = "Port";
   std::map<std::string, std::string> parameters = {{"Port", Has(Fault::GivesDefaults) ? "1" : ""},
                                                    {"Zoom", ""}};
-  std::vector<Condition> conditions;
+  std::deque<Condition> conditions;
   bool refused = false;
   int shutdowns = 0;
+  std::atomic<bool> playing = false;
+  std::mutex mutex;
+  std::string shared;
+  const char* lent = nullptr;
   std::thread reader;
 };
 
