@@ -9,6 +9,7 @@
 #include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
+#include "interfaces/Reaction.h"
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
@@ -88,7 +89,7 @@ std::string WithOtherCase(std::string name) {
 /// Adds a condition that input modules have; skips the check for one that has
 /// not. The texts do not outlive the call.
 void AddReaction(const LoadedModule& module, std::string event) {
-  std::string name = "ReceiveEvent";
+  std::string name = ConditionKind::ReceiveEvent;
   const std::int32_t result = module->AddCondition(name.data(), event.data());
   std::ranges::fill(name, '#');
   std::ranges::fill(event, '#');
@@ -234,10 +235,11 @@ void CheckUnknownAction(const CheckContext& context) {
   AddReaction(module, "DOC_ON_WINDOW");
   for (const char* const name : {UnknownName, "", "setactivescript"}) {
     RequireResult("AddAction of the unknown name " + Quoted(name), ResultUnknownAction,
-                  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", name, "greet"));
+                  module->AddAction(ConditionKind::ReceiveEvent, "DOC_ON_WINDOW", name, "greet"));
   }
   RequireResult("AddAction to a condition that was not added", ResultUnknownCondition,
-                module->AddAction("ReceiveEvent", "DOC_REMOVED", "SetActiveScript", "greet"));
+                module->AddAction(ConditionKind::ReceiveEvent, "DOC_REMOVED",
+                                  ActionKind::SetActiveScript, "greet"));
 }
 
 void CheckConditionList(const CheckContext& context) {
@@ -257,13 +259,13 @@ void CheckConditionList(const CheckContext& context) {
   for (std::int32_t i = 0; i < count; ++i) {
     const ListEntry entry = ReadEntry(module, &IInputModule::GetConditionAt, i, "GetConditionAt");
     const std::string& event = events[static_cast<std::size_t>(i)];
-    if (!entry.name || !entry.value || std::string("ReceiveEvent") != entry.name ||
+    if (!entry.name || !entry.value || std::string(ConditionKind::ReceiveEvent) != entry.name ||
         event != entry.value) {
       Fail("the condition at " + std::to_string(i) + " is " + Quoted(entry.name) + ", " +
            Quoted(entry.value) + " instead of \"ReceiveEvent\", " + Quoted(event.c_str()));
     }
   }
-  if (std::string("ReceiveEvent") != first.name || events[0] != first.value) {
+  if (std::string(ConditionKind::ReceiveEvent) != first.name || events[0] != first.value) {
     Fail("the texts of the first condition do not stay good when others are added");
   }
   RequireNothingWritten(module, &IInputModule::GetConditionAt, count, "GetConditionAt");

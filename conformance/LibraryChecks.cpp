@@ -7,6 +7,7 @@
 #include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
+#include "interfaces/Reaction.h"
 #include "interfaces/ResultCode.h"
 #include "platform/ExportedNames.h"
 #include "platform/MemoryInUse.h"
@@ -54,9 +55,9 @@ void CheckNullTexts(const CheckContext& context) {
               module->AddCondition(nullptr, nullptr));
   requireSame("AddAction to the condition", module->AddAction("", "", "", ""),
               module->AddAction(nullptr, nullptr, nullptr, nullptr));
-  if (module->AddCondition("ReceiveEvent", nullptr) == ResultSuccess) {
-    requireSame("AddAction of the name", module->AddAction("ReceiveEvent", "", "", ""),
-                module->AddAction("ReceiveEvent", nullptr, nullptr, nullptr));
+  if (module->AddCondition(ConditionKind::ReceiveEvent, nullptr) == ResultSuccess) {
+    requireSame("AddAction of the name", module->AddAction(ConditionKind::ReceiveEvent, "", "", ""),
+                module->AddAction(ConditionKind::ReceiveEvent, nullptr, nullptr, nullptr));
   }
 }
 

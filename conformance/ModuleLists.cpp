@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "conformance/Verdict.h"
+#include "interfaces/Reaction.h"
 
 namespace conduit {
 
@@ -55,9 +56,10 @@ void Exercise(const LoadedModule& module) {
     module->SetParameter(name.c_str(), "1");
   }
   module->AddCondition("No such name", "1");
-  module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
-  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "No such name", "1");
-  module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "greet");
+  module->AddCondition(ConditionKind::ReceiveEvent, "DOC_ON_WINDOW");
+  module->AddAction(ConditionKind::ReceiveEvent, "DOC_ON_WINDOW", "No such name", "1");
+  module->AddAction(ConditionKind::ReceiveEvent, "DOC_ON_WINDOW", ActionKind::SetActiveScript,
+                    "greet");
 }
 
 std::vector<std::string> ParameterNames(const LoadedModule& module) {

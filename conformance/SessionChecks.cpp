@@ -11,6 +11,7 @@
 #include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
+#include "interfaces/Reaction.h"
 #include "interfaces/ReaderEventCode.h"
 #include "interfaces/ResultCode.h"
 #include "platform/MemoryInUse.h"
@@ -66,11 +67,11 @@ PlayedSession PlayDocuments(const CheckContext& context) {
 /// Attaches two scripts to every event that has a name.
 void AddScripts(const LoadedModule& module) {
   for (const char* const event : ReaderEventNames) {
-    if (module->AddCondition("ReceiveEvent", event) != ResultSuccess) {
+    if (module->AddCondition(ConditionKind::ReceiveEvent, event) != ResultSuccess) {
       Skip("the module has no condition ReceiveEvent");
     }
     for (const char* const script : {":first", ":second"}) {
-      if (module->AddAction("ReceiveEvent", event, "SetActiveScript",
+      if (module->AddAction(ConditionKind::ReceiveEvent, event, ActionKind::SetActiveScript,
                             (std::string(event) + script).c_str()) != ResultSuccess) {
         Skip("the module has no action SetActiveScript");
       }

@@ -7,7 +7,9 @@
 
 #include "hosting/DataFormat.h"
 #include "hosting/EventNames.h"
-#include "interfaces/ReaderDataType.h"
+#include "interfaces/ItemName.h"
+#include "interfaces/MessageLevel.h"
+#include "interfaces/ReaderItem.h"
 #include "platform/Process.h"
 #include "platform/ProcessResources.h"
 #include "platform/SessionLocation.h"
@@ -72,20 +74,19 @@ std::string TypeFault(const std::string& name, ItemType type, bool isBarcode) {
   if (type < ItemTypeUnknown || type > ItemTypeImage) {
     return "has the type " + std::to_string(type) + ", which does not exist";
   }
-  const auto* const known =
-      std::ranges::find_if(ReaderItemNames, [&](const auto& row) { return name == row.name; });
-  const bool isPlain = known != std::end(ReaderItemNames);
-  if (isPlain && type != known->itemType) {
-    return "has the type " + std::to_string(type) + " instead of " +
-           std::to_string(known->itemType);
-  }
-  if (isPlain && isBarcode) {
-    return "has properties, though it is no barcode";
-  }
-  const bool mustBeBarcode =
-      std::ranges::any_of(ReaderBarcodeNames, [&](const auto& row) { return name == row.name; });
-  if (mustBeBarcode && !isBarcode) {
-    return "is a barcode without properties";
+  const auto* const known = std::ranges::find_if(ReaderItems, [&](const ReaderItem& item) {
+    return item.kind != ReaderItemKind::Record && name == item.name;
+  });
+  if (known != std::end(ReaderItems)) {
+    const bool mustBeBarcode = known->kind == ReaderItemKind::Barcode;
+    if (mustBeBarcode != isBarcode) {
+      return mustBeBarcode ? "is a barcode without properties"
+                           : "has properties, though it is no barcode";
+    }
+    const ItemType expected = known->kind == ReaderItemKind::Text ? ItemTypeText : ItemTypeImage;
+    if (!isBarcode && type != expected) {
+      return "has the type " + std::to_string(type) + " instead of " + std::to_string(expected);
+    }
   }
   if (!isBarcode && type != ItemTypeText && type != ItemTypeImage) {
     return "has the type " + std::to_string(type) + ", which only barcodes have";
@@ -216,7 +217,7 @@ void SessionWitness::Log(std::int32_t level, const char* tag, const char* messag
   }
   if (!tag || !message) {
     KeepFirst(heard.callFault, "Log was given a null text");
-  } else if (level < 0 || level > 3) {
+  } else if (level < MessageFailure || level > MessageConfiguration) {
     KeepFirst(heard.callFault, "Log was given the level " + std::to_string(level));
   } else if (*message != '\0' && std::string_view(message).back() == '\n') {
     KeepFirst(heard.callFault, "Log was given a text with a line end");
@@ -250,7 +251,7 @@ std::int32_t SessionWitness::SendData(const char* name, ItemType itemType, std::
     }
   }
   if (properties) {
-    NoteBarcode(thread, item, properties->Get("feature"), last);
+    NoteBarcode(thread, item, properties->Get(ItemProperty::Feature), last);
   } else if (!last) {
     KeepFirst(heard.itemFault, item + "is no barcode, but not marked as the last of its read");
   }

@@ -14,6 +14,7 @@
 #include "hosting/HostRecorder.h"
 #include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
+#include "interfaces/Reaction.h"
 #include "interfaces/ResultCode.h"
 #include "platform/FilePath.h"
 #include "platform/Terminal.h"
@@ -34,8 +35,8 @@ Examples:
 Exit status: 0 described; 1 the module cannot be loaded; 2 wrong usage.)";
 
 /// A module does not list the names that it takes, so these are tried.
-constexpr const char* KnownCondition = "ReceiveEvent";
-constexpr const char* KnownAction = "SetActiveScript";
+constexpr const char* KnownCondition = ConditionKind::ReceiveEvent;
+constexpr const char* KnownAction = ActionKind::SetActiveScript;
 constexpr const char* AnyValue = "DOC_ON_WINDOW";
 
 constexpr const char* UnknownName = "No such name";

@@ -171,7 +171,8 @@ class CheckRunner {
     }
     switch (outcome.end) {
       case ChildOutcome::End::TimedOut:
-        return Verdict{Status::Failed, "no answer within " + std::to_string(timeout.count()) + " s"};
+        return Verdict{Status::Failed,
+                       "no answer within " + std::to_string(timeout.count()) + " s"};
       case ChildOutcome::End::Crashed:
         return Verdict{Status::Failed, "crashed: " + outcome.cause};
       case ChildOutcome::End::Exited:
@@ -181,7 +182,8 @@ class CheckRunner {
     if (verdict.status == Status::Passed && outcome.status == EXIT_SUCCESS) {
       return verdict;
     }
-    return Verdict{Status::Failed, "ended the process with status " + std::to_string(outcome.status)};
+    return Verdict{Status::Failed,
+                   "ended the process with status " + std::to_string(outcome.status)};
   }
 
  private:
