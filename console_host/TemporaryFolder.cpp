@@ -12,11 +12,15 @@ namespace conduit {
 namespace {
 
 std::filesystem::path Create() {
-  // Absolute, as its user may work in another folder.
-  const std::filesystem::path parent =
-      std::filesystem::absolute(std::filesystem::temp_directory_path());
-  std::filesystem::path folder = parent / ("conduit-" + std::to_string(std::random_device()()));
   std::error_code problem;
+  const std::filesystem::path temporary = std::filesystem::temp_directory_path(problem);
+  if (problem) {
+    throw std::runtime_error(
+        "the folder for temporary files, which TMPDIR names, cannot be used: " + problem.message());
+  }
+  // Absolute, as its user may work in another folder.
+  const std::filesystem::path parent = std::filesystem::absolute(temporary);
+  std::filesystem::path folder = parent / ("conduit-" + std::to_string(std::random_device()()));
   // False without a problem: somebody else's folder of that name.
   if (!std::filesystem::create_directory(folder, problem)) {
     throw std::runtime_error("cannot create the folder " + Utf8FromPath(folder) + ": " +

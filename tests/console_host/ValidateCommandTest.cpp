@@ -152,7 +152,7 @@ std::string WriteSession(const std::string& name, const std::string& text) {
 
 TEST(ValidateCommand, JudgesByWhatTheSessionSent) {
   for (const std::string steps : {R"({"pause":600},{"document":{}})",
-                                   R"({"event":"END_OF_DOCUMENT_DATA"},{"document":{}})"}) {
+                                  R"({"event":"END_OF_DOCUMENT_DATA"},{"document":{}})"}) {
     const Outcome outcome =
         RunConduit({"validate", MODULE_FILE, "--only", "session-*", "--session",
                     WriteSession("sparse.json", R"({"steps":[)" + steps + "]}")});
