@@ -217,7 +217,7 @@ void CheckShutdownIsFinal(const CheckContext& context) {
 void CheckShutdownInDelivery(const CheckContext& context) {
   int deliveries = 0;
   for (const char* const operation : {"SendEvent", "SendData"}) {
-    for (const bool onItsThread : {true, false}) {
+    for (const bool onItsThread : {false, true}) {
       deliveries += ShutDownWithin(context, operation, onItsThread) ? 1 : 0;
     }
   }
