@@ -10,7 +10,16 @@ namespace {
 
 std::atomic<bool> interrupted = false;
 
-BOOL WINAPI RememberInterrupt(DWORD /*event*/) { return interrupted.exchange(true) ? FALSE : TRUE; }
+BOOL WINAPI RememberInterrupt(DWORD event) {
+  const bool isFirst = !interrupted.exchange(true);
+  const bool endsWhenThisReturns =
+      event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT;
+  if (isFirst && endsWhenThisReturns) {
+    // Until the program has ended by itself, or the system has waited long enough.
+    Sleep(INFINITE);
+  }
+  return isFirst ? TRUE : FALSE;
+}
 
 }  // namespace
 

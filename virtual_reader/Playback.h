@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "interfaces/HaldenReaderHighLevelAPI.h"
+#include "platform/LibraryHold.h"
 #include "virtual_reader/LookAhead.h"
 #include "virtual_reader/ReaderLog.h"
 #include "virtual_reader/session/Session.h"
@@ -63,6 +64,10 @@ class Playback {
 
   void EnterState(const SendEvent& event);
   void PublishState();
+
+  // What its threads run in, and what they call: let go of when they have ended.
+  const LibraryHold ownCode;
+  const LibraryHold calledCode;
 
   LookAhead steps;
   Step opening;

@@ -38,7 +38,8 @@ class ReaderSession {
 
   ~ReaderSession() {
     HaldenReader_Shutdown();
-    std::filesystem::remove_all(folder);
+    std::error_code stillOpen;
+    std::filesystem::remove_all(folder, stillOpen);
   }
 
   ReaderSession(const ReaderSession&) = delete;
