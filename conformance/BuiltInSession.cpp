@@ -7,7 +7,6 @@
 #include "platform/FilePath.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr const char* Session = R"({

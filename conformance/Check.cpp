@@ -4,7 +4,6 @@
 #include <iterator>
 
 namespace conduit {
-
 namespace {
 
 constexpr Check Checks[] = {

@@ -13,7 +13,6 @@
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr const char* UnknownName = "No such name";
@@ -23,13 +22,13 @@ constexpr const char* CandidateValues[] = {"1",        "0", "true", "%Y-%m-%d", 
                                            "two words"};
 
 std::string Quoted(const char* text) {
-  return text ? "\"" + std::string(text) + "\"" : "a null text";
+  return text != nullptr ? "\"" + std::string(text) + "\"" : "a null text";
 }
 
 void RequireValue(const LoadedModule& module, std::int32_t index, const std::string& name,
                   const std::string& expected, const std::string& moment) {
   const auto require = [&](const char* value, const char* operation) {
-    if (!value || value != expected) {
+    if (value == nullptr || value != expected) {
       Fail(std::string(operation) + " gives " + Quoted(value) + " for " + name + " " + moment +
            " instead of " + Quoted(expected.c_str()));
     }
@@ -115,8 +114,8 @@ void CheckParameterList(const CheckContext& context) {
   for (std::int32_t i = 0; i < count; ++i) {
     const ListEntry entry = ReadEntry(module, &IInputModule::GetParameterAt, i, "GetParameterAt");
     const std::string position = "the parameter at " + std::to_string(i);
-    if (!entry.name || !entry.value) {
-      Fail(position + " has no " + (entry.name ? "value" : "name"));
+    if (entry.name == nullptr || entry.value == nullptr) {
+      Fail(position + " has no " + (entry.name != nullptr ? "value" : "name"));
     }
     if (previous && *previous >= entry.name) {
       Fail(position + ", " + Quoted(entry.name) + ", does not come after " +
@@ -183,7 +182,7 @@ void CheckParameterTexts(const CheckContext& context) {
       module->GetParameter(other.c_str(), &ignored);
       module->GetParameter(UnknownName, &ignored);
     }
-    if (!value || value != expected[i]) {
+    if (value == nullptr || value != expected[i]) {
       Fail("what GetParameter gives for " + names[i] +
            " does not stay good while other parameters are read");
     }
@@ -259,8 +258,8 @@ void CheckConditionList(const CheckContext& context) {
   for (std::int32_t i = 0; i < count; ++i) {
     const ListEntry entry = ReadEntry(module, &IInputModule::GetConditionAt, i, "GetConditionAt");
     const std::string& event = events[static_cast<std::size_t>(i)];
-    if (!entry.name || !entry.value || std::string(ConditionKind::ReceiveEvent) != entry.name ||
-        event != entry.value) {
+    if (entry.name == nullptr || entry.value == nullptr ||
+        std::string(ConditionKind::ReceiveEvent) != entry.name || event != entry.value) {
       Fail("the condition at " + std::to_string(i) + " is " + Quoted(entry.name) + ", " +
            Quoted(entry.value) + " instead of \"ReceiveEvent\", " + Quoted(event.c_str()));
     }

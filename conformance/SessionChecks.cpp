@@ -17,7 +17,6 @@
 #include "platform/MemoryInUse.h"
 
 namespace conduit {
-
 namespace {
 
 /// Where the reader of this desk does not start, there is nothing to check; an

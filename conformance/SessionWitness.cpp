@@ -15,7 +15,6 @@
 #include "platform/SessionLocation.h"
 
 namespace conduit {
-
 namespace {
 
 void KeepFirst(std::string& fault, const std::string& found) {
@@ -43,7 +42,7 @@ std::string LengthFault(ItemType type, std::int32_t length, const void* data, bo
     return LengthIs(length);
   }
   const bool isText = type == ItemTypeText && !isBarcode;
-  if (!data) {
+  if (data == nullptr) {
     return isText ? "is a text without data" : "";
   }
   const auto size = static_cast<std::size_t>(length);
@@ -194,7 +193,7 @@ SessionWitness::ReaderThread& SessionWitness::Note(const char* operation, const 
   if (closed) {
     KeepFirst(heard.lateCall, operation);
   }
-  if (!text) {
+  if (text == nullptr) {
     KeepFirst(heard.itemFault, std::string(operation) + " was given a null text");
   }
   return threads[std::this_thread::get_id()];
@@ -215,7 +214,7 @@ void SessionWitness::Log(std::int32_t level, const char* tag, const char* messag
   if (closed) {
     KeepFirst(heard.lateCall, "Log");
   }
-  if (!tag || !message) {
+  if (tag == nullptr || message == nullptr) {
     KeepFirst(heard.callFault, "Log was given a null text");
   } else if (level < MessageFailure || level > MessageConfiguration) {
     KeepFirst(heard.callFault, "Log was given the level " + std::to_string(level));
@@ -231,7 +230,7 @@ std::int32_t SessionWitness::SendData(const char* name, ItemType itemType, std::
   ReaderThread& thread = Note("SendData", name);
   ++heard.items;
   delivered.notify_all();
-  if (!name) {
+  if (name == nullptr) {
     return 0;
   }
   const bool isOpen = !thread.given.empty() && thread.given.back() == Bracket::Begin;
@@ -250,7 +249,7 @@ std::int32_t SessionWitness::SendData(const char* name, ItemType itemType, std::
       KeepFirst(heard.itemFault, item + fault);
     }
   }
-  if (properties) {
+  if (properties != nullptr) {
     NoteBarcode(thread, item, properties->Get(ItemProperty::Feature), last);
   } else if (!last) {
     KeepFirst(heard.itemFault, item + "is no barcode, but not marked as the last of its read");
@@ -261,7 +260,7 @@ std::int32_t SessionWitness::SendData(const char* name, ItemType itemType, std::
 void SessionWitness::NoteBarcode(ReaderThread& thread, const std::string& item, const char* feature,
                                  bool last) {
   const int expected = thread.unfinishedBarcode ? *thread.unfinishedBarcode + 1 : 0;
-  if (!feature) {
+  if (feature == nullptr) {
     KeepFirst(heard.itemFault, item + "has no property \"feature\"");
   } else if (feature != std::to_string(expected)) {
     KeepFirst(heard.itemFault, item + "has the feature \"" + feature + "\" instead of \"" +
@@ -281,7 +280,7 @@ void SessionWitness::SendEvent(const char* name) {
   Act("SendEvent");
   const std::lock_guard lock(mutex);
   ReaderThread& thread = Note("SendEvent", name);
-  const std::string event = name ? name : "";
+  const std::string event = name != nullptr ? name : "";
   if (event.empty() || !IsUpperCase(event)) {
     KeepFirst(heard.itemFault, "event \"" + event + "\" has a name that is not in upper case");
   }
@@ -324,7 +323,7 @@ void SessionWitness::EndData() {
 std::int32_t SessionWitness::SetActiveScript(const char* name) {
   const std::lock_guard lock(mutex);
   Note("SetActiveScript", name);
-  heard.scripts.emplace_back(name ? name : "");
+  heard.scripts.emplace_back(name != nullptr ? name : "");
   return scriptAnswer;
 }
 
@@ -334,15 +333,15 @@ void SessionWitness::ReportState(const char* text) {
   thread.unfinishedEvent.clear();
   thread.errorCleared = false;
   ++heard.states;
-  end.OnState({text ? text : "", false});
+  end.OnState({text != nullptr ? text : "", false});
 }
 
 void SessionWitness::ReportError(const char* text) {
   const std::lock_guard lock(mutex);
   ReaderThread& thread = Note("ReportError", text);
   RequireStateBefore(thread);
-  thread.errorCleared = text && *text == '\0';
-  heard.errors += text && *text != '\0' ? 1 : 0;
+  thread.errorCleared = text != nullptr && *text == '\0';
+  heard.errors += text != nullptr && *text != '\0' ? 1 : 0;
 }
 
 }  // namespace conduit

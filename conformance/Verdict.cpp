@@ -8,7 +8,6 @@
 #include "hosting/Utf8.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr std::string_view Mark = "conduit-verdict ";

@@ -3,7 +3,6 @@
 #include "interfaces/ItemName.h"
 
 namespace conduit {
-
 namespace {
 
 struct Part {

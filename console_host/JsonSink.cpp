@@ -12,7 +12,6 @@
 #include "platform/Digest.h"
 
 namespace conduit {
-
 namespace {
 
 using Json = nlohmann::ordered_json;

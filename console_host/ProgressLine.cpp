@@ -4,7 +4,6 @@
 #include <sstream>
 
 namespace conduit {
-
 namespace {
 
 constexpr const char* EmptyLine = "\r\x1b[2K";

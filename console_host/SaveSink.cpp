@@ -12,7 +12,6 @@
 #include "platform/FilePath.h"
 
 namespace conduit {
-
 namespace {
 
 /// Well below what file systems take, with room for a number and an extension.

@@ -14,7 +14,6 @@
 #include "platform/FilePath.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr const char* FileColumn = "file";

@@ -8,7 +8,6 @@
 #include "platform/FilePath.h"
 
 namespace conduit {
-
 namespace {
 
 std::filesystem::path Create() {

@@ -10,7 +10,6 @@
 #include "platform/FilePath.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr const char* Plain = "";

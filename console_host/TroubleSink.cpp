@@ -5,7 +5,6 @@
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr const char* Prefix = "conduit: ";

@@ -6,7 +6,6 @@
 #include "hosting/Utf8.h"
 
 namespace conduit {
-
 namespace {
 
 using namespace std::string_view_literals;

@@ -9,7 +9,6 @@
 #include "interfaces/ResultCode.h"
 
 namespace conduit {
-
 namespace {
 
 /// The highest level whose lines explain a refusal: failures, and requests that

@@ -3,7 +3,6 @@
 #include "platform/FilePath.h"
 
 namespace conduit {
-
 namespace {
 
 /// The system's own words for a missing file differ, and some systems then look

@@ -4,7 +4,6 @@
 #include <system_error>
 
 namespace conduit {
-
 namespace {
 
 constexpr std::string_view DocumentStart = "document ";

@@ -5,7 +5,6 @@
 #include <filesystem>
 
 namespace conduit {
-
 namespace {
 
 /// Characters by the number of their bytes.

@@ -15,7 +15,6 @@
 #include "platform/ProcessResources.h"
 
 namespace conduit {
-
 namespace {
 
 /// In the child: becomes the program, or returns. Only what may follow fork is
@@ -115,8 +114,9 @@ ChildOutcome RunChild(const std::filesystem::path& program,
   }
   if (WIFSIGNALED(status)) {
     const char* name = sigabbrev_np(WTERMSIG(status));
-    return {ChildOutcome::End::Crashed, 0,
-            name ? std::string("SIG") + name : "signal " + std::to_string(WTERMSIG(status))};
+    return {
+        ChildOutcome::End::Crashed, 0,
+        name != nullptr ? std::string("SIG") + name : "signal " + std::to_string(WTERMSIG(status))};
   }
   return {ChildOutcome::End::Exited, WEXITSTATUS(status), ""};
 }

@@ -9,7 +9,6 @@
 #include "platform/Interrupt.h"
 
 namespace conduit {
-
 namespace {
 
 struct CrashName {

@@ -5,7 +5,6 @@
 #include "platform/Digest.h"
 
 namespace conduit {
-
 namespace {
 
 const unsigned char* Bytes(std::string_view data) {

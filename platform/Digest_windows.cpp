@@ -8,7 +8,6 @@
 #include "platform/Digest.h"
 
 namespace conduit {
-
 namespace {
 
 const BYTE* Bytes(std::string_view data) { return reinterpret_cast<const BYTE*>(data.data()); }

@@ -13,7 +13,6 @@
 #include "platform/ExportedNames.h"
 
 namespace conduit {
-
 namespace {
 
 /// A record of the file, copied out: it may stand at any address.

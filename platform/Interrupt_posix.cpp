@@ -4,7 +4,6 @@
 #include "platform/Interrupt.h"
 
 namespace conduit {
-
 namespace {
 
 std::atomic<int> caughtSignal = 0;

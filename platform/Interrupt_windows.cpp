@@ -5,7 +5,6 @@
 #include "platform/Interrupt.h"
 
 namespace conduit {
-
 namespace {
 
 std::atomic<bool> interrupted = false;

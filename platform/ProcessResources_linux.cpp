@@ -8,7 +8,6 @@
 #include "platform/ProcessResources.h"
 
 namespace conduit {
-
 namespace {
 
 std::size_t Entries(const char* folder) {

@@ -15,7 +15,9 @@ std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*ar
   int count = 0;
   wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;
-  for (int i = 1; i < count; ++i) arguments.push_back(Utf8FromPath(wide[i]));
+  for (int i = 1; i < count; ++i) {
+    arguments.push_back(Utf8FromPath(wide[i]));
+  }
   LocalFree(wide);
   return arguments;
 }

@@ -9,7 +9,7 @@ namespace conduit {
 
 SharedLibrary::SharedLibrary(const std::filesystem::path& file)
     : handle(dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL)) {
-  if (handle) {
+  if (handle != nullptr) {
     return;
   }
   // The loader mostly begins with the file, which the caller names as well.

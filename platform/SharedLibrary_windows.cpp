@@ -7,7 +7,6 @@
 #include "platform/SharedLibrary.h"
 
 namespace conduit {
-
 namespace {
 
 /// MinGW's std::system_category knows few of the system's codes.

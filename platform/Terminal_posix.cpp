@@ -9,7 +9,7 @@ namespace conduit {
 
 bool PrepareTerminal() {
   const char* terminal = std::getenv("TERM");
-  return isatty(STDOUT_FILENO) != 0 && terminal && std::string_view(terminal) != "dumb";
+  return isatty(STDOUT_FILENO) != 0 && terminal != nullptr && std::string_view(terminal) != "dumb";
 }
 
 bool TroubleShowsBesideOutput() { return isatty(STDOUT_FILENO) != 0 && isatty(STDERR_FILENO) != 0; }

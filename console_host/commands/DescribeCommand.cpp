@@ -20,7 +20,6 @@
 #include "platform/Terminal.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr const char* Examples = R"(

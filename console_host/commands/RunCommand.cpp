@@ -38,7 +38,6 @@
 #include "platform/Terminal.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr std::chrono::seconds ProgressAfter(3);
@@ -273,7 +272,7 @@ std::vector<std::unique_ptr<RunListener>> OpenFiles(const RunOptions& options) {
 /// Whether an environment variable holds anything.
 bool IsSet(const char* variable) {
   const char* const value = std::getenv(variable);
-  return value && *value != '\0';
+  return value != nullptr && *value != '\0';
 }
 
 int Run(const RunOptions& options) {

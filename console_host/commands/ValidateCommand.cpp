@@ -29,7 +29,6 @@
 #include "platform/Terminal.h"
 
 namespace conduit {
-
 namespace {
 
 using Status = Verdict::Status;
@@ -111,7 +110,7 @@ int RunCheckHere(const ValidateOptions& options) {
         options.manyDocuments.empty() ? session : PathFromUtf8(options.manyDocuments);
     // Half of the time limit, to have an answer before it is up.
     const std::chrono::milliseconds patience(options.timeout * 500);
-    if (check) {
+    if (check != nullptr) {
       check->run({library, module, session, session.parent_path() / "no such session.json",
                   manyDocuments, options.builtIn, patience});
     }

@@ -3,7 +3,6 @@
 #include "hosting/Utf8.h"
 
 namespace conduit {
-
 namespace {
 
 struct Entity {

@@ -10,7 +10,6 @@
 #include "platform/FilePath.h"
 
 namespace conduit {
-
 namespace {
 
 /// The policy lets nothing run and nothing be fetched, should a text ever get

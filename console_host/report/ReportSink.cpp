@@ -13,7 +13,6 @@
 #include "platform/Digest.h"
 
 namespace conduit {
-
 namespace {
 
 constexpr const char* Continued = ", continued";
