@@ -111,8 +111,7 @@ std::string RatioTable(const std::vector<Workload>& workloads, const TimingColle
   for (std::size_t row = 0; row < workloads.size(); ++row) {
     const Workload& workload = workloads[row];
     const Ratios ratios = RatiosOf(workload, collector);
-    for (std::size_t column = 0; column < ImplementationCount; ++column) {
-      const Implementation& implementation = Implementations[column];
+    for (const Implementation& implementation : Implementations) {
       const auto& alone = collector.timings.at(TimingName(workload, implementation, 1));
       const auto both = collector.timings.find(TimingName(workload, implementation, 2));
       if (both != collector.timings.end()) {

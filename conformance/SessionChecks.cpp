@@ -262,7 +262,7 @@ void CheckCalls(const CheckContext& context) {
 void CheckSessionMemory(const CheckContext& context) {
   constexpr int warmUp = 2;
   constexpr int rounds = 4;
-  constexpr std::size_t tolerance = rounds * 32768;
+  constexpr std::size_t tolerance = std::size_t{rounds} * 32768;
   SessionWitness logger;
   const LoadedModule module(context.library, &logger);
   int documents = 0;

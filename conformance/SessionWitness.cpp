@@ -55,7 +55,7 @@ std::string LengthFault(ItemType type, std::int32_t length, const void* data, bo
     if (actual != std::string_view::npos) {
       return LengthIs(length) + " but " + std::to_string(actual) + " bytes up to its NUL";
     }
-    return IsReadable(bytes.data(), size + 1) && bytes.data()[size] == '\0'
+    return IsReadable(bytes.data(), size + 1) && static_cast<const char*>(data)[size] == '\0'
                ? ""
                : LengthIs(length) + ", which is not where its NUL is";
   }

@@ -174,10 +174,10 @@ void JsonSink::OnPagesCounted(const PagesCounted& pages) {
   Write(output, object);
 }
 
-void JsonSink::OnRunEnded(const RunEnded& run) {
-  Json object{{"kind", "stop"}, {"reason", EndReasons[static_cast<std::size_t>(run.reason)]}};
-  if (!run.message.empty()) {
-    AddText(object, "message", run.message);
+void JsonSink::OnRunEnded(const RunEnded& end) {
+  Json object{{"kind", "stop"}, {"reason", EndReasons[static_cast<std::size_t>(end.reason)]}};
+  if (!end.message.empty()) {
+    AddText(object, "message", end.message);
   }
   Write(output, object);
 }

@@ -32,7 +32,7 @@ class TableSink final : public RunListener {
   /// As CSV after RFC 4180, in UTF-8 and with a head, or as JSON Lines, by the file's
   /// name; see IsTableName. Throws a std::runtime_error that names the file and the
   /// reason when it cannot be written.
-  explicit TableSink(const std::filesystem::path& file);
+  explicit TableSink(const std::filesystem::path& path);
 
   // They throw a std::runtime_error when the table cannot be written.
   void OnReaderLine(const ReaderLine& line) override;

@@ -33,7 +33,7 @@ class ReportSink final : public RunListener {
   explicit ReportSink(const std::filesystem::path& path, const ReportLimits& limits = {});
 
   // They throw a std::runtime_error when the page cannot be written.
-  void OnRunBegan(const RunBegan& run) override;
+  void OnRunBegan(const RunBegan& began) override;
   void OnCallReturned(const CallReturned& call) override;
   void OnWarning(const Warned& warning) override;
   void OnLogLine(const LogLine& line) override;
