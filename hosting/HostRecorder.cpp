@@ -83,8 +83,8 @@ void HostRecorder::Count(const PagesCounted& pages) {
 
 void HostRecorder::PassTime() {
   const std::lock_guard lock(mutex);
-  TellReaderLines();
   TellHeld();
+  TellReaderLines();
   TellAll([](RunListener& listener) { listener.OnTimePassed(); });
 }
 
@@ -146,14 +146,14 @@ void HostRecorder::Tell(void (RunListener::*operation)(const Happening&),
 template <typename Happening>
 void HostRecorder::TellNext(void (RunListener::*operation)(const Happening&),
                             const Happening& happening) {
-  TellReaderLines();
   TellHeld();
+  TellReaderLines();
   Tell(operation, happening);
 }
 
 void HostRecorder::TellNext(void (RunListener::*operation)()) {
-  TellReaderLines();
   TellHeld();
+  TellReaderLines();
   TellAll([](RunListener& listener) { listener.OnAnything(); });
   TellAll([&](RunListener& listener) { (listener.*operation)(); });
 }
@@ -169,6 +169,11 @@ void HostRecorder::TellReaderLines() {
 void HostRecorder::Hold(Said said) {
   if (held.size() == MostHeld) {
     TellHeld();
+  }
+  // What the reader library has logged by now comes before, and what it logs from here
+  // on comes behind.
+  if (held.empty()) {
+    TellReaderLines();
   }
   held.push_back(std::move(said));
 }
@@ -207,7 +212,6 @@ std::vector<std::string> HostRecorder::MarkReasons() {
 void HostRecorder::Log(std::int32_t level, const char* tag, const char* message) {
   LogLine line = {level, CopyText(tag), CopyText(message), SaidAgain::Nowhere};
   const std::lock_guard lock(mutex);
-  TellReaderLines();
   Hold(std::move(line));
 }
 
@@ -249,7 +253,6 @@ std::int32_t HostRecorder::SetActiveScript(const char* name) {
 void HostRecorder::ReportState(const char* text) {
   StateReported state = {CopyText(text), false};
   const std::lock_guard lock(mutex);
-  TellReaderLines();
   if (!callUnderWay) {
     TellNext(&RunListener::OnState, state);
     return;
@@ -266,7 +269,6 @@ void HostRecorder::ReportError(const char* text) {
   const std::lock_guard lock(mutex);
   error.routine = error.text.empty() && !errorStands;
   errorStands = !error.text.empty();
-  TellReaderLines();
   if (errorStands) {
     for (Said& one : held) {
       if (auto* const line = std::get_if<LogLine>(&one);
