@@ -18,7 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       conduit::FormatDate(format.c_str(), day, month, year, ahead);
   conduit::Require(static_cast<std::size_t>(text.length) == std::strlen(text.buffer),
                    "a text is as long as it says");
-  const conduit::RawDateText raw = conduit::RawDate({day, month, year});
-  conduit::Require(std::strlen(raw.text) >= 8, "every part has two digits");
+  conduit::TextBuilder raw;
+  conduit::AppendRawDate(raw, {day, month, year});
+  conduit::Require(std::strlen(raw.Text()) >= 8, "every part has two digits");
   return 0;
 }
