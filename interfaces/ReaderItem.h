@@ -23,8 +23,14 @@ struct ReaderItem {
   ReaderItemKind kind;
 };
 
-/// All that a module acts on; any other type is only logged.
+/// All that a module acts on; any other type is only logged. What comes with every
+/// document stands first.
 inline constexpr ReaderItem ReaderItems[] = {
+    {ReaderDataType::CodelineRecord, "", ReaderItemKind::Record},
+    {ReaderDataType::ChipCodelineRecord, "", ReaderItemKind::Record},
+    {ReaderDataType::SwipeRecord, "", ReaderItemKind::Record},
+    {ReaderDataType::AamvaSwipeRecord, "", ReaderItemKind::Record},
+    {ReaderDataType::AamvaBarcodeRecord, "", ReaderItemKind::Record},
     {ReaderDataType::Codeline, "CODELINE", ReaderItemKind::Text},
     {ReaderDataType::ImageIr, "IMAGEIR", ReaderItemKind::Image},
     {ReaderDataType::ImageVis, "IMAGEVIS", ReaderItemKind::Image},
@@ -47,11 +53,6 @@ inline constexpr ReaderItem ReaderItems[] = {
     {ReaderDataType::BarcodeAztec, "BARCODE_AZTECCODE", ReaderItemKind::Barcode},
     {ReaderDataType::BarcodeQr, "BARCODE_QRCODE", ReaderItemKind::Barcode},
     {ReaderDataType::BarcodeDataMatrix, "BARCODE_DATAMATRIX", ReaderItemKind::Barcode},
-    {ReaderDataType::CodelineRecord, "", ReaderItemKind::Record},
-    {ReaderDataType::ChipCodelineRecord, "", ReaderItemKind::Record},
-    {ReaderDataType::SwipeRecord, "", ReaderItemKind::Record},
-    {ReaderDataType::AamvaSwipeRecord, "", ReaderItemKind::Record},
-    {ReaderDataType::AamvaBarcodeRecord, "", ReaderItemKind::Record},
 };
 
 /// The row of a type, or null.
