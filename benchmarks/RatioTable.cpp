@@ -11,12 +11,12 @@
 namespace conduit {
 namespace {
 
-/// What one repetition in five undercuts: a machine that is shared adds to a time, now and
+/// What one repetition in ten undercuts: a machine that is shared adds to a time, now and
 /// then much, and takes nothing from it.
 double Quiet(std::vector<double> values) {
-  const auto fifth = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 5);
-  std::nth_element(values.begin(), fifth, values.end());
-  return *fifth;
+  const auto tenth = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 10);
+  std::nth_element(values.begin(), tenth, values.end());
+  return *tenth;
 }
 
 std::string Fixed(double value, int digits) {
