@@ -3,7 +3,8 @@
 namespace conduit {
 
 // The destructors of a library that is unloaded wait for its threads.
-LibraryHold::LibraryHold(const void* /*address*/) {}
-LibraryHold::~LibraryHold() = default;
+LibraryHold HoldLibrary(const void* /*address*/) {
+  return nullptr;
+}
 
 }  // namespace conduit

@@ -4,19 +4,14 @@
 
 namespace conduit {
 
-LibraryHold::LibraryHold(const void* address) {
-  HMODULE module = nullptr;
-  if (address != nullptr &&
+LibraryHold HoldLibrary(const void* address) {
+  HMODULE library = nullptr;
+  if (address == nullptr ||
       GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                         static_cast<const wchar_t*>(address), &module) != 0) {
-    library = module;
+                         static_cast<const wchar_t*>(address), &library) == 0) {
+    return nullptr;
   }
-}
-
-LibraryHold::~LibraryHold() {
-  if (library != nullptr) {
-    FreeLibrary(static_cast<HMODULE>(library));
-  }
+  return LibraryHold(library, [](void* held) { FreeLibrary(static_cast<HMODULE>(held)); });
 }
 
 }  // namespace conduit

@@ -45,8 +45,8 @@ std::string ItemLine(ReaderDataType type, std::size_t size) {
 Playback::Playback(std::unique_ptr<StepSource> steps, Step opening,
                    const ReaderCallbacks& callbacks, std::atomic<ReaderState>* state,
                    ReaderLog* log)
-    : ownCode(reinterpret_cast<const void*>(&Playback::OfThisThread)),
-      calledCode(reinterpret_cast<const void*>(callbacks.event)),
+    : ownCode(HoldLibrary(reinterpret_cast<const void*>(&Playback::OfThisThread))),
+      calledCode(HoldLibrary(reinterpret_cast<const void*>(callbacks.event))),
       steps(std::move(steps), std::max(std::thread::hardware_concurrency(), 1U)),
       opening(std::move(opening)),
       callbacks(callbacks),
