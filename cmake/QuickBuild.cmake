@@ -6,9 +6,11 @@ macro(conduit_build_quickly)
   endif()
 endmacro()
 
-# For what a module does when it is loaded and configured: what more code would win
-# there it loses while it is loaded.
-add_library(conduit_configuration_code INTERFACE)
-if(NOT MSVC AND CMAKE_BUILD_TYPE STREQUAL "Release")
-  target_compile_options(conduit_configuration_code INTERFACE -O2)
+# The module is optimised as a whole: a delivery runs through all of its folders, and
+# hosts load and unload what comes of it. The objects have code of their own as well, for
+# the tests that link them.
+add_library(conduit_whole_module INTERFACE)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT WIN32)
+  target_compile_options(conduit_whole_module INTERFACE -flto=auto -ffat-lto-objects)
+  target_link_options(conduit_whole_module INTERFACE -flto=auto)
 endif()
