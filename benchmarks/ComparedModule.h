@@ -1,7 +1,7 @@
 #pragma once
 
-#include "interfaces/HaldenReaderHighLevelAPI.h"
-#include "interfaces/ModuleEntry.h"
+#include <conduit/HaldenReaderHighLevelAPI.h>
+#include <conduit/ModuleEntry.h>
 
 namespace conduit {
 

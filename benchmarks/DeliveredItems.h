@@ -2,9 +2,9 @@
 
 #include <cstddef>
 
-#include "interfaces/ItemName.h"
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderCodelineData.h"
+#include <conduit/ItemName.h>
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderCodelineData.h>
 
 namespace conduit {
 

@@ -9,12 +9,12 @@
 
 #include "benchmarks/ComparedModule.h"
 #include "benchmarks/DeliveredItems.h"
-#include "interfaces/ParameterName.h"
-#include "interfaces/Reaction.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderItem.h"
-#include "interfaces/ReaderState.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/ParameterName.h>
+#include <conduit/Reaction.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderItem.h>
+#include <conduit/ReaderState.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

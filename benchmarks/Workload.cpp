@@ -5,11 +5,11 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderCodelineData.h"
 #include "tests/support/Journal.h"
 #include "tests/support/ScriptedReader.h"
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderCodelineData.h>
 
 namespace conduit {
 namespace {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "hosting/LoadedModule.h"
-#include "interfaces/HaldenReaderHighLevelAPI.h"
+#include <conduit/HaldenReaderHighLevelAPI.h>
 
 namespace conduit {
 

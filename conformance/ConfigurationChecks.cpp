@@ -9,8 +9,8 @@
 #include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
-#include "interfaces/Reaction.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/Reaction.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

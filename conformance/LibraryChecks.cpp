@@ -7,11 +7,11 @@
 #include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
-#include "interfaces/Reaction.h"
-#include "interfaces/ResultCode.h"
 #include "platform/ExportedNames.h"
 #include "platform/MemoryInUse.h"
 #include "platform/ProcessResources.h"
+#include <conduit/Reaction.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "conformance/Verdict.h"
-#include "interfaces/Reaction.h"
+#include <conduit/Reaction.h>
 
 namespace conduit {
 

@@ -11,10 +11,10 @@
 #include "conformance/ModuleLists.h"
 #include "conformance/SessionWitness.h"
 #include "conformance/Verdict.h"
-#include "interfaces/Reaction.h"
-#include "interfaces/ReaderEventCode.h"
-#include "interfaces/ResultCode.h"
 #include "platform/MemoryInUse.h"
+#include <conduit/Reaction.h>
+#include <conduit/ReaderEventCode.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

@@ -7,12 +7,12 @@
 
 #include "hosting/DataFormat.h"
 #include "hosting/EventNames.h"
-#include "interfaces/ItemName.h"
-#include "interfaces/MessageLevel.h"
-#include "interfaces/ReaderItem.h"
 #include "platform/Process.h"
 #include "platform/ProcessResources.h"
 #include "platform/SessionLocation.h"
+#include <conduit/ItemName.h>
+#include <conduit/MessageLevel.h>
+#include <conduit/ReaderItem.h>
 
 namespace conduit {
 namespace {

@@ -14,8 +14,8 @@
 
 #include "hosting/EndOfSession.h"
 #include "hosting/LoadedModule.h"
-#include "interfaces/IInputModuleHost.h"
-#include "interfaces/IModuleLogger.h"
+#include <conduit/IInputModuleHost.h>
+#include <conduit/IModuleLogger.h>
 
 namespace conduit {
 

@@ -1,6 +1,6 @@
 #include "console_host/DocumentSummary.h"
 
-#include "interfaces/ItemName.h"
+#include <conduit/ItemName.h>
 
 namespace conduit {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "hosting/DataFormat.h"
 #include "hosting/Utf8.h"
-#include "interfaces/ResultCode.h"
 #include "platform/Digest.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

@@ -9,9 +9,9 @@
 #include "hosting/DataFormat.h"
 #include "hosting/EventNames.h"
 #include "hosting/Utf8.h"
-#include "interfaces/ItemName.h"
-#include "interfaces/ReaderItem.h"
 #include "platform/FilePath.h"
+#include <conduit/ItemName.h>
+#include <conduit/ReaderItem.h>
 
 namespace conduit {
 namespace {

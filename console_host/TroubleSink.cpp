@@ -1,8 +1,8 @@
 #include "console_host/TroubleSink.h"
 
 #include "hosting/Utf8.h"
-#include "interfaces/MessageLevel.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/MessageLevel.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

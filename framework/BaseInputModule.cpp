@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "framework/SetActiveScriptAction.h"
-#include "interfaces/Reaction.h"
-#include "interfaces/ResultCode.h"
 #include "runtime/Log.h"
+#include <conduit/Reaction.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

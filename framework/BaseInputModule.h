@@ -5,12 +5,12 @@
 
 #include "framework/Action.h"
 #include "framework/UnaryCondition.h"
-#include "interfaces/IInputModule.h"
-#include "interfaces/IInputModuleHost.h"
-#include "interfaces/IModuleLogger.h"
 #include "parameters/ParameterMap.h"
 #include "runtime/BaseString.h"
 #include "runtime/PtrList.h"
+#include <conduit/IInputModule.h>
+#include <conduit/IInputModuleHost.h>
+#include <conduit/IModuleLogger.h>
 
 namespace conduit {
 

@@ -1,6 +1,6 @@
 #include "framework/Condition.h"
 
-#include "interfaces/ResultCode.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -1,8 +1,8 @@
 #include "framework/SetActiveScriptAction.h"
 
 #include "framework/BaseInputModule.h"
-#include "interfaces/Reaction.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/Reaction.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

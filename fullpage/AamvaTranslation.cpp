@@ -1,9 +1,9 @@
 #include "fullpage/DateFormat.h"
 #include "fullpage/FullPageInputModule.h"
 #include "fullpage/RecordText.h"
-#include "interfaces/ItemName.h"
 #include "runtime/EntryAt.h"
 #include "runtime/TextBuilder.h"
+#include <conduit/ItemName.h>
 
 namespace conduit {
 namespace {

@@ -5,8 +5,8 @@
 #include "fullpage/DateFormat.h"
 #include "fullpage/FullPageInputModule.h"
 #include "fullpage/RecordText.h"
-#include "interfaces/ItemName.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/ItemName.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

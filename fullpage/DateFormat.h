@@ -2,10 +2,10 @@
 
 #include <cstdint>
 
-#include "interfaces/ReaderDate.h"
 #include "platform/TimeFormat.h"
 #include "runtime/BaseString.h"
 #include "runtime/TextBuilder.h"
+#include <conduit/ReaderDate.h>
 
 namespace conduit {
 

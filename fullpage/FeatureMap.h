@@ -4,11 +4,11 @@
 #include <cstring>
 #include <optional>
 
-#include "interfaces/IStringMap.h"
-#include "interfaces/ItemName.h"
 #include "parameters/StringMap.h"
 #include "runtime/Text.h"
 #include "runtime/TextBuilder.h"
+#include <conduit/IStringMap.h>
+#include <conduit/ItemName.h>
 
 namespace conduit {
 

@@ -1,9 +1,9 @@
 #include "fullpage/FullPageInputModule.h"
 
 #include "fullpage/DateFormat.h"
-#include "interfaces/ResultCode.h"
 #include "runtime/Log.h"
 #include "runtime/Text.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -4,14 +4,14 @@
 #include <string_view>
 
 #include "framework/BaseInputModule.h"
-#include "interfaces/HaldenReaderHighLevelAPI.h"
-#include "interfaces/ParameterName.h"
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderCodelineData.h"
-#include "interfaces/ReaderSwipeData.h"
 #include "runtime/BaseString.h"
 #include "runtime/TextBuilder.h"
+#include <conduit/HaldenReaderHighLevelAPI.h>
+#include <conduit/ParameterName.h>
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderCodelineData.h>
+#include <conduit/ReaderSwipeData.h>
 
 namespace conduit {
 

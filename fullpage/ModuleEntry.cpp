@@ -1,7 +1,6 @@
-#include "interfaces/ModuleEntry.h"
-
 #include "fullpage/FullPageInputModule.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/ModuleEntry.h>
+#include <conduit/ResultCode.h>
 
 std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputModule** module) {
   if (module == nullptr) {

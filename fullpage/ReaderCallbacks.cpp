@@ -1,8 +1,8 @@
 #include "fullpage/FeatureMap.h"
 #include "fullpage/FullPageInputModule.h"
 #include "fullpage/ReaderNames.h"
-#include "interfaces/ReaderItem.h"
 #include "runtime/Log.h"
+#include <conduit/ReaderItem.h>
 
 namespace conduit {
 namespace {

@@ -1,7 +1,7 @@
 #include "fullpage/ReaderNames.h"
 
-#include "interfaces/ReaderItem.h"
 #include "runtime/EntryAt.h"
+#include <conduit/ReaderItem.h>
 
 namespace conduit {
 

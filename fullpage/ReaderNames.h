@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "interfaces/ItemType.h"
-#include "interfaces/ReaderEventCode.h"
-#include "interfaces/ReaderState.h"
+#include <conduit/ItemType.h>
+#include <conduit/ReaderEventCode.h>
+#include <conduit/ReaderState.h>
 
 namespace conduit {
 

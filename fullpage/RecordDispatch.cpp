@@ -1,7 +1,7 @@
 #include "fullpage/FullPageInputModule.h"
 #include "fullpage/RecordText.h"
-#include "interfaces/ItemName.h"
 #include "runtime/Text.h"
+#include <conduit/ItemName.h>
 
 namespace conduit {
 namespace {

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "fuzzing/Require.h"
-#include "interfaces/IInputModuleHost.h"
-#include "interfaces/IModuleLogger.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/IInputModuleHost.h>
+#include <conduit/IModuleLogger.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "interfaces/ItemType.h"
+#include <conduit/ItemType.h>
 
 namespace conduit {
 

@@ -3,7 +3,7 @@
 #include <cstddef>
 
 #include "hosting/EventNames.h"
-#include "interfaces/ReaderState.h"
+#include <conduit/ReaderState.h>
 
 namespace conduit {
 

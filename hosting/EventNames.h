@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "interfaces/ReaderEventCode.h"
+#include <conduit/ReaderEventCode.h>
 
 namespace conduit {
 

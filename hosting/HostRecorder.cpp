@@ -4,9 +4,9 @@
 #include <exception>
 #include <utility>
 
-#include "interfaces/ItemName.h"
-#include "interfaces/MessageLevel.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/ItemName.h>
+#include <conduit/MessageLevel.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

@@ -13,8 +13,8 @@
 
 #include "hosting/ReaderLogFile.h"
 #include "hosting/RunListener.h"
-#include "interfaces/IInputModuleHost.h"
-#include "interfaces/IModuleLogger.h"
+#include <conduit/IInputModuleHost.h>
+#include <conduit/IModuleLogger.h>
 
 namespace conduit {
 

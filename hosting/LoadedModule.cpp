@@ -1,6 +1,6 @@
 #include "hosting/LoadedModule.h"
 
-#include "interfaces/ResultCode.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "interfaces/ModuleEntry.h"
 #include "platform/SharedLibrary.h"
+#include <conduit/ModuleEntry.h>
 
 namespace conduit {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "interfaces/ItemType.h"
+#include <conduit/ItemType.h>
 
 namespace conduit {
 

@@ -3,9 +3,9 @@
 #include <concepts>
 #include <cstdint>
 
-#include "interfaces/ResultCode.h"
 #include "parameters/Parameter.h"
 #include "runtime/Log.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

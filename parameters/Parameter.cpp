@@ -1,6 +1,6 @@
 #include "parameters/Parameter.h"
 
-#include "interfaces/ResultCode.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "interfaces/IModuleLogger.h"
 #include "runtime/BaseString.h"
+#include <conduit/IModuleLogger.h>
 
 namespace conduit {
 

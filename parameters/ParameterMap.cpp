@@ -3,10 +3,10 @@
 #include <iterator>
 #include <utility>
 
-#include "interfaces/ParameterName.h"
-#include "interfaces/ResultCode.h"
 #include "runtime/Log.h"
 #include "runtime/Text.h"
+#include <conduit/ParameterName.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

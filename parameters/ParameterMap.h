@@ -4,11 +4,11 @@
 #include <memory>
 #include <vector>
 
-#include "interfaces/IModuleLogger.h"
 #include "parameters/IntParameter.h"
 #include "parameters/PtrTable.h"
 #include "parameters/StringParameter.h"
 #include "runtime/BaseString.h"
+#include <conduit/IModuleLogger.h>
 
 namespace conduit {
 

@@ -4,8 +4,8 @@
 #include <functional>
 #include <map>
 
-#include "interfaces/IStringMap.h"
 #include "runtime/BaseString.h"
+#include <conduit/IStringMap.h>
 
 namespace conduit {
 

@@ -2,10 +2,10 @@
 
 #include <cstring>
 
-#include "interfaces/ResultCode.h"
 #include "platform/LocalTime.h"
 #include "platform/TimeFormat.h"
 #include "runtime/Log.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "interfaces/Compiler.h"
+#include <conduit/Compiler.h>
 
 namespace conduit {
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "interfaces/Compiler.h"
-#include "interfaces/IModuleLogger.h"
-#include "interfaces/MessageLevel.h"
 #include "runtime/TextBuilder.h"
+#include <conduit/Compiler.h>
+#include <conduit/IModuleLogger.h>
+#include <conduit/MessageLevel.h>
 
 namespace conduit {
 

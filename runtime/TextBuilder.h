@@ -9,9 +9,9 @@
 #include <memory>
 #include <string_view>
 
-#include "interfaces/Compiler.h"
 #include "runtime/BaseString.h"
 #include "runtime/Text.h"
+#include <conduit/Compiler.h>
 
 namespace conduit {
 

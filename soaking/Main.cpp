@@ -4,14 +4,14 @@
 #include <memory>
 
 #include "hosting/LoadedModule.h"
-#include "interfaces/ItemName.h"
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderCodelineData.h"
-#include "interfaces/ReaderSwipeData.h"
 #include "soaking/SoakHost.h"
 #include "tests/support/AllocationCount.h"
 #include "tests/support/ScriptedReader.h"
+#include <conduit/ItemName.h>
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderCodelineData.h>
+#include <conduit/ReaderSwipeData.h>
 
 namespace conduit {
 namespace {

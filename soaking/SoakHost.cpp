@@ -2,8 +2,8 @@
 
 #include <cstring>
 
-#include "interfaces/ItemName.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/ItemName.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

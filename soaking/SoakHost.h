@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "interfaces/IInputModuleHost.h"
+#include <conduit/IInputModuleHost.h>
 
 namespace conduit {
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "interfaces/ReaderItem.h"
+#include <conduit/ReaderItem.h>
 
 namespace conduit {
 

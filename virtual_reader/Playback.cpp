@@ -5,8 +5,8 @@
 #include <string>
 #include <utility>
 
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderItem.h"
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderItem.h>
 
 namespace conduit {
 namespace {

@@ -6,11 +6,11 @@
 #include <mutex>
 #include <thread>
 
-#include "interfaces/HaldenReaderHighLevelAPI.h"
 #include "platform/LibraryHold.h"
 #include "virtual_reader/LookAhead.h"
 #include "virtual_reader/ReaderLog.h"
 #include "virtual_reader/session/Session.h"
+#include <conduit/HaldenReaderHighLevelAPI.h>
 
 namespace conduit {
 

@@ -2,8 +2,8 @@
 #include <memory>
 #include <new>
 
-#include "interfaces/HaldenReaderHighLevelAPI.h"
 #include "virtual_reader/VirtualReader.h"
+#include <conduit/HaldenReaderHighLevelAPI.h>
 
 namespace conduit {
 namespace {

@@ -14,10 +14,10 @@
 #include "hosting/HostRecorder.h"
 #include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
-#include "interfaces/Reaction.h"
-#include "interfaces/ResultCode.h"
 #include "platform/FilePath.h"
 #include "platform/Terminal.h"
+#include <conduit/Reaction.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

@@ -26,16 +26,16 @@
 #include "hosting/HostRecorder.h"
 #include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
-#include "interfaces/ItemName.h"
-#include "interfaces/ParameterName.h"
-#include "interfaces/Reaction.h"
-#include "interfaces/ReaderEventCode.h"
-#include "interfaces/ResultCode.h"
 #include "platform/FilePath.h"
 #include "platform/Interrupt.h"
 #include "platform/Process.h"
 #include "platform/SessionLocation.h"
 #include "platform/Terminal.h"
+#include <conduit/ItemName.h>
+#include <conduit/ParameterName.h>
+#include <conduit/Reaction.h>
+#include <conduit/ReaderEventCode.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

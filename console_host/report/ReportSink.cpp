@@ -7,10 +7,10 @@
 #include "console_host/report/Html.h"
 #include "hosting/DataFormat.h"
 #include "hosting/EventNames.h"
-#include "interfaces/MessageLevel.h"
-#include "interfaces/ReaderItem.h"
-#include "interfaces/ResultCode.h"
 #include "platform/Digest.h"
+#include <conduit/MessageLevel.h>
+#include <conduit/ReaderItem.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {

@@ -4,8 +4,8 @@
 #include <semaphore>
 #include <string_view>
 
-#include "interfaces/ModuleEntry.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/ModuleEntry.h>
+#include <conduit/ResultCode.h>
 
 using namespace conduit;
 

@@ -3,7 +3,7 @@
 execute_process(
   COMMAND
     ${CLANG} --target=${TARGET} -std=c++20 -ffreestanding -nostdinc++ -isystem
-    ${CMAKE_CURRENT_LIST_DIR}/freestanding -I ${ROOT} -Wall -Wextra -Wpedantic -Wconversion -Werror
+    ${CMAKE_CURRENT_LIST_DIR}/freestanding -I ${ROOT}/interfaces -Wall -Wextra -Wpedantic -Wconversion -Werror
     -S -emit-llvm -o - -Xclang -fdump-vtable-layouts ${CMAKE_CURRENT_LIST_DIR}/Layouts.cpp
   OUTPUT_VARIABLE output
   ERROR_VARIABLE errors

@@ -1,13 +1,13 @@
 // Makes a compiler lay out the table of every interface, which a call through one
 // needs, so that it prints them. The offsets of the records are proven by their
 // headers, for whatever compiler takes them.
-#include "interfaces/HaldenReaderHighLevelAPI.h"
-#include "interfaces/ModuleEntry.h"
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderCodelineData.h"
-#include "interfaces/ReaderSwipeData.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/HaldenReaderHighLevelAPI.h>
+#include <conduit/ModuleEntry.h>
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderCodelineData.h>
+#include <conduit/ReaderSwipeData.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -7,8 +7,8 @@
 #include <thread>
 #include <vector>
 
-#include "interfaces/ModuleEntry.h"
-#include "interfaces/ResultCode.h"
+#include <conduit/ModuleEntry.h>
+#include <conduit/ResultCode.h>
 
 /// A module that plays the script in FAKE_MODULE_SCRIPT when it is started: one
 /// call of the host a line, on a thread of its own as a reader's would be.

@@ -1,8 +1,8 @@
 #include <cstring>
 #include <memory>
 
-#include "interfaces/ReaderAamvaData.h"
 #include "tests/support/ModuleTest.h"
+#include <conduit/ReaderAamvaData.h>
 
 namespace conduit {
 namespace {

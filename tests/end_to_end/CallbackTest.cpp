@@ -2,10 +2,10 @@
 #include <memory>
 #include <thread>
 
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderSwipeData.h"
 #include "tests/support/ModuleTest.h"
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderSwipeData.h>
 
 namespace conduit {
 namespace {

@@ -1,7 +1,7 @@
 #include <cstring>
 
-#include "interfaces/ReaderCodelineData.h"
 #include "tests/support/ModuleTest.h"
+#include <conduit/ReaderCodelineData.h>
 
 namespace conduit {
 namespace {

@@ -1,11 +1,11 @@
 #include <functional>
 #include <limits>
 
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderCodelineData.h"
-#include "interfaces/ReaderSwipeData.h"
 #include "tests/support/ModuleTest.h"
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderCodelineData.h>
+#include <conduit/ReaderSwipeData.h>
 
 namespace conduit {
 namespace {

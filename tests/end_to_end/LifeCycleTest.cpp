@@ -1,5 +1,5 @@
-#include "interfaces/ReaderSwipeData.h"
 #include "tests/support/ModuleTest.h"
+#include <conduit/ReaderSwipeData.h>
 
 namespace conduit {
 namespace {

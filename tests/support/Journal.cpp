@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <utility>
 
-#include "interfaces/ResultCode.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 

@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "interfaces/IInputModuleHost.h"
-#include "interfaces/IModuleLogger.h"
+#include <conduit/IInputModuleHost.h>
+#include <conduit/IModuleLogger.h>
 
 namespace conduit {
 

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "interfaces/HaldenReaderHighLevelAPI.h"
+#include <conduit/HaldenReaderHighLevelAPI.h>
 
 namespace conduit {
 

@@ -2,10 +2,10 @@
 
 #include <cstring>
 
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderItem.h"
 #include "tests/virtual_reader/ReaderSession.h"
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderItem.h>
 
 namespace conduit {
 namespace {

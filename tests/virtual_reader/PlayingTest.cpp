@@ -2,11 +2,11 @@
 
 #include <cstring>
 
-#include "interfaces/ReaderAamvaData.h"
-#include "interfaces/ReaderBarcodeData.h"
-#include "interfaces/ReaderCodelineData.h"
-#include "interfaces/ReaderSwipeData.h"
 #include "tests/virtual_reader/ReaderSession.h"
+#include <conduit/ReaderAamvaData.h>
+#include <conduit/ReaderBarcodeData.h>
+#include <conduit/ReaderCodelineData.h>
+#include <conduit/ReaderSwipeData.h>
 
 namespace conduit {
 namespace {

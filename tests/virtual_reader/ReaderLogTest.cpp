@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <sstream>
 
-#include "interfaces/ReaderCodelineData.h"
 #include "tests/virtual_reader/ReaderSession.h"
+#include <conduit/ReaderCodelineData.h>
 
 namespace conduit {
 namespace {

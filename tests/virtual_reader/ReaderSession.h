@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "interfaces/HaldenReaderHighLevelAPI.h"
 #include "platform/Process.h"
 #include "virtual_reader/ReaderResult.h"
+#include <conduit/HaldenReaderHighLevelAPI.h>
 
 namespace conduit {
 

@@ -30,14 +30,14 @@ def examples():
 
 def table(header, name):
     """The texts in a table of the interfaces."""
-    source = (ROOT / "interfaces" / header).read_text(encoding="utf-8")
+    source = (ROOT / "interfaces/conduit" / header).read_text(encoding="utf-8")
     rows = re.search(re.escape(name) + r"\[\] = \{(.*?)\};", source, re.DOTALL).group(1)
     return re.findall(r'"(\w[^"]*)"', rows)
 
 
 def items(kind):
     """The names of the reader's items of a kind."""
-    source = (ROOT / "interfaces/ReaderItem.h").read_text(encoding="utf-8")
+    source = (ROOT / "interfaces/conduit/ReaderItem.h").read_text(encoding="utf-8")
     return re.findall(r'"(\w+)",\s+ReaderItemKind::' + kind + "}", source)
 
 

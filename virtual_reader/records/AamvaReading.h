@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "interfaces/ReaderAamvaData.h"
+#include <conduit/ReaderAamvaData.h>
 
 namespace conduit {
 

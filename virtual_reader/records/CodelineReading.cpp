@@ -7,9 +7,9 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "interfaces/ItemName.h"
 #include "virtual_reader/records/CodelineFormat.h"
 #include "virtual_reader/records/RecordBytes.h"
+#include <conduit/ItemName.h>
 
 namespace conduit {
 namespace {

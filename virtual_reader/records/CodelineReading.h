@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "interfaces/ReaderCodelineData.h"
+#include <conduit/ReaderCodelineData.h>
 
 namespace conduit {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "interfaces/ReaderItem.h"
 #include "virtual_reader/images/PageImage.h"
+#include <conduit/ReaderItem.h>
 
 namespace conduit {
 

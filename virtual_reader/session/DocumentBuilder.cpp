@@ -5,12 +5,12 @@
 #include <limits>
 #include <stdexcept>
 
-#include "interfaces/ReaderBarcodeData.h"
 #include "platform/FilePath.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ItemsOfKind.h"
 #include "virtual_reader/records/AamvaReading.h"
 #include "virtual_reader/session/SessionCodeline.h"
+#include <conduit/ReaderBarcodeData.h>
 
 namespace conduit {
 namespace {

@@ -10,9 +10,9 @@
 #include <variant>
 #include <vector>
 
-#include "interfaces/ReaderDataType.h"
-#include "interfaces/ReaderEventCode.h"
-#include "interfaces/ReaderState.h"
+#include <conduit/ReaderDataType.h>
+#include <conduit/ReaderEventCode.h>
+#include <conduit/ReaderState.h>
 
 namespace conduit {
 

@@ -6,9 +6,9 @@
 #include <iterator>
 #include <limits>
 
-#include "interfaces/ReaderSwipeData.h"
 #include "virtual_reader/records/RecordBytes.h"
 #include "virtual_reader/session/DocumentBuilder.h"
+#include <conduit/ReaderSwipeData.h>
 
 namespace conduit {
 namespace {

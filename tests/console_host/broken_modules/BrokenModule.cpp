@@ -13,9 +13,9 @@
 #include <thread>
 #include <vector>
 
-#include "interfaces/ModuleEntry.h"
-#include "interfaces/ResultCode.h"
 #include "tests/console_host/broken_modules/Fault.h"
+#include <conduit/ModuleEntry.h>
+#include <conduit/ResultCode.h>
 
 /// A small module with a reader of its own that follows the interface, except
 /// for the one fault that it is linked with.

@@ -1,4 +1,4 @@
-#include "interfaces/Compiler.h"
+#include <conduit/Compiler.h>
 
 namespace conduit {
 
