@@ -1,6 +1,7 @@
 #pragma once
 
 #include <conduit/HaldenReaderHighLevelAPI.h>
+#include <conduit/Implements.h>
 #include <conduit/ModuleEntry.h>
 
 namespace conduit {
@@ -9,7 +10,7 @@ namespace conduit {
 /// common: the operations that no workload calls, and the way from the reader's
 /// callbacks into the object.
 template <class Implementation>
-class ComparedModule : public IInputModule {
+class ComparedModule : public Implements<IInputModule> {
  public:
   explicit ComparedModule(IModuleLogger* logger) : logger(logger) {}
   ComparedModule(const ComparedModule&) = delete;

@@ -11,6 +11,7 @@
 
 #include "benchmarks/ComparedModule.h"
 #include "benchmarks/DeliveredItems.h"
+#include <conduit/Implements.h>
 #include <conduit/ParameterName.h>
 #include <conduit/ReaderBarcodeData.h>
 #include <conduit/ReaderItem.h>
@@ -48,7 +49,7 @@ class StackText {
   char text[4096];
 };
 
-class OneProperty final : public IStringMap {
+class OneProperty final : public Implements<IStringMap> {
  public:
   explicit OneProperty(std::int32_t number) {
     *std::to_chars(value, value + sizeof value - 1, number).ptr = '\0';
@@ -319,6 +320,6 @@ std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputM
 }
 
 std::int32_t CIM_Destroy(conduit::IInputModule* module) {
-  delete module;
+  conduit::Destroy(module);
   return 0;
 }

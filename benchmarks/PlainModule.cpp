@@ -9,6 +9,7 @@
 
 #include "benchmarks/ComparedModule.h"
 #include "benchmarks/DeliveredItems.h"
+#include <conduit/Implements.h>
 #include <conduit/ParameterName.h>
 #include <conduit/Reaction.h>
 #include <conduit/ReaderBarcodeData.h>
@@ -19,7 +20,7 @@
 namespace conduit {
 namespace {
 
-class PlainProperties final : public IStringMap {
+class PlainProperties final : public Implements<IStringMap> {
  public:
   std::int32_t Count() override { return static_cast<std::int32_t>(entries.size()); }
   void Set(const char* key, const char* value) override { entries[key] = value; }
@@ -299,6 +300,6 @@ std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputM
 }
 
 std::int32_t CIM_Destroy(conduit::IInputModule* module) {
-  delete module;
+  conduit::Destroy(module);
   return 0;
 }

@@ -11,6 +11,7 @@
 #include <conduit/IInputModule.h>
 #include <conduit/IInputModuleHost.h>
 #include <conduit/IModuleLogger.h>
+#include <conduit/Implements.h>
 
 namespace conduit {
 
@@ -20,7 +21,7 @@ namespace conduit {
 /// A module derives from it, registers its parameters, drives its device in
 /// Initialise and Shutdown, and reports the device's events to ReceiveEvent. No
 /// operation takes a lock: see IInputModule for which calls must keep apart.
-class BaseInputModule : public IInputModule {
+class BaseInputModule : public Implements<IInputModule> {
  public:
   /// @param logger  borrowed for the module's life; null for no log
   explicit BaseInputModule(IModuleLogger* logger);

@@ -8,13 +8,14 @@
 #include "runtime/Text.h"
 #include "runtime/TextBuilder.h"
 #include <conduit/IStringMap.h>
+#include <conduit/Implements.h>
 #include <conduit/ItemName.h>
 
 namespace conduit {
 
 /// The properties of a barcode: a StringMap that holds its feature. It becomes one when
 /// a host changes it; most only read it, and for them nothing is allocated.
-class FeatureMap final : public IStringMap {
+class FeatureMap final : public Implements<IStringMap> {
  public:
   /// @param index  the barcode's 0-based position among those of the same read
   explicit FeatureMap(std::int32_t index) { feature << index; }

@@ -1,4 +1,5 @@
 #include "fullpage/FullPageInputModule.h"
+#include <conduit/Implements.h>
 #include <conduit/ModuleEntry.h>
 #include <conduit/ResultCode.h>
 
@@ -14,6 +15,6 @@ std::int32_t CIM_Destroy(conduit::IInputModule* module) {
   if (module == nullptr) {
     return conduit::ResultNullPointer;
   }
-  delete module;
+  conduit::Destroy(module);
   return conduit::ResultSuccess;
 }

@@ -6,11 +6,12 @@
 
 #include "runtime/BaseString.h"
 #include <conduit/IStringMap.h>
+#include <conduit/Implements.h>
 
 namespace conduit {
 
 /// The properties of one item, lent to the host with it. One thread at a time.
-class StringMap : public IStringMap {
+class StringMap : public Implements<IStringMap> {
  public:
   std::int32_t Count() override;
   void Set(const char* key, const char* value) override;

@@ -9,6 +9,15 @@
 ///                 argument, `this` counted.
 /// CONDUIT_APART   keeps a function out of those that call it: for what is seldom
 ///                 done, or needs much of the stack, in one that is often called.
+/// CONDUIT_DESTRUCTOR_SLOT
+///                 declares the destructor of an interface, in the one slot that its
+///                 table has for it on every system. Visual C++ gives a virtual
+///                 destructor one slot: an operation that takes flags (bit 0: also
+///                 free the memory) and returns the object. Other compilers give it
+///                 two, so that on Windows, where hosts are built with Visual C++,
+///                 they are told of that operation. A class that implements the
+///                 interface derives from Implements.h's `Implements`, which supplies
+///                 it; nothing else ever calls it.
 
 #if defined(_WIN32)
 #define CONDUIT_EXPORT __declspec(dllexport)
@@ -30,4 +39,18 @@
 #define CONDUIT_PRINTF(position, first) __attribute__((format(printf, position, first)))
 #else
 #define CONDUIT_PRINTF(position, first)
+#endif
+
+#if defined(_WIN32) && !defined(_MSC_VER)
+#define CONDUIT_DESTRUCTOR_IS_OPERATION
+#define CONDUIT_DESTRUCTOR_SLOT(Interface)         \
+  virtual void* DestroyObject(unsigned flags) = 0; \
+                                                   \
+ protected:                                        \
+  ~Interface() = default;                          \
+                                                   \
+ public:                                           \
+  static_assert(true)
+#else
+#define CONDUIT_DESTRUCTOR_SLOT(Interface) virtual ~Interface() = default
 #endif

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 
+#include "Compiler.h"
 #include "IInputModuleHost.h"
 #include "IModule.h"
 
@@ -16,6 +17,8 @@ namespace conduit {
 /// count as the empty text.
 class IInputModule : public IModule {
  public:
+  CONDUIT_DESTRUCTOR_SLOT(IInputModule);
+
   /// Says where to deliver. [host thread & reader stopped]
   ///
   /// REQUIRES: called before Initialise, with a host that outlives the reader's

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "Compiler.h"
+
 namespace conduit {
 
 /// What every module can do: be configured by named parameters and destroyed.
@@ -10,7 +12,7 @@ namespace conduit {
 /// lives in the heap of the library it came from.
 class IModule {
  public:
-  virtual ~IModule() = default;
+  CONDUIT_DESTRUCTOR_SLOT(IModule);
 
   /// Sets a parameter from text. [host thread & reader stopped]
   /// @param name   the parameter's name, case-sensitive

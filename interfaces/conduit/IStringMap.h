@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "Compiler.h"
+
 namespace conduit {
 
 /// Properties of an item: a small map from text to text.
@@ -12,7 +14,7 @@ namespace conduit {
 /// destroys it.
 class IStringMap {
  public:
-  virtual ~IStringMap() = default;
+  CONDUIT_DESTRUCTOR_SLOT(IStringMap);
 
   /// The number of entries.
   virtual std::int32_t Count() = 0;

@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include <conduit/Implements.h>
 #include <conduit/ModuleEntry.h>
 #include <conduit/ResultCode.h>
 
@@ -29,7 +30,7 @@ std::string Bytes(const std::string& hexadecimal) {
   return bytes;
 }
 
-class Properties : public IStringMap {
+class Properties : public Implements<IStringMap> {
  public:
   std::int32_t Count() override { return static_cast<std::int32_t>(entries.size()); }
   void Set(const char* key, const char* value) override { entries[key] = value; }
@@ -43,7 +44,7 @@ class Properties : public IStringMap {
   std::map<std::string, std::string> entries;
 };
 
-class FakeModule : public IInputModule {
+class FakeModule : public Implements<IInputModule> {
  public:
   explicit FakeModule(IModuleLogger* logger) : logger(logger) {
     logger->Log(3, "Fake::Fake", Environment("HALDEN_READER_SESSION"));
@@ -232,6 +233,6 @@ std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputM
 }
 
 std::int32_t CIM_Destroy(conduit::IInputModule* module) {
-  delete module;
+  conduit::Destroy(module);
   return conduit::ResultSuccess;
 }

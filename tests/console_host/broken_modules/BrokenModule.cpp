@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tests/console_host/broken_modules/Fault.h"
+#include <conduit/Implements.h>
 #include <conduit/ModuleEntry.h>
 #include <conduit/ResultCode.h>
 
@@ -26,7 +27,7 @@ namespace {
 bool Has(Fault fault) { return fault == TheFault; }
 
 /// The position of a barcode; nothing else is asked for.
-class Feature final : public IStringMap {
+class Feature final : public Implements<IStringMap> {
  public:
   explicit Feature(int position) : text(std::to_string(position)) {}
   std::int32_t Count() override { return 1; }
@@ -41,7 +42,7 @@ class Feature final : public IStringMap {
   std::string text;
 };
 
-class BrokenModule final : public IInputModule {
+class BrokenModule final : public Implements<IInputModule> {
  public:
   explicit BrokenModule(IModuleLogger* logger) : logger(logger) {}
   BrokenModule(const BrokenModule&) = delete;
@@ -352,6 +353,6 @@ std::int32_t CIM_Destroy(conduit::IInputModule* module) {
   if (!module && !conduit::Has(conduit::Fault::DestroysNull)) {
     return conduit::ResultNullPointer;
   }
-  delete module;
+  conduit::Destroy(module);
   return conduit::ResultSuccess;
 }
