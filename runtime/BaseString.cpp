@@ -161,7 +161,9 @@ template <class Char>
 typename BaseString<Char>::Owned BaseString<Char>::OwnedDecimal(std::int32_t number) {
   std::array<Char, 11> digits;  // a sign and ten digits
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-  return OwnedCopy(digits.data(), static_cast<std::size_t>(end.ptr - digits.data()));
+  // The narrow type shows the optimiser that there is no more to copy than there is.
+  const auto length = static_cast<unsigned char>(end.ptr - digits.data());
+  return OwnedCopy(digits.data(), length);
 }
 
 template <class Char>
