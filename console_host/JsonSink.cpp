@@ -10,6 +10,7 @@
 #include "hosting/Utf8.h"
 #include "platform/Digest.h"
 #include <conduit/ResultCode.h>
+#include <conduit/Version.h>
 
 namespace conduit {
 namespace {

@@ -11,6 +11,7 @@
 #include "console_host/commands/RunCommand.h"
 #include "console_host/commands/ValidateCommand.h"
 #include "platform/Process.h"
+#include <conduit/Version.h>
 
 namespace {
 

@@ -8,6 +8,7 @@
 #include "console_host/report/ReportStyle.h"
 #include "hosting/Utf8.h"
 #include "platform/FilePath.h"
+#include <conduit/Version.h>
 
 namespace conduit {
 namespace {

@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "RunConduit.h"
+#include <conduit/Version.h>
 
 using testing::AllOf;
 using testing::HasSubstr;
