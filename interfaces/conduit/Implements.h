@@ -33,10 +33,12 @@ class Implements : public Interface {
 };
 
 /// Destroys an object of the interface and frees its memory, in the library that it
-/// came from.
+/// came from. Does nothing to null, as delete.
 template <typename Interface>
 void Destroy(Interface* object) {
-  object->DestroyObject(1U);
+  if (object != nullptr) {
+    object->DestroyObject(1U);
+  }
 }
 
 #else
