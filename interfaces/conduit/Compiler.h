@@ -17,7 +17,8 @@
 ///                 two, so that on Windows, where hosts are built with Visual C++,
 ///                 they are told of that operation. A class that implements the
 ///                 interface derives from Implements.h's `Implements`, which supplies
-///                 it; nothing else ever calls it.
+///                 it where CONDUIT_DESTRUCTOR_IS_OPERATION is defined; nothing else
+///                 ever calls it.
 
 #if defined(_WIN32)
 #define CONDUIT_EXPORT __declspec(dllexport)

@@ -4,7 +4,7 @@
 file(READ ${EXPECTED} expected)
 string(FIND "${expected}" "# What was found" begin)
 string(FIND "${expected}" "# End of what was found" end)
-if(NOT SEARCHES_PAGES AND begin GREATER_EQUAL 0)
+if(SEARCHES_PAGES STREQUAL "OFF" AND begin GREATER_EQUAL 0)
   string(SUBSTRING "${expected}" 0 ${begin} before)
   string(SUBSTRING "${expected}" ${end} -1 behind)
   set(expected "${before}${behind}")

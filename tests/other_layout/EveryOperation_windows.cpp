@@ -137,6 +137,22 @@ void UseParameters(IInputModule& module, const Logger& logger) {
   Expect("the value that was not refused", value, "2");
 }
 
+void StartWithoutSession(IInputModule& module, Host& host, const Logger& logger) {
+  Host replaced;
+  module.SetHost(&replaced);
+  module.SetHost(&host);
+  char session[1024] = "";
+  GetEnvironmentVariableA(SessionVariable, session, sizeof session);
+  SetEnvironmentVariableA(SessionVariable, "no such file");
+  Expect("Initialise of a reader that refuses", module.Initialise(), ResultReaderNotStarted);
+  SetEnvironmentVariableA(SessionVariable, session);
+  Expect("the level of what Initialise logs", logger.level, MessageFailure);
+  Expect("the errors that the reader reports", host.errors, 1);
+  Expect("the states, of that error and of Initialise", host.states, 2);
+  Expect("the states that the host before is told", replaced.states, 0);
+  Expect("Shutdown of a reader that did not start", module.Shutdown(), ResultSuccess);
+}
+
 void UseReactions(IInputModule& module) {
   const auto addAction = [&module](const char* event, const char* action) {
     return module.AddAction(ConditionKind::ReceiveEvent, event, action, "greet");
@@ -167,36 +183,20 @@ void UseList(IInputModule& module, std::int32_t (IInputModule::*countEntries)(),
   Expect("the value of the last entry", value, lastValue);
 }
 
-void UseReader(IInputModule& module, const Logger& logger) {
-  Host replaced;
-  Host host;
-  host.module = &module;
-  module.SetHost(&replaced);
-  module.SetHost(&host);
-  module.SetParameter(ParameterName::LogFileName, "every_operation.log");
-
-  char session[1024] = "";
-  GetEnvironmentVariableA(SessionVariable, session, sizeof session);
-  SetEnvironmentVariableA(SessionVariable, "no such file");
-  Expect("Initialise of a reader that refuses", module.Initialise(), ResultReaderNotStarted);
-  Expect("the level of what Initialise logs", logger.level, MessageFailure);
-  Expect("the errors that the reader reports then", host.errors, 1);
-  Expect("the states, of that error and of Initialise", host.states, 2);
-  SetEnvironmentVariableA(SessionVariable, session);
+void PlayToBarcode(IInputModule& module, Host& host) {
   Expect("Initialise", module.Initialise(), ResultSuccess);
   constexpr std::uint32_t patience = 30000;
   Expect("a barcode comes", WaitForSingleObject(host.barcodeCame, patience) == Signalled);
   Expect("Shutdown", module.Shutdown(), ResultSuccess);
-  Expect("the items that come once Shutdown has been called", host.items - host.itemsUpToBarcode,
-         0);
 
   // The barcode is in the second document.
   Expect("the calls of BeginData", host.begins, 2);
   Expect("the calls of EndData", host.ends, 1);
   Expect("the calls of SetActiveScript", host.scripts, 2);
+  Expect("the items that come once Shutdown has been called", host.items - host.itemsUpToBarcode,
+         0);
   Expect("the reports that no error stands, one for each event", host.noErrors, host.events);
   Expect("the states, one more for each event and for Initialise", host.states, host.events + 3);
-  Expect("the states that the host before is told", replaced.states, 0);
 }
 
 /// Whether the memory at an address is in use: what the module's library allocates is a
@@ -247,18 +247,22 @@ void UseDestructors(const ModuleFunctions& functions) {
 void Run() {
   const ModuleFunctions functions = LoadModule();
   Logger logger;
+  Host host;
   IInputModule* module = nullptr;
   Expect("CIM_GetInputModule without a result pointer", functions.create(&logger, nullptr),
          ResultNullPointer);
   Expect("CIM_Destroy of null", functions.destroy(nullptr), ResultNullPointer);
   Expect("CIM_GetInputModule", functions.create(&logger, &module), ResultSuccess);
+  host.module = module;
+  module->SetParameter(ParameterName::LogFileName, "every_operation.log");
   UseParameters(*module, logger);
+  StartWithoutSession(*module, host, logger);
   UseReactions(*module);
   UseList(*module, &IInputModule::GetParameterCount, &IInputModule::GetParameterAt, 6,
           ParameterName::LogLevel, "2");
   UseList(*module, &IInputModule::GetConditionCount, &IInputModule::GetConditionAt, 1,
           ConditionKind::ReceiveEvent, Document);
-  UseReader(*module, logger);
+  PlayToBarcode(*module, host);
   Expect("CIM_Destroy", functions.destroy(module), ResultSuccess);
   UseDestructors(functions);
 }
