@@ -166,11 +166,20 @@ void WriteText(const std::string& module, const Description& description) {
   WriteRow("Initialise", "not called: it starts the reader");
 }
 
+Description Describe(const DescribeOptions& options) {
+  const ModuleLibrary library(PathFromUtf8(options.module));
+  try {
+    HostRecorder host({}, {});
+    return Describe(LoadedModule(library, &host), options, host);
+  } catch (const std::exception& problem) {
+    // What a module throws may need its library; this does not.
+    throw std::runtime_error(problem.what());
+  }
+}
+
 int Run(const DescribeOptions& options) {
   PrepareTerminal();
-  HostRecorder host({}, {});
-  const LoadedModule module(PathFromUtf8(options.module), &host);
-  const Description description = Describe(module, options, host);
+  const Description description = Describe(options);
   if (options.json) {
     WriteJson(options.module, description);
   } else {

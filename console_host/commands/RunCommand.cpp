@@ -224,20 +224,10 @@ RunEnded WaitForEnd(EndOfSession& end, HostRecorder& recorder) {
   return {EndReason::ReaderTerminated, ""};
 }
 
-RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& end) {
-  if (!options.session.empty()) {
-    const std::filesystem::path session = PathFromUtf8(options.session);
-    RequireReadable("session", session);
-    if (options.watch && !std::filesystem::is_directory(session)) {
-      throw std::runtime_error("cannot watch " + EscapedPaths(options.session) +
-                               ": it is no folder");
-    }
-    SetEnvironment(SessionVariable,
-                   options.watch ? std::filesystem::path(WatchPrefix) += session : session);
-  }
-
+RunEnded PlayThrough(const ModuleLibrary& library, const RunOptions& options,
+                     HostRecorder& recorder, EndOfSession& end) {
   const TemporaryFolder temporary;
-  const LoadedModule module(PathFromUtf8(options.module), &recorder);
+  const LoadedModule module(library, &recorder);
   module->SetHost(&recorder);
   FollowReaderLog(module, options, temporary.path, recorder);
   SetParameters(module, options, recorder);
@@ -251,6 +241,27 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
   RunEnded ended = WaitForEnd(end, recorder);
   recorder.Call("Shutdown", "the reader did not stop", [&] { return module->Shutdown(); });
   return ended;
+}
+
+RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& end) {
+  if (!options.session.empty()) {
+    const std::filesystem::path session = PathFromUtf8(options.session);
+    RequireReadable("session", session);
+    if (options.watch && !std::filesystem::is_directory(session)) {
+      throw std::runtime_error("cannot watch " + EscapedPaths(options.session) +
+                               ": it is no folder");
+    }
+    SetEnvironment(SessionVariable,
+                   options.watch ? std::filesystem::path(WatchPrefix) += session : session);
+  }
+
+  const ModuleLibrary library(PathFromUtf8(options.module));
+  try {
+    return PlayThrough(library, options, recorder, end);
+  } catch (const std::exception& problem) {
+    // Here, as what a module throws may need its library.
+    return {EndReason::Failed, problem.what()};
+  }
 }
 
 /// Opens what the user asked to have written, so that a run whose outcome could
