@@ -16,6 +16,10 @@ std::filesystem::path ProgramFile();
 /// user alone, where the system has such a setting.
 void KeepFilesPrivate();
 
+/// From now on a crash ends this process at once, with the system's code for it as its
+/// status: no dialog asks what to do, and no debugger is started.
+void EndAtOnceOnCrash();
+
 /// Sets an environment variable for this process and the libraries that it
 /// loads from then on.
 void SetEnvironment(const char* name, const std::filesystem::path& value);

@@ -9,6 +9,14 @@
 #include "platform/Process.h"
 
 namespace conduit {
+namespace {
+
+LONG WINAPI EndWithCode(EXCEPTION_POINTERS* crash) {
+  TerminateProcess(GetCurrentProcess(), crash->ExceptionRecord->ExceptionCode);
+  return EXCEPTION_EXECUTE_HANDLER;
+}
+
+}  // namespace
 
 /// main's own arguments come in the system's code page, which loses characters.
 std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*arguments*/) {
@@ -30,6 +38,8 @@ std::filesystem::path ProgramFile() {
 
 // A user's folders are that user's own from the start.
 void KeepFilesPrivate() {}
+
+void EndAtOnceOnCrash() { SetUnhandledExceptionFilter(EndWithCode); }
 
 void SetEnvironment(const char* name, const std::filesystem::path& value) {
   // Unlike SetEnvironmentVariable this also reaches getenv of the C library.

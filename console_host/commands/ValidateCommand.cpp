@@ -97,29 +97,42 @@ bool IsWanted(const Check& check, const ValidateOptions& options) {
          });
 }
 
-/// In the process of one check. What a module throws is its fault, and so is
-/// what happens while its library is unloaded: the verdict comes last.
-int RunCheckHere(const ValidateOptions& options) {
-  AdoptOrphans();
-  const Check* const check = FindCheck(options.runCheck);
+ModuleLibrary LoadOrFail(const std::filesystem::path& module) {
   try {
-    const std::filesystem::path module = PathFromUtf8(options.module);
-    const ModuleLibrary library(module);
-    const std::filesystem::path session = PathFromUtf8(options.session);
-    const std::filesystem::path manyDocuments =
-        options.manyDocuments.empty() ? session : PathFromUtf8(options.manyDocuments);
-    // Half of the time limit, to have an answer before it is up.
-    const std::chrono::milliseconds patience(options.timeout * 500);
-    if (check != nullptr) {
-      check->run({library, module, session, session.parent_path() / "no such session.json",
-                  manyDocuments, options.builtIn, patience});
-    }
+    return ModuleLibrary(module);
   } catch (const ModuleError& problem) {
     Fail(problem.reason);
+  }
+}
+
+/// While the library is loaded, where the code of what it throws may stand.
+void RunLoaded(const Check& check, const ValidateOptions& options, const ModuleLibrary& library) {
+  const std::filesystem::path session = PathFromUtf8(options.session);
+  const std::filesystem::path manyDocuments =
+      options.manyDocuments.empty() ? session : PathFromUtf8(options.manyDocuments);
+  // Half of the time limit, to have an answer before it is up.
+  const std::chrono::milliseconds patience(options.timeout * 500);
+  try {
+    check.run({library, library.File(), session, session.parent_path() / "no such session.json",
+               manyDocuments, options.builtIn, patience});
   } catch (const std::exception& problem) {
     Fail(std::string("threw an exception: ") + problem.what());
   } catch (...) {
     Fail("threw an exception of an unknown type");
+  }
+}
+
+/// In the process of one check. What a module throws is its fault, and so is
+/// what happens while its library is unloaded: the verdict comes last.
+int RunCheckHere(const ValidateOptions& options) {
+  AdoptOrphans();
+  EndAtOnceOnCrash();
+  const Check* const check = FindCheck(options.runCheck);
+  {
+    const ModuleLibrary library = LoadOrFail(PathFromUtf8(options.module));
+    if (check != nullptr) {
+      RunLoaded(*check, options, library);
+    }
   }
   if (check && check->runUnloaded) {
     check->runUnloaded();
