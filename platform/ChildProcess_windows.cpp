@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "platform/ChildProcess.h"
+#include "platform/CommandLine_windows.h"
 #include "platform/FilePath.h"
 #include "platform/Interrupt.h"
 
@@ -64,19 +65,6 @@ std::string NameOfCrash(DWORD status) {
   return text;
 }
 
-/// In the form that the C runtime of the child takes apart again: backslashes
-/// count only where a quote follows.
-std::wstring Quoted(const std::wstring& word) {
-  std::wstring quoted = L"\"";
-  std::size_t backslashes = 0;
-  for (const wchar_t character : word) {
-    if (character == L'"') quoted.append(backslashes + 1, L'\\');
-    backslashes = character == L'\\' ? backslashes + 1 : 0;
-    quoted += character;
-  }
-  return quoted.append(backslashes, L'\\') + L'"';
-}
-
 [[noreturn]] void Refuse(const std::filesystem::path& file) {
   throw std::runtime_error("cannot start " + Utf8FromPath(file) + ": error " +
                            std::to_string(GetLastError()));
@@ -94,11 +82,7 @@ ChildOutcome RunChild(const std::filesystem::path& program,
                       const std::vector<std::string>& arguments,
                       const std::filesystem::path& folder, const std::filesystem::path& output,
                       std::chrono::milliseconds limit) {
-  std::wstring line = Quoted(program.wstring());
-  for (const std::string& argument : arguments) {
-    line += L' ' + Quoted(PathFromUtf8(argument).wstring());
-  }
-
+  std::wstring line = CommandLine(program, arguments);
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);  // no dialog for a crash
   STARTUPINFOW startup = {};
   startup.cb = sizeof startup;

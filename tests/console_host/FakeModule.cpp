@@ -1,25 +1,30 @@
 #include <cstdlib>
 #include <fstream>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "platform/FilePath.h"
+#include "platform/SessionLocation.h"
 #include <conduit/Implements.h>
 #include <conduit/ModuleEntry.h>
 #include <conduit/ResultCode.h>
 
-/// A module that plays the script in FAKE_MODULE_SCRIPT when it is started: one
+/// A module that plays the script in the file FAKE_MODULE_SCRIPT when it is started: one
 /// call of the host a line, on a thread of its own as a reader's would be.
 
 namespace conduit {
 namespace {
 
-const char* Environment(const char* name) {
-  const char* value = std::getenv(name);
-  return value ? value : "";
+std::string Script() {
+  const char* const name = std::getenv("FAKE_MODULE_SCRIPT");
+  std::ifstream file(name ? name : "", std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 std::string Bytes(const std::string& hexadecimal) {
@@ -47,7 +52,7 @@ class Properties : public Implements<IStringMap> {
 class FakeModule : public Implements<IInputModule> {
  public:
   explicit FakeModule(IModuleLogger* logger) : logger(logger) {
-    logger->Log(3, "Fake::Fake", Environment("HALDEN_READER_SESSION"));
+    logger->Log(3, "Fake::Fake", Utf8FromPath(SessionLocation()).c_str());
   }
   FakeModule(const FakeModule&) = delete;
   FakeModule& operator=(const FakeModule&) = delete;
@@ -69,7 +74,12 @@ class FakeModule : public Implements<IInputModule> {
   std::int32_t GetParameter(const char* /*name*/, const char** /*value*/) override {
     return ResultUnknownParameter;
   }
-  std::int32_t GetParameterCount() override { return 3; }
+  std::int32_t GetParameterCount() override {
+    if (Script() == "throw") {
+      throw std::runtime_error("it gave up");
+    }
+    return 3;
+  }
   void GetParameterAt(std::int32_t index, const char** name, const char** value) override {
     constexpr const char* names[] = {"Format", "Level", "LogFileName"};
     *name = names[index];
@@ -94,7 +104,7 @@ class FakeModule : public Implements<IInputModule> {
 
   void SetHost(IInputModuleHost* newHost) override { host = newHost; }
   std::int32_t Initialise() override {
-    const std::string script = Environment("FAKE_MODULE_SCRIPT");
+    const std::string script = Script();
     if (script.starts_with("refuse\n")) {
       Play(script);
       return ResultReaderNotStarted;
@@ -224,7 +234,7 @@ class FakeModule : public Implements<IInputModule> {
 }  // namespace conduit
 
 std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputModule** module) {
-  const std::string script = conduit::Environment("FAKE_MODULE_SCRIPT");
+  const std::string script = conduit::Script();
   if (script == "no memory") {
     return 6;
   }

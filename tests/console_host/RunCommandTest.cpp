@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -8,6 +7,7 @@
 #include <sstream>
 
 #include "RunConduit.h"
+#include "platform/FilePath.h"
 #include <conduit/Version.h>
 
 using testing::AllOf;
@@ -24,15 +24,17 @@ std::string ToItsEnd(const std::string& script) {
 
 std::string InFolder(const std::string& file) { return std::string(TEST_FOLDER "/").append(file); }
 
+std::string Module(const std::string& name) { return InFolder(name + MODULE_SUFFIX); }
+
 Outcome RunFake(std::vector<std::string> arguments, const std::string& script,
                 const Interruption& interruption = {}) {
-  arguments.insert(arguments.begin(), {"run", "--module", InFolder("FakeModule.so")});
+  arguments.insert(arguments.begin(), {"run", "--module", Module("FakeModule")});
   return RunConduit(arguments, script, interruption);
 }
 
 std::string WriteFile(const std::string& name, const std::string& contents) {
   std::string file = InFolder(name);
-  std::ofstream(file) << contents;
+  std::ofstream(conduit::PathFromUtf8(file)) << contents;
   return file;
 }
 
@@ -45,7 +47,8 @@ TEST(RunCommand, ShowsWhatArrivesInOrder) {
           "item BARCODE_QRCODE 3 00FF 1 last\nend\nerror Paper jam\nevent "
           "READER_ERROR_RESOLVED\n"));
   EXPECT_EQ(outcome.output,
-            "run     FakeModule.so\n"
+            "run     FakeModule" MODULE_SUFFIX
+            "\n"
             "state   Enabled\n"
             "event   START_OF_DOCUMENT_DATA\n"
             "begin\n"
@@ -77,26 +80,26 @@ constexpr const char* ReaderScript =
 TEST(RunCommand, ShowsTheReadersLogAndCountsWhatWasNotRead) {
   std::filesystem::remove_all(InFolder("by-document"));
   const Outcome outcome = RunFake({"--save", InFolder("by-document")}, ToItsEnd(ReaderScript));
-  EXPECT_EQ(outcome.output,
-            "run     FakeModule.so\n"
-            "state   Enabled\n"
-            "reader  document a.png\n"
-            "reader  a.png: found\n"
-            "event   DOC_ON_WINDOW\n"
-            "begin\n"
-            "  NAME                                  A\n"
-            "end\n"
-            "event   DOC_REMOVED\n"
-            "reader  document b.png\n"
-            "event   DOC_ON_WINDOW\n"
-            "ERROR   b.png: the file ends early\n"
-            "error   (none stands any more)\n"
-            "event   DOC_REMOVED\n"
-            "reader  another library's line\n"
-            "event   DEVICE_DISCONNECTED\n"
-            "state   Terminated\n"
-            "pages   1 of 2 could not be read\n"
-            "stop    the reader has terminated\n");
+  EXPECT_EQ(outcome.output, "run     FakeModule" MODULE_SUFFIX
+                            "\n"
+                            "state   Enabled\n"
+                            "reader  document a.png\n"
+                            "reader  a.png: found\n"
+                            "event   DOC_ON_WINDOW\n"
+                            "begin\n"
+                            "  NAME                                  A\n"
+                            "end\n"
+                            "event   DOC_REMOVED\n"
+                            "reader  document b.png\n"
+                            "event   DOC_ON_WINDOW\n"
+                            "ERROR   b.png: the file ends early\n"
+                            "error   (none stands any more)\n"
+                            "event   DOC_REMOVED\n"
+                            "reader  another library's line\n"
+                            "event   DEVICE_DISCONNECTED\n"
+                            "state   Terminated\n"
+                            "pages   1 of 2 could not be read\n"
+                            "stop    the reader has terminated\n");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_TRUE(std::filesystem::exists(InFolder("by-document/document-00001-a_png/NAME.txt")));
 }
@@ -106,7 +109,8 @@ TEST(RunCommand, LeavesTheReadersLogWhereTheUserWantsIt) {
   const Outcome outcome =
       RunFake({"--set", "LogFileName=" + log}, ToItsEnd("reader new\nevent A\n"));
   EXPECT_THAT(outcome.output, AllOf(HasSubstr("reader  new\n"), Not(HasSubstr("earlier"))));
-  EXPECT_EQ(std::filesystem::file_size(log), std::string("of an earlier run\nnew\n").size());
+  std::ifstream file(log);
+  EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "of an earlier run\nnew\n");
 }
 
 TEST(RunCommand, GivesProgramsOneObjectALine) {
@@ -114,7 +118,7 @@ TEST(RunCommand, GivesProgramsOneObjectALine) {
       {"--json", "--log", "2"},
       ToItsEnd("begin\nitem NAME 4 41FF\nitem IMAGEVIS 5 424D00\nitem BARCODE_QRCODE 0 42 0 more\n"
                "missing IMAGEIR\nend\nlog 2 trace\nlog 3 detail\nerror \nerror Jam\n"));
-  const std::string module = InFolder("FakeModule.so");
+  const std::string module = Module("FakeModule");
   EXPECT_EQ(outcome.output, R"({"kind":"run","schema":1,"conduit":")" CONDUIT_VERSION
                             R"(","module":")" +
                                 module + "\"}\n" +
@@ -140,7 +144,7 @@ TEST(RunCommand, SavesEveryItemUnderANameOfItsOwn) {
   std::filesystem::remove_all(folder);
   const std::string longName(300, 'L');
   const Outcome outcome = RunFake(
-      {"--save", folder / "new"},
+      {"--save", (folder / "new").string()},
       ToItsEnd("item OUTSIDE 4 41\nbegin\nitem ../../A:B\\C 4 41FF0A\nitem IMAGEIR 5 424D00\n"
                "item imageir 5 FFD8FF\nitem IMAGEIR-2 0 00\nitem IMAGEIR 5 00\nmissing GONE\n"
                "item NUL 4\nitem com1 4\nitem " +
@@ -150,7 +154,7 @@ TEST(RunCommand, SavesEveryItemUnderANameOfItsOwn) {
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
     if (entry.is_regular_file()) {
       std::ifstream file(entry.path(), std::ios::binary);
-      files[entry.path().lexically_relative(folder / "new")] = {
+      files[entry.path().lexically_relative(folder / "new").generic_string()] = {
           std::istreambuf_iterator<char>(file), {}};
     }
   }
@@ -178,7 +182,7 @@ TEST(RunCommand, WritesTheReportHoweverTheRunEnds) {
   };
   const Case cases[] = {
       {ToItsEnd("begin\nend\n"), {}, "The reader has terminated."},
-      {"event READY", {SIGINT, "READY"}, "The run was interrupted."},
+      {"event READY", {&EndRequests().front(), "READY"}, "The run was interrupted."},
       {"refuse\nlog 0 Reader Error: no device\nerror no device\n",
        {},
        "Initialise answered 13: the reader did not start (Reader Error: no device)"},
@@ -227,16 +231,13 @@ TEST(RunCommand, RefusesTheSignalsThatItIsTold) {
 }
 
 TEST(RunCommand, StopsTheModuleBeforeItDestroysIt) {
-  struct Case {
-    int signal;
-    int status;
-  };
-  for (const Case& one : {Case{SIGINT, 130}, Case{SIGTERM, 143}}) {
+  for (const EndRequest& request : EndRequests()) {
     const Outcome outcome =
-        RunFake({"--log", "3"}, "state Terminated\nbegin\nevent READY", {one.signal, "READY"});
+        RunFake({"--log", "3"}, "state Terminated\nbegin\nevent READY", {&request, "READY"});
     EXPECT_THAT(outcome.output,
-                HasSubstr("stopped\n  log 3   Fake::~Fake: destroyed\nstop    interrupted\n"));
-    EXPECT_EQ(outcome.status, one.status);
+                HasSubstr("stopped\n  log 3   Fake::~Fake: destroyed\nstop    interrupted\n"))
+        << request.name;
+    EXPECT_EQ(outcome.status, request.status) << request.name;
   }
 }
 
@@ -271,7 +272,7 @@ TEST(RunCommand, TellsWhyTheReaderDidNotStartOnce) {
   EXPECT_EQ(outcome.trouble,
             "conduit: the reader did not start (result 13: the reader library refused)\n"
             "  Reader Error: no device\n");
-  EXPECT_EQ(outcome.output, "run     FakeModule.so\nstate   Error\n");
+  EXPECT_EQ(outcome.output, "run     FakeModule" MODULE_SUFFIX "\nstate   Error\n");
   EXPECT_EQ(outcome.status, 1);
   EXPECT_THAT(
       RunFake({"--json"}, "refuse\nerror no \xff device\n").output,
@@ -281,6 +282,12 @@ TEST(RunCommand, TellsWhyTheReaderDidNotStartOnce) {
                 R"({"kind":"stop","reason":"failed"})"));
 }
 
+TEST(RunCommand, TellsWhatTheModuleThrew) {
+  EXPECT_EQ(RunFake({}, "throw").trouble, "conduit: it gave up\n");
+  EXPECT_EQ(RunConduit({"describe", Module("FakeModule")}, "throw").trouble,
+            "conduit: it gave up\n");
+}
+
 TEST(RunCommand, FailsWhenItsOutputIsLost) {
   const char* const full = "/dev/full";
   if (!std::filesystem::exists(full)) {
@@ -288,7 +295,7 @@ TEST(RunCommand, FailsWhenItsOutputIsLost) {
   }
   // Without an end of its own: the lost output must stop it.
   const Outcome outcome =
-      RunConduit({"run", "--module", InFolder("FakeModule.so")}, "event A", {}, full);
+      RunConduit({"run", "--module", Module("FakeModule")}, "event A", {}, full);
   EXPECT_EQ(outcome.trouble, "conduit: cannot write to standard output\n");
   EXPECT_EQ(outcome.status, 1);
 }
@@ -302,7 +309,7 @@ struct Refusal {
 };
 
 TEST(RunCommand, NamesWhatItRefusesAndWhy) {
-  const std::string fake = InFolder("FakeModule.so");
+  const std::string fake = Module("FakeModule");
   const std::string text = WriteFile("text.so", "no library");
   const Refusal refusals[] = {
       {"no command", {}, "", 2, {"subcommand is required"}},
@@ -346,12 +353,12 @@ TEST(RunCommand, NamesWhatItRefusesAndWhy) {
       {"no session", {"run", "no.json", "--module", fake}, "", 1, {"no.json: No such file"}},
       {"no module", {"run", "--module", "no.so"}, "", 1, {"load module no.so: no such file"}},
       {"module folder", {"run", "--module", TEST_FOLDER}, "", 1, {TEST_FOLDER ": it is a folder"}},
-      {"text file", {"run", "--module", text}, "", 1, {text + ": file too short"}},
+      {"text file", {"run", "--module", text}, "", 1, {text + ": " NO_LIBRARY}},
       {"no functions",
-       {"run", "--module", InFolder("NoModule.so")},
+       {"run", "--module", Module("NoModule")},
        "",
        1,
-       {"NoModule.so: it does not export CIM_GetInputModule"}},
+       {"NoModule" MODULE_SUFFIX ": it does not export CIM_GetInputModule"}},
       {"no memory", {"run", "--module", fake}, "no memory", 1, {"CIM_GetInputModule answered 6"}},
       {"null module", {"run", "--module", fake}, "no module", 1, {"gave no module"}},
       {"refused values",

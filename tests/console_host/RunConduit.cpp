@@ -1,73 +1,56 @@
 #include "RunConduit.h"
 
-#include <sys/wait.h>
-#include <unistd.h>
+#include <gtest/gtest.h>
 
 #include <chrono>
-#include <csignal>
-#include <cstdio>
-#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <thread>
+
+#include "platform/Process.h"
 
 namespace {
 
-std::string Contents(std::FILE* file) {
-  std::string contents;
-  char buffer[4096];
-  const int descriptor = fileno(file);
-  for (off_t at = 0;;) {
-    const ssize_t count = pread(descriptor, buffer, sizeof buffer, at);
-    if (count <= 0) {
-      return contents;
-    }
-    contents.append(buffer, static_cast<std::size_t>(count));
-    at += count;
-  }
+std::string Contents(const std::filesystem::path& file) {
+  std::ifstream stream(file);
+  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-[[noreturn]] void Become(const std::vector<std::string>& arguments, std::FILE* output,
-                         std::FILE* trouble) {
-  dup2(fileno(output), STDOUT_FILENO);
-  dup2(fileno(trouble), STDERR_FILENO);
-  std::vector<char*> words;
-  static std::string program = CONDUIT;
-  words.push_back(program.data());
-  for (const std::string& argument : arguments) {
-    words.push_back(const_cast<char*>(argument.data()));
+/// The running test's own folder: tests run side by side.
+std::filesystem::path Folder() {
+  const testing::TestInfo& test = *testing::UnitTest::GetInstance()->current_test_info();
+  std::filesystem::path folder = TEST_FOLDER;
+  folder.append("runs").append(test.test_suite_name()).append(test.name());
+  std::filesystem::create_directories(folder);
+  return folder;
+}
+
+void Interrupt(const StartedProgram& program, const Interruption& interruption,
+               const std::filesystem::path& output) {
+  constexpr std::chrono::milliseconds moment(5);
+  while (Contents(output).find(interruption.after) == std::string::npos && !program.HasEnded()) {
+    std::this_thread::sleep_for(moment);
   }
-  words.push_back(nullptr);
-  execv(program.c_str(), words.data());
-  _exit(127);
+  for (int i = 0; i < interruption.times; ++i) {
+    program.Ask(*interruption.request);
+    std::this_thread::sleep_for(moment);
+  }
 }
 
 }  // namespace
 
 Outcome RunConduit(const std::vector<std::string>& arguments, const std::string& script,
                    const Interruption& interruption, const char* outputFile) {
-  setenv("FAKE_MODULE_SCRIPT", script.c_str(), 1);
-  std::FILE* output = outputFile ? std::fopen(outputFile, "w") : std::tmpfile();
-  std::FILE* trouble = std::tmpfile();
-  const pid_t child = fork();
-  if (child == 0) {
-    Become(arguments, output, trouble);
+  const std::filesystem::path folder = Folder();
+  std::ofstream(folder / "script.txt", std::ios::binary) << script;
+  conduit::SetEnvironment("FAKE_MODULE_SCRIPT", folder / "script.txt");
+  const std::filesystem::path output = outputFile ? outputFile : folder / "output.txt";
+  const std::filesystem::path trouble = folder / "trouble.txt";
+  StartedProgram program(CONDUIT, arguments, output, trouble);
+  if (interruption.request != nullptr) {
+    Interrupt(program, interruption, output);
   }
-
-  if (interruption.signal != 0) {
-    const auto ended = [child] {
-      siginfo_t info = {};
-      waitid(P_PID, static_cast<id_t>(child), &info, WEXITED | WNOHANG | WNOWAIT);
-      return info.si_pid == child;
-    };
-    while (Contents(output).find(interruption.after) == std::string::npos && !ended()) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(5));
-    }
-    kill(child, interruption.signal);
-  }
-  int status = 0;
-  waitpid(child, &status, 0);
-  Outcome outcome{WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status), Contents(output),
-                  Contents(trouble)};
-  std::fclose(output);
-  std::fclose(trouble);
-  return outcome;
+  const int status = program.Wait();
+  return {status, outputFile ? "" : Contents(output), Contents(trouble)};
 }

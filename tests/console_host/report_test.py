@@ -1,6 +1,6 @@
 """Renders the page of a run in a browser: pictures load, texts stay texts.
 
-report_test.py CONDUIT FAKE_MODULE CHROMIUM IMAGE FOLDER
+report_test.py FAKE_MODULE CHROMIUM IMAGE FOLDER CONDUIT...
 """
 
 import html.parser
@@ -11,7 +11,7 @@ import shutil
 import subprocess
 import sys
 
-conduit, module, chromium, image, folder = sys.argv[1:]
+module, chromium, image, folder, *conduit = sys.argv[1:]
 folder = pathlib.Path(folder)
 shutil.rmtree(folder, ignore_errors=True)
 folder.mkdir(parents=True)
@@ -37,8 +37,9 @@ script += ["item BYTES 4 41ff3c62203e", f"item SCDG2_PHOTO 5 ff4fff51{png}", "mi
            "event DEVICE_DISCONNECTED", "state Terminated", ""]
 
 page = folder / "run.html"
-subprocess.run([conduit, "run", "--module", module, "--report", page, "--on", "A=<b id=injected>"],
-               env={**os.environ, "FAKE_MODULE_SCRIPT": "\n".join(script)},
+(folder / "script.txt").write_text("\n".join(script), encoding="utf-8")
+subprocess.run([*conduit, "run", "--module", module, "--report", page, "--on", "A=<b id=injected>"],
+               env={**os.environ, "FAKE_MODULE_SCRIPT": folder / "script.txt"},
                check=True, capture_output=True)
 text = page.read_text(encoding="utf-8")
 policy = re.search(r'<meta http-equiv="Content-Security-Policy"[^>]*>', text)
@@ -70,7 +71,7 @@ def rendered(file, width):
 
 
 count = len(ATTACKS)
-expected = f"loaded {count} of {count}|scripts 1|injected 0|title Run of FakeModule.so|wider false"
+expected = f"loaded {count} of {count}|scripts 1|injected 0|title Run of {pathlib.Path(module).name}|wider false"
 for width in 1280, 500:
     found = re.search(r'<pre id="probe">(.*?)</pre>', rendered(probe, width))
     assert found and found[1] == expected, f"{width} wide: {found and found[1]}, not {expected}"

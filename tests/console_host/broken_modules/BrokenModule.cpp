@@ -1,6 +1,3 @@
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <atomic>
 #include <chrono>
 #include <cstdio>
@@ -14,6 +11,7 @@
 #include <vector>
 
 #include "tests/console_host/broken_modules/Fault.h"
+#include "tests/console_host/broken_modules/IdleProcess.h"
 #include <conduit/Implements.h>
 #include <conduit/ModuleEntry.h>
 #include <conduit/ResultCode.h>
@@ -168,7 +166,7 @@ class BrokenModule final : public Implements<IInputModule> {
       Log("the reader did not start");
       return Has(Fault::HidesRefusal) ? ResultSuccess : ResultReaderNotStarted;
     }
-    LeakOfTheSystem();
+    LeakOfTheSystem(session);
     if (!Has(Fault::StaysSilent)) {
       playing = true;
       reader = std::thread([this] {
@@ -213,21 +211,19 @@ class BrokenModule final : public Implements<IInputModule> {
     kept.emplace_back(size, ' ');
   }
 
-  static void LeakOfTheSystem() {
+  static void LeakOfTheSystem(const char* session) {
     if (Has(Fault::LeaksThread)) {
-      std::thread([] { pause(); }).detach();
+      std::thread([] { std::this_thread::sleep_for(std::chrono::hours(1)); }).detach();
     }
     if (Has(Fault::LeaksFile)) {
-      [[maybe_unused]] const int file = open("/dev/null", O_RDONLY);
+      static std::vector<std::FILE*> kept;
+      kept.push_back(std::fopen(session, "rb"));
     }
     // Once: only what outlives the library is too much.
-    static bool forked = false;
-    if (Has(Fault::LeaksProcess) && !forked) {
-      forked = true;
-      if (fork() == 0) {
-        pause();
-        _exit(0);
-      }
+    static bool started = false;
+    if (Has(Fault::LeaksProcess) && !started) {
+      started = true;
+      StartIdleProcess();
     }
   }
 
