@@ -1,10 +1,8 @@
-#include <dlfcn.h>
-
 #include <cstdio>
 #include <semaphore>
 #include <string_view>
 
-#include <conduit/ModuleEntry.h>
+#include "hosting/LoadedModule.h"
 #include <conduit/ResultCode.h>
 
 using namespace conduit;
@@ -41,29 +39,23 @@ class Host final : public IModuleLogger, public IInputModuleHost {
 };
 
 int main(int count, char** arguments) {
-  const char* file = count == 2 ? arguments[1] : "";
-  void* library = dlopen(file, RTLD_NOW);
-  if (!library) {
-    std::fprintf(stderr, "%s\n", dlerror());
+  if (count != 2) {
+    std::fprintf(stderr, "usage: host MODULE\n");
     return 2;
   }
-  const auto create =
-      reinterpret_cast<GetInputModuleFunction>(dlsym(library, "CIM_GetInputModule"));
-  const auto destroy = reinterpret_cast<DestroyFunction>(dlsym(library, "CIM_Destroy"));
-
   Host host;  // outlives the module, which only borrows it
-  IInputModule* module = nullptr;
-  if (!create || !destroy || create(&host, &module) != ResultSuccess) {
-    std::fprintf(stderr, "'%s' is no module; usage: host MODULE\n", file);
-    return 2;
-  }
-  module->SetHost(&host);
-  module->SetParameter("DateOfBirthFormat", "%d.%m.%Y");
-  const bool started = module->Initialise() == ResultSuccess;
-  if (started) {
+  try {
+    const LoadedModule module(arguments[1], &host);
+    module->SetHost(&host);
+    module->SetParameter("DateOfBirthFormat", "%d.%m.%Y");
+    if (module->Initialise() != ResultSuccess) {
+      return 1;
+    }
     host.disconnected.acquire();
     module->Shutdown();  // no delivery is under way when it returns
+    return 0;
+  } catch (const ModuleError& problem) {
+    std::fprintf(stderr, "%s\n", problem.what());
+    return 2;
   }
-  destroy(module);
-  return started ? 0 : 1;
 }
