@@ -1,9 +1,13 @@
 #include "platform/CommandLine_windows.h"
 
+#include <algorithm>
+
 #include "platform/FilePath.h"
 
 namespace conduit {
 namespace {
+
+constexpr std::wstring_view Blanks = L" \t";
 
 /// Backslashes count only where a quote follows.
 std::wstring Quoted(const std::wstring& word) {
@@ -17,7 +21,55 @@ std::wstring Quoted(const std::wstring& word) {
   return quoted.append(backslashes, L'\\') + L'"';
 }
 
+/// The name of a program holds no escapes.
+std::wstring_view WithoutProgram(std::wstring_view line) {
+  const bool quoted = line.starts_with(L'"');
+  const std::size_t end = quoted ? line.find(L'"', 1) : line.find_first_of(Blanks);
+  return end == std::wstring_view::npos ? L"" : line.substr(end + (quoted ? 1 : 0));
+}
+
+/// Takes the first word off the line, which begins with it.
+std::wstring TakeWord(std::wstring_view& line) {
+  std::wstring word;
+  bool quoted = false;
+  std::size_t at = 0;
+  while (at < line.size() && (quoted || Blanks.find(line[at]) == std::wstring_view::npos)) {
+    const std::size_t start = at;
+    at = std::min(line.find_first_not_of(L'\\', at), line.size());
+    const std::size_t backslashes = at - start;
+    if (at == line.size() || line[at] != L'"') {
+      word.append(backslashes, L'\\');
+      if (backslashes == 0) word += line[at++];
+      continue;
+    }
+    word.append(backslashes / 2, L'\\');
+    const bool isDoubled = quoted && line.substr(at).starts_with(L"\"\"");
+    if (backslashes % 2 == 1) {
+      word += L'"';
+    } else if (isDoubled) {
+      word += L'"';
+      ++at;
+      quoted = false;
+    } else {
+      quoted = !quoted;
+    }
+    ++at;
+  }
+  line.remove_prefix(at);
+  return word;
+}
+
 }  // namespace
+
+std::vector<std::string> ArgumentsOf(std::wstring_view line) {
+  std::vector<std::string> arguments;
+  line = WithoutProgram(line);
+  for (;;) {
+    line.remove_prefix(std::min(line.find_first_not_of(Blanks), line.size()));
+    if (line.empty()) return arguments;
+    arguments.push_back(Utf8FromPath(TakeWord(line)));
+  }
+}
 
 std::wstring CommandLine(const std::filesystem::path& program,
                          const std::vector<std::string>& arguments) {

@@ -1,10 +1,8 @@
 #include <windows.h>
-// After windows.h, whose types it uses.
-#include <shellapi.h>
 
 #include <cstdlib>
-#include <cwchar>
 
+#include "platform/CommandLine_windows.h"
 #include "platform/FilePath.h"
 #include "platform/Process.h"
 
@@ -18,16 +16,10 @@ LONG WINAPI EndWithCode(EXCEPTION_POINTERS* crash) {
 
 }  // namespace
 
-/// main's own arguments come in the system's code page, which loses characters.
+/// main's own arguments come in the system's code page, which before Windows 10 is never
+/// UTF-8 and loses characters.
 std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*arguments*/) {
-  int count = 0;
-  wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
-  std::vector<std::string> arguments;
-  for (int i = 1; i < count; ++i) {
-    arguments.push_back(Utf8FromPath(wide[i]));
-  }
-  LocalFree(wide);
-  return arguments;
+  return ArgumentsOf(GetCommandLineW());
 }
 
 std::filesystem::path ProgramFile() {
