@@ -1,7 +1,5 @@
-# Reads from a built library what it exports, and on Windows also what it imports.
-#   cmake -DTOOL=<nm or objdump> -DFILE=... -DEXPORTS=a,b [-DREADER=a,b] -P CheckSymbols.cmake
-# READER lists the reader library's functions that a Windows library must import
-# by name.
+# Reads from a built library what it exports.
+#   cmake -DTOOL=<nm or objdump> -DFILE=... -DEXPORTS=a,b -P CheckSymbols.cmake
 function(expect what actual expected)
   string(REPLACE "," ";" expected "${expected}")
   list(SORT actual)
@@ -20,19 +18,6 @@ if(FILE MATCHES "\\.dll$")
   string(REGEX REPLACE "[ \t]*\\[ *[0-9]+\\] ([^\n]*)\n" "\\1;" exports "${names}")
   list(REMOVE_ITEM exports "")
   expect("Exports" "${exports}" "${EXPORTS}")
-
-  string(REGEX MATCHALL "DLL Name: [^\n]*" libraries "${headers}")
-  list(TRANSFORM libraries REPLACE "DLL Name: " "")
-  # What comes with Windows; anything of MinGW's would have to stand beside.
-  list(FILTER libraries EXCLUDE REGEX "^(KERNEL32|USER32|SHELL32|ADVAPI32|msvcrt|ucrtbase)\\.dll$")
-  if(READER)
-    expect("Libraries" "${libraries}" "HaldenReaderHighLevelAPI.dll")
-    string(REGEX MATCHALL "HaldenReader_[A-Za-z]+" imports "${headers}")
-    list(REMOVE_DUPLICATES imports)
-    expect("Imports" "${imports}" "${READER}")
-  else()
-    expect("Libraries" "${libraries}" "")
-  endif()
 else()
   execute_process(COMMAND ${TOOL} -D --defined-only --format=posix ${FILE}
                   OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
