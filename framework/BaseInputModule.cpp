@@ -3,19 +3,17 @@
 #include <utility>
 
 #include "framework/SetActiveScriptAction.h"
+#include "runtime/EntryAt.h"
 #include "runtime/Log.h"
 #include <conduit/Reaction.h>
 #include <conduit/ResultCode.h>
 
 namespace conduit {
-namespace {
 
-constexpr const char* ModuleName = "FullPage";
+BaseInputModule::BaseInputModule(IModuleLogger* logger) : BaseInputModule(logger, "FullPage") {}
 
-}  // namespace
-
-BaseInputModule::BaseInputModule(IModuleLogger* logger)
-    : logger(logger), moduleName(ModuleName), parameters(logger, ModuleName) {}
+BaseInputModule::BaseInputModule(IModuleLogger* logger, const char* moduleName)
+    : logger(logger), moduleName(moduleName), parameters(logger, moduleName) {}
 
 BaseInputModule::~BaseInputModule() { conditions.DeleteAll(); }
 
@@ -77,6 +75,35 @@ void BaseInputModule::GetConditionAt(std::int32_t index, const char** name, cons
 std::int32_t BaseInputModule::ReceiveEvent(const char* eventName) {
   UnaryCondition* const condition = FindCondition(ConditionKind::ReceiveEvent, eventName);
   return condition != nullptr ? condition->ExecuteActions() : ResultSuccess;
+}
+
+void BaseInputModule::DeliverEvent(ReaderEventCode code, const char* tag) {
+  host->ReportError("");
+  const char* const name = EntryAt(ReaderEventNames, static_cast<std::int32_t>(code), "");
+  Log(logger, MessageTrace, tag, "Event: ", name);
+  ReceiveEvent(name);
+  switch (code) {
+    case ReaderEventCode::StartOfDocumentData:
+    case ReaderEventCode::StartOfSwipeData:
+      host->BeginData();
+      break;
+    case ReaderEventCode::EndOfDocumentData:
+    case ReaderEventCode::EndOfSwipeData:
+      host->EndData();
+      break;
+    case ReaderEventCode::ReaderErrorResolved:
+      host->ReportError("");
+      break;
+    default:
+      break;
+  }
+  if (*name != '\0') {
+    host->SendEvent(name);
+  }
+}
+
+void BaseInputModule::ReportState(ReaderState state) {
+  host->ReportState(EntryAt(ReaderStateNames, static_cast<std::int32_t>(state), ""));
 }
 
 UnaryCondition* BaseInputModule::FindCondition(const BaseString<char>& name,

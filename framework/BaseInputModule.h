@@ -12,6 +12,8 @@
 #include <conduit/IInputModuleHost.h>
 #include <conduit/IModuleLogger.h>
 #include <conduit/Implements.h>
+#include <conduit/ReaderEventCode.h>
+#include <conduit/ReaderState.h>
 
 namespace conduit {
 
@@ -19,10 +21,11 @@ namespace conduit {
 /// host, conditions and their actions.
 ///
 /// A module derives from it, registers its parameters, drives its device in
-/// Initialise and Shutdown, and reports the device's events to ReceiveEvent. No
-/// operation takes a lock: see IInputModule for which calls must keep apart.
+/// Initialise and Shutdown, and delivers the device's events and states. No operation
+/// takes a lock: see IInputModule for which calls must keep apart.
 class BaseInputModule : public Implements<IInputModule> {
  public:
+  /// A module by the name "FullPage".
   /// @param logger  borrowed for the module's life; null for no log
   explicit BaseInputModule(IModuleLogger* logger);
   BaseInputModule(const BaseInputModule&) = delete;
@@ -48,6 +51,21 @@ class BaseInputModule : public Implements<IInputModule> {
   IInputModuleHost* GetHost() const { return host; }
 
  protected:
+  /// @param logger      borrowed for the module's life; null for no log
+  /// @param moduleName  what its parameters' qualified names begin with: "FullPage"
+  BaseInputModule(IModuleLogger* logger, const char* moduleName);
+
+  /// Delivers an event of the device: takes back the host's error, runs the event's
+  /// actions, opens or closes the data's brackets where the event says so, and sends the
+  /// name, if it has one. The device's state is to be reported next. [reader thread]
+  /// REQUIRES: SetHost was called.
+  /// @param tag  the operation that speaks, for the log
+  void DeliverEvent(ReaderEventCode code, const char* tag);
+
+  /// Passes the state's text to the host, the empty one for a state without a name.
+  /// [reader thread; Initialise] REQUIRES: SetHost was called.
+  void ReportState(ReaderState state);
+
   /// The first condition with that name and value, or null.
   UnaryCondition* FindCondition(const BaseString<char>& name, const BaseString<char>& value) const;
   /// A new condition, or null for a kind that no module knows.

@@ -66,7 +66,6 @@ class FullPageInputModule : public BaseInputModule {
   void DeliverPlainItem(const char* name, ItemType itemType, std::int32_t length, const void* data);
   /// Passes the text of the reader's state of this moment to the host.
   void ReportReaderState();
-  void ReportReaderState(ReaderState state);
 
   void ProcessCodelineData(const ReaderCodelineData& record);
   void ProcessAamvaData(const ReaderAamvaData& record);

@@ -1,6 +1,6 @@
 #include "fullpage/FeatureMap.h"
 #include "fullpage/FullPageInputModule.h"
-#include "fullpage/ReaderNames.h"
+#include "runtime/EntryAt.h"
 #include "runtime/Log.h"
 #include <conduit/ReaderItem.h>
 
@@ -65,28 +65,7 @@ bool FullPageInputModule::HasData(ReaderDataType type, const void* data) {
 }
 
 void FullPageInputModule::OnEvent(ReaderEventCode code) {
-  host->ReportError("");
-  const char* const name = GetEventName(code);
-  Log(logger, MessageTrace, "FullPageInputModule::ProcessFullPageEvent", "Event: ", name);
-  ReceiveEvent(name);
-  switch (code) {
-    case ReaderEventCode::StartOfDocumentData:
-    case ReaderEventCode::StartOfSwipeData:
-      host->BeginData();
-      break;
-    case ReaderEventCode::EndOfDocumentData:
-    case ReaderEventCode::EndOfSwipeData:
-      host->EndData();
-      break;
-    case ReaderEventCode::ReaderErrorResolved:
-      host->ReportError("");
-      break;
-    default:
-      break;
-  }
-  if (*name != '\0') {
-    host->SendEvent(name);
-  }
+  DeliverEvent(code, "FullPageInputModule::ProcessFullPageEvent");
   ReportReaderState();
 }
 
@@ -100,7 +79,7 @@ void FullPageInputModule::OnError(const char* text) {
 void FullPageInputModule::DeliverBarcode(const char* name, const ReaderBarcodeData& barcode) {
   FeatureMap properties(barcode.index);
   const bool last = std::int64_t{barcode.index} + 1 == barcode.count;
-  const ItemType itemType = GetBarcodeItemType(barcode.format);
+  const ItemType itemType = EntryAt(ReaderBarcodeItemTypes, barcode.format, ItemTypeUnknown);
   if (itemType == ItemTypeText && barcode.data == nullptr) {
     host->SendData(name, itemType, 0, "", &properties, last);
   } else {
@@ -118,11 +97,7 @@ void FullPageInputModule::DeliverPlainItem(const char* name, ItemType itemType, 
 }
 
 void FullPageInputModule::ReportReaderState() {
-  ReportReaderState(static_cast<ReaderState>(HaldenReader_GetState()));
-}
-
-void FullPageInputModule::ReportReaderState(ReaderState state) {
-  host->ReportState(GetStateText(state));
+  ReportState(static_cast<ReaderState>(HaldenReader_GetState()));
 }
 
 }  // namespace conduit

@@ -19,8 +19,12 @@ StringParameter* ParameterMap::AddStringParameter(const char* name, BaseString<c
   return Register<StringParameter>(name, target);
 }
 
+IntParameter* ParameterMap::AddIntParameter(const char* name, std::int32_t* target) {
+  return Register<IntParameter>(name, target);
+}
+
 IntParameter* ParameterMap::AddLogLevelParameter(std::int32_t* target) {
-  return Register<IntParameter>(ParameterName::LogLevel, target);
+  return AddIntParameter(ParameterName::LogLevel, target);
 }
 
 std::int32_t ParameterMap::SetValue(const char* name, const char* value) {

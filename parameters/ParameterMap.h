@@ -28,7 +28,8 @@ class ParameterMap {
   /// long as the map all the same.
   /// @param target  not null, outlives the map
   StringParameter* AddStringParameter(const char* name, BaseString<char>* target);
-  /// The same for an integer, by the name "LogLevel".
+  IntParameter* AddIntParameter(const char* name, std::int32_t* target);
+  /// The same by the name "LogLevel".
   IntParameter* AddLogLevelParameter(std::int32_t* target);
 
   /// @returns the parameter's own result, or ResultUnknownParameter.
