@@ -1,0 +1,37 @@
+#include "framework/DeviceThread.h"
+
+#include <utility>
+
+namespace conduit {
+namespace {
+
+/// Whose thread it is that asks: one that waited for itself would wait for ever.
+thread_local const DeviceThread* current = nullptr;
+
+}  // namespace
+
+DeviceThread::~DeviceThread() { Stop(); }
+
+void DeviceThread::Start(std::function<void(const std::stop_token& stop)> run) {
+  Stop();
+  const std::lock_guard lock(waiting);
+  source = std::stop_source();
+  thread = std::thread([this, run = std::move(run), stop = source.get_token()] {
+    current = this;
+    run(stop);
+  });
+}
+
+void DeviceThread::Stop() {
+  if (current == this) {
+    source.request_stop();
+    return;
+  }
+  const std::lock_guard lock(waiting);
+  source.request_stop();
+  if (thread.joinable()) {
+    thread.join();
+  }
+}
+
+}  // namespace conduit

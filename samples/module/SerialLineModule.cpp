@@ -1,0 +1,148 @@
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <stdexcept>
+#include <stop_token>
+#include <string>
+
+#include "framework/BaseInputModule.h"
+#include "framework/CreateModule.h"
+#include "framework/DeviceThread.h"
+#include "platform/SerialPort.h"
+#include "runtime/Log.h"
+#include <conduit/ModuleEntry.h>
+
+namespace conduit {
+namespace {
+
+constexpr const char* LineItem = "SERIAL_LINE";
+constexpr std::size_t LongestLine = 4096;
+constexpr const char* ReadTag = "SerialLineModule::ReadLines";
+
+/// Delivers each line that comes through a serial port as a document of one text item.
+class SerialLineModule final : public BaseInputModule {
+ public:
+  explicit SerialLineModule(IModuleLogger* logger) : BaseInputModule(logger, "SerialLine") {
+    parameters.AddStringParameter("Port", &Port)->required = true;
+    IntParameter* const rate = parameters.AddIntParameter("BaudRate", &BaudRate);
+    rate->mustBeInRange = true;
+    rate->rangeLow = 50;
+    rate->rangeHigh = 4'000'000;
+  }
+
+  std::int32_t Initialise() override {
+    try {
+      reader.Stop();  // an earlier run holds its port to its end
+      if (Port.length == 0) {
+        throw std::runtime_error("the parameter Port names no serial port");
+      }
+      const auto port = std::make_shared<SerialPort>(Port.buffer, BaudRate);
+      ReportState(ReaderState::Enabled);
+      reader.Start([this, port](const std::stop_token& stop) { ReadLines(*port, stop); });
+      return ResultSuccess;
+    } catch (const std::runtime_error& problem) {
+      Fail("SerialLineModule::Initialise", problem.what(), ReaderState::Error);
+      return ResultReaderNotStarted;
+    }
+  }
+
+  std::int32_t Shutdown() override {
+    reader.Stop();
+    return ResultSuccess;
+  }
+
+ private:
+  void ReadLines(SerialPort& port, const std::stop_token& stop) {
+    BeginLine();
+    afterReturn = false;
+    Deliver(ReaderEventCode::DeviceConnected, ReaderState::Enabled);
+    std::string problem;
+    try {
+      char bytes[512];
+      while (const std::size_t count = port.Read(bytes, sizeof bytes, stop)) {
+        for (std::size_t i = 0; i < count && !stop.stop_requested(); ++i) {
+          TakeByte(bytes[i]);
+        }
+      }
+    } catch (const std::exception& thrown) {
+      problem = thrown.what();
+    }
+    if (!line.empty()) {
+      Log(logger, MessageFailure, ReadTag,
+          "Left out a line that did not end. Bytes: ", static_cast<std::int32_t>(line.size()));
+    }
+    if (!problem.empty()) {
+      Deliver(ReaderEventCode::DeviceDisconnected, ReaderState::Error);
+      Fail(ReadTag, problem.c_str(), ReaderState::Terminated);
+    }
+  }
+
+  /// A line ends in CR, LF or both.
+  void TakeByte(char byte) {
+    const bool endsPair = byte == '\n' && afterReturn;
+    afterReturn = byte == '\r' || (byte == '\0' && afterReturn);
+    if (byte == '\0') {
+      ++nuls;
+    } else if ((byte == '\r' || byte == '\n') && !endsPair) {
+      EndLine();
+    } else if (!endsPair && !tooLong) {
+      line += byte;
+      tooLong = line.size() > LongestLine;
+      if (tooLong) {
+        Fail(ReadTag, "left out a line of more than 4096 bytes", ReaderState::Error);
+      }
+    }
+  }
+
+  void EndLine() {
+    if (nuls > 0) {
+      // No text item can hold one; some devices send them between lines.
+      Log(logger, MessageFailure, ReadTag, "Left NUL bytes out of a line. Bytes: ", nuls);
+    }
+    if (!tooLong) {
+      Deliver(ReaderEventCode::StartOfDocumentData, ReaderState::Reading);
+      Log(logger, MessageTrace, ReadTag, "ItemName: ", LineItem);
+      host->SendData(LineItem, ItemTypeText, static_cast<std::int32_t>(line.size()), line.c_str(),
+                     nullptr, true);
+      Deliver(ReaderEventCode::EndOfDocumentData, ReaderState::Enabled);
+    }
+    BeginLine();
+  }
+
+  void BeginLine() {
+    line.clear();
+    nuls = 0;
+    tooLong = false;
+  }
+
+  void Deliver(ReaderEventCode event, ReaderState state) {
+    DeliverEvent(event, ReadTag);
+    ReportState(state);
+  }
+
+  void Fail(const char* tag, const char* text, ReaderState state) {
+    Log(logger, MessageFailure, tag, "Serial Port Error: ", text);
+    host->ReportError(text);
+    ReportState(state);
+  }
+
+  BaseString<char> Port;
+  std::int32_t BaudRate = 9600;
+
+  // Of the line that is being read, by the reader's thread alone.
+  std::string line;
+  std::int32_t nuls = 0;
+  bool tooLong = false;
+  bool afterReturn = false;
+
+  DeviceThread reader;  ///< last, so that it ends before what it uses goes
+};
+
+}  // namespace
+}  // namespace conduit
+
+std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputModule** module) {
+  return conduit::CreateModule<conduit::SerialLineModule>(logger, module);
+}
+
+std::int32_t CIM_Destroy(conduit::IInputModule* module) { return conduit::DestroyModule(module); }
