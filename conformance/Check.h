@@ -4,7 +4,9 @@
 #include <filesystem>
 #include <span>
 #include <string>
+#include <vector>
 
+#include "conformance/Setting.h"
 #include "hosting/ModuleLibrary.h"
 
 namespace conduit {
@@ -17,6 +19,7 @@ struct CheckContext {
   std::filesystem::path missingSession;  ///< for a reader that refuses
   std::filesystem::path manyDocuments;   ///< a session of many equal documents
   bool isBuiltIn;                        ///< the session is this program's own
+  std::vector<Setting> settings;         ///< what the module's reader needs to start
   std::chrono::milliseconds patience;    ///< how long a session may take
 };
 

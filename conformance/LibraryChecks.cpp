@@ -65,9 +65,9 @@ void CheckNullLogger(const CheckContext& context) {
   SessionWitness host;
   const LoadedModule module(context.library, nullptr);
   Exercise(module);
-  host.Start(module, context.missingSession);
+  host.Start(module, context.missingSession, context.settings);
   module->Shutdown();
-  host.Start(module, context.session);
+  host.Start(module, context.session, context.settings);
   host.WaitForEnd(context.patience);
   module->Shutdown();
 }
@@ -102,7 +102,7 @@ void CheckLeavesNothing(const CheckContext& context) {
       SessionWitness host;
       const LoadedModule module(context.library, &host);
       Exercise(module);
-      if (host.Start(module, context.manyDocuments) == ResultSuccess) {
+      if (host.Start(module, context.manyDocuments, context.settings) == ResultSuccess) {
         host.WaitForDelivery(context.patience / (warmUp + rounds));
       }
       module->Shutdown();

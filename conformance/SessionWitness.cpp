@@ -95,10 +95,13 @@ std::string TypeFault(const std::string& name, ItemType type, bool isBarcode) {
 
 }  // namespace
 
-std::int32_t SessionWitness::Start(const LoadedModule& module,
-                                   const std::filesystem::path& session) {
+std::int32_t SessionWitness::Start(const LoadedModule& module, const std::filesystem::path& session,
+                                   const std::vector<Setting>& settings) {
   SetEnvironment(SessionVariable, session);
   module->SetHost(this);
+  for (const Setting& setting : settings) {
+    module->SetParameter(setting.name.c_str(), setting.value.c_str());
+  }
   return module->Initialise();
 }
 

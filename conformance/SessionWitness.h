@@ -12,6 +12,7 @@
 #include <thread>
 #include <vector>
 
+#include "conformance/Setting.h"
 #include "hosting/EndOfSession.h"
 #include "hosting/LoadedModule.h"
 #include <conduit/IInputModuleHost.h>
@@ -45,9 +46,11 @@ class SessionWitness final : public IModuleLogger, public IInputModuleHost {
   SessionWitness(const SessionWitness&) = delete;
   SessionWitness& operator=(const SessionWitness&) = delete;
 
-  /// Becomes the module's host and starts its reader on that session.
+  /// Becomes the module's host, sets what its reader needs, and starts that on the
+  /// session.
   /// @returns what Initialise answered.
-  std::int32_t Start(const LoadedModule& module, const std::filesystem::path& session);
+  std::int32_t Start(const LoadedModule& module, const std::filesystem::path& session,
+                     const std::vector<Setting>& settings);
 
   /// @returns whether the session came to its end in time.
   bool WaitForEnd(std::chrono::milliseconds time);

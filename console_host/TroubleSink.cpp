@@ -21,7 +21,7 @@ constexpr ResultMeaning ResultMeanings[] = {
     {ResultUnknownAction, "no such action"},
     {ResultValueMissing, "a value is required"},
     {ResultInvalidValue, "the value breaks a rule"},
-    {ResultReaderNotStarted, "the reader library refused"},
+    {ResultReaderNotStarted, "the reader or its library refused"},
 };
 
 std::string Explained(std::int32_t result) {

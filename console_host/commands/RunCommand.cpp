@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "console_host/JsonSink.h"
+#include "console_host/NamedPair.h"
 #include "console_host/PageCount.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
@@ -83,21 +84,6 @@ struct RunOptions {
   std::string saveFolder;
 };
 
-/// The parts before and after the first '='.
-std::pair<std::string, std::string> Split(const std::string& pair) {
-  const std::size_t equals = pair.find('=');
-  return {pair.substr(0, equals), pair.substr(equals + 1)};
-}
-
-CLI::Validator NamedPair(const char* form) {
-  return {[form](const std::string& text) {
-            const std::size_t equals = text.find('=');
-            const bool named = equals != std::string::npos && equals > 0;
-            return named ? std::string() : "'" + text + "' is not of the form " + form;
-          },
-          form};
-}
-
 std::string ParameterNames(const LoadedModule& module) {
   std::string names;
   for (const ListedParameter& parameter : module.Parameters()) {
@@ -112,7 +98,7 @@ void SetParameters(const LoadedModule& module, const RunOptions& options, HostRe
   bool refused = false;
   bool unknown = false;
   for (const std::string& setting : options.settings) {
-    const auto [name, value] = Split(setting);
+    const auto [name, value] = SplitPair(setting);
     const std::int32_t result =
         recorder.Call("SetParameter " + setting, "the module refuses --set " + setting,
                       [&, &name = name, &value = value] {
@@ -138,7 +124,7 @@ bool HasParameter(const LoadedModule& module, const std::string& wanted) {
 std::optional<std::string> ValueGiven(const RunOptions& options, const std::string& wanted) {
   std::optional<std::string> value;
   for (const std::string& setting : options.settings) {
-    if (auto [name, given] = Split(setting); name == wanted) {
+    if (auto [name, given] = SplitPair(setting); name == wanted) {
       value = std::move(given);
     }
   }
@@ -185,7 +171,7 @@ void WarnOfUnknownEvent(const std::string& event, HostRecorder& recorder) {
 void AddReactions(const LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
   std::set<std::string> events;
   for (const std::string& reaction : options.reactions) {
-    const auto [event, script] = Split(reaction);
+    const auto [event, script] = SplitPair(reaction);
     const bool firstOfEvent = events.insert(event).second;
     if (firstOfEvent) {
       WarnOfUnknownEvent(event, recorder);

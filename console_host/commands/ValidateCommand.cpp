@@ -19,7 +19,9 @@
 #include "conformance/BuiltInSession.h"
 #include "conformance/Check.h"
 #include "conformance/Verdict.h"
+#include "console_host/NamedPair.h"
 #include "console_host/TemporaryFolder.h"
+#include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
 #include "platform/ChildProcess.h"
 #include "platform/FilePath.h"
@@ -27,6 +29,7 @@
 #include "platform/Process.h"
 #include "platform/ProcessResources.h"
 #include "platform/Terminal.h"
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {
@@ -41,24 +44,27 @@ Examples:
       runs the checks of its parameters
   conduit validate ./MyModule.so --session samples/session.json --timeout 60
       plays a session of your own, which takes longer
+  conduit validate ./MyModule.so --set Port=/dev/ttyUSB0
+      sets what the module's reader needs to start
   conduit validate ./MyModule.so --json | grep '"status":"failed"'
       gives programs one JSON object a line
   conduit validate --list
       names the checks
 
 Exit status: 0 no check failed, though some may warn; 1 one failed, or the
-module cannot be loaded; 2 wrong usage; 128 and the signal's number when
+module cannot be loaded or refuses a setting; 2 wrong usage; 128 and the signal's number when
 interrupted.)";
 
-/// Loads the library and does nothing more: not a check that a user can name,
-/// because without it there is nothing to check.
+/// Loads the library, and sees whether the module takes the user's settings: not a
+/// check that a user can name, because without it there is nothing to check.
 constexpr const char* LoadOnly = "load";
 
 struct ValidateOptions {
   std::string module;
   std::string session;
-  std::vector<std::string> only;  ///< patterns
-  int timeout = 10;               ///< seconds
+  std::vector<std::string> settings;  ///< NAME=VALUE
+  std::vector<std::string> only;      ///< patterns
+  int timeout = 10;                   ///< seconds
   bool list = false;
   bool json = false;
 
@@ -97,6 +103,26 @@ bool IsWanted(const Check& check, const ValidateOptions& options) {
          });
 }
 
+std::vector<Setting> SettingsGiven(const ValidateOptions& options) {
+  std::vector<Setting> settings;
+  for (const std::string& setting : options.settings) {
+    const auto [name, value] = SplitPair(setting);
+    settings.push_back({name, value});
+  }
+  return settings;
+}
+
+void RequireSettings(const ModuleLibrary& library, const std::vector<Setting>& settings) {
+  if (settings.empty()) {
+    return;
+  }
+  const LoadedModule module(library, nullptr);
+  for (const auto& [name, value] : settings) {
+    RequireResult("SetParameter of --set " + name + "=" + value, ResultSuccess,
+                  module->SetParameter(name.c_str(), value.c_str()));
+  }
+}
+
 ModuleLibrary LoadOrFail(const std::filesystem::path& module) {
   try {
     return ModuleLibrary(module);
@@ -106,15 +132,21 @@ ModuleLibrary LoadOrFail(const std::filesystem::path& module) {
 }
 
 /// While the library is loaded, where the code of what it throws may stand.
-void RunLoaded(const Check& check, const ValidateOptions& options, const ModuleLibrary& library) {
+/// @param check  null to see no more than whether the settings are taken
+void RunLoaded(const Check* check, const ValidateOptions& options, const ModuleLibrary& library) {
   const std::filesystem::path session = PathFromUtf8(options.session);
   const std::filesystem::path manyDocuments =
       options.manyDocuments.empty() ? session : PathFromUtf8(options.manyDocuments);
   // Half of the time limit, to have an answer before it is up.
   const std::chrono::milliseconds patience(options.timeout * 500);
+  const std::vector<Setting> settings = SettingsGiven(options);
   try {
-    check.run({library, library.File(), session, session.parent_path() / "no such session.json",
-               manyDocuments, options.builtIn, patience});
+    if (check != nullptr) {
+      check->run({library, library.File(), session, session.parent_path() / "no such session.json",
+                  manyDocuments, options.builtIn, settings, patience});
+    } else {
+      RequireSettings(library, settings);
+    }
   } catch (const std::exception& problem) {
     Fail(std::string("threw an exception: ") + problem.what());
   } catch (...) {
@@ -130,9 +162,7 @@ int RunCheckHere(const ValidateOptions& options) {
   const Check* const check = FindCheck(options.runCheck);
   {
     const ModuleLibrary library = LoadOrFail(PathFromUtf8(options.module));
-    if (check != nullptr) {
-      RunLoaded(*check, options, library);
-    }
+    RunLoaded(check, options, library);
   }
   if (check && check->runUnloaded) {
     check->runUnloaded();
@@ -150,6 +180,7 @@ class CheckRunner {
                                         : std::filesystem::absolute(PathFromUtf8(options.session))),
         manyDocuments(WriteSessionOfManyDocuments(folder.path)),
         isBuiltIn(options.session.empty()),
+        settings(options.settings),
         timeout(options.timeout) {
     RequireReadable("session", session);
     // The checks run in another folder, so that a relative one is not found.
@@ -168,6 +199,9 @@ class CheckRunner {
                                           "--timeout=" + std::to_string(timeout.count())};
     if (isBuiltIn) {
       arguments.emplace_back("--built-in");
+    }
+    for (const std::string& setting : settings) {
+      arguments.push_back("--set=" + setting);
     }
     arguments.insert(arguments.end(), {"--", Utf8FromPath(module)});
     const ChildOutcome outcome =
@@ -204,6 +238,7 @@ class CheckRunner {
   const std::filesystem::path session;
   const std::filesystem::path manyDocuments;
   const bool isBuiltIn;
+  const std::vector<std::string> settings;
   const std::chrono::seconds timeout;
 };
 
@@ -288,7 +323,7 @@ int Validate(const ValidateOptions& options) {
   const CheckRunner runner(options);
   const std::optional<Verdict> loaded = runner.Run(LoadOnly);
   if (loaded && loaded->status == Status::Failed) {
-    throw std::runtime_error("cannot load module " + Escaped(options.module) + ": " +
+    throw std::runtime_error("cannot validate module " + Escaped(options.module) + ": " +
                              loaded->reason);
   }
   Report report(options.json);
@@ -341,6 +376,12 @@ void AddValidateCommand(CLI::App& app, int& exitStatus) {
                    "The session that the module's reader plays; without it a short one of this "
                    "program's own")
       ->option_text("FILE");
+  command
+      ->add_option("--set", options->settings,
+                   "Set a parameter of the module before each start of its reader; repeatable")
+      ->allow_extra_args(false)
+      ->check(NamedPair("NAME=VALUE"))
+      ->option_text("NAME=VALUE");
   command
       ->add_option("--timeout", options->timeout,
                    "How long one check may take; a session has half of it")

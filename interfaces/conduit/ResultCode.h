@@ -14,7 +14,7 @@ enum ResultCode : std::int32_t {
   ResultNoHost = 5,             ///< an action ran while no host was set
   ResultInvalidValue = 6,       ///< a parameter value breaks a rule
   ResultNullPointer = 6,        ///< a null pointer was given to an exported function
-  ResultReaderNotStarted = 13,  ///< the reader library refused to start
+  ResultReaderNotStarted = 13,  ///< the reader or its library refused to start
 };
 
 /// The one answer to IInputModuleHost::SendData that means something to the

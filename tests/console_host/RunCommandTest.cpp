@@ -270,7 +270,7 @@ TEST(RunCommand, TellsWhyTheReaderDidNotStartOnce) {
   const Outcome outcome =
       RunFake({}, "refuse\nlog 0 Reader Error: no device\nerror no device\nstate Error\n");
   EXPECT_EQ(outcome.trouble,
-            "conduit: the reader did not start (result 13: the reader library refused)\n"
+            "conduit: the reader did not start (result 13: the reader or its library refused)\n"
             "  Reader Error: no device\n");
   EXPECT_EQ(outcome.output, "run     FakeModule" MODULE_SUFFIX "\nstate   Error\n");
   EXPECT_EQ(outcome.status, 1);

@@ -200,6 +200,8 @@ TEST(ValidateCommand, TellsWhatIsWrongWithItsArguments) {
                  1,
                  "does not export CIM_GetInputModule"},
            Wrong{{"validate", Broken("None"), "--session", "no.json"}, 1, "no.json"},
+           Wrong{{"validate", MODULE_FILE, "--set", "Port=1"}, 1, "--set Port=1 answered 2"},
+           Wrong{{"validate", MODULE_FILE, "--set", "Port"}, 2, "'Port' is not of the form"},
            Wrong{{"validate"}, 2, "MODULE is required"},
            Wrong{{"validate", "x.so", "--only", "expotrs"}, 2, "the checks are: exports, null-"},
            Wrong{{"describe"}, 2, "MODULE is required"},
