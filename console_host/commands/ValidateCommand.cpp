@@ -52,8 +52,8 @@ Examples:
       names the checks
 
 Exit status: 0 no check failed, though some may warn; 1 one failed, or the
-module cannot be loaded or refuses a setting; 2 wrong usage; 128 and the signal's number when
-interrupted.)";
+module cannot be loaded or refuses a setting; 2 wrong usage; 128 and the
+signal's number when interrupted.)";
 
 /// Loads the library, and sees whether the module takes the user's settings: not a
 /// check that a user can name, because without it there is nothing to check.

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <thread>
+
+namespace conduit {
+
+/// Stands in for a device: what is written here, a program reads from the port of that
+/// name.
+class PseudoTerminal {
+ public:
+  PseudoTerminal() : device(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
+    grantpt(device);
+    unlockpt(device);
+    name = ptsname(device);
+  }
+  ~PseudoTerminal() { Unplug(); }
+  PseudoTerminal(const PseudoTerminal&) = delete;
+  PseudoTerminal& operator=(const PseudoTerminal&) = delete;
+
+  /// @returns what the port had no room for.
+  std::string_view WriteWhatFits(std::string_view bytes) const {
+    const ssize_t count = write(device, bytes.data(), bytes.size());
+    return bytes.substr(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+  }
+
+  void Write(std::string_view bytes) const {
+    while (!(bytes = WriteWhatFits(bytes)).empty()) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  }
+
+  void Unplug() {
+    close(device);
+    device = -1;
+  }
+
+  std::string name;
+
+ private:
+  int device;
+};
+
+}  // namespace conduit
