@@ -1,5 +1,6 @@
 #include "console_host/TroubleSink.h"
 
+#include "hosting/ResultMeaning.h"
 #include "hosting/Utf8.h"
 #include <conduit/MessageLevel.h>
 #include <conduit/ResultCode.h>
@@ -8,31 +9,6 @@ namespace conduit {
 namespace {
 
 constexpr const char* Prefix = "conduit: ";
-
-struct ResultMeaning {
-  std::int32_t result;
-  const char* text;
-};
-
-/// As the calls of a host answer; their codes do not overlap.
-constexpr ResultMeaning ResultMeanings[] = {
-    {ResultUnknownParameter, "no parameter has that name"},
-    {ResultUnknownCondition, "no such condition"},
-    {ResultUnknownAction, "no such action"},
-    {ResultValueMissing, "a value is required"},
-    {ResultInvalidValue, "the value breaks a rule"},
-    {ResultReaderNotStarted, "the reader or its library refused"},
-};
-
-std::string Explained(std::int32_t result) {
-  std::string text = "result " + std::to_string(result);
-  for (const ResultMeaning& meaning : ResultMeanings) {
-    if (meaning.result == result) {
-      text += std::string(": ") + meaning.text;
-    }
-  }
-  return text;
-}
 
 }  // namespace
 
@@ -51,7 +27,7 @@ void TroubleSink::OnCallReturned(const CallReturned& call) {
   if (call.result == ResultSuccess) {
     return;
   }
-  output << Prefix << call.failure << " (" << Explained(call.result) << ")\n";
+  output << Prefix << call.failure << " (" << ExplainedResult(call.result) << ")\n";
   for (const std::string& reason : call.reasons) {
     output << "  " << Escaped(reason) << '\n';
   }

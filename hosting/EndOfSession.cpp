@@ -7,6 +7,12 @@
 
 namespace conduit {
 
+void EndOfSession::OnRunBegan(const RunBegan& /*run*/) {
+  disconnected = false;
+  const std::lock_guard lock(mutex);
+  reached = false;
+}
+
 void EndOfSession::OnEvent(const EventReceived& event) {
   if (IsEvent(event.name, ReaderEventCode::DeviceDisconnected)) {
     disconnected = true;

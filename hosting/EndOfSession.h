@@ -13,6 +13,8 @@ namespace conduit {
 /// a reader may pass through it while it starts.
 class EndOfSession final : public RunListener {
  public:
+  /// Forgets the end of an earlier run.
+  void OnRunBegan(const RunBegan& run) override;
   void OnEvent(const EventReceived& event) override;
   void OnState(const StateReported& state) override;
 
