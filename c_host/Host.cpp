@@ -1,0 +1,253 @@
+#include "c_host/Host.h"
+
+#include <chrono>
+#include <exception>
+#include <vector>
+
+#include "c_host/HostError.h"
+#include "hosting/ResultMeaning.h"
+#include "hosting/Utf8.h"
+#include "platform/FilePath.h"
+#include "platform/Process.h"
+#include "platform/SessionLocation.h"
+#include <conduit/ParameterName.h>
+#include <conduit/ResultCode.h>
+
+namespace conduit {
+namespace {
+
+/// Gives the mark back that a call is under way.
+class Turn {
+ public:
+  explicit Turn(std::atomic_flag& busy) : busy(busy) {}
+  ~Turn() { busy.clear(); }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+
+ private:
+  std::atomic_flag& busy;
+};
+
+}  // namespace
+
+std::int32_t Host::Do(const std::function<void(Host&)>& call) {
+  if (IsInCallback()) {
+    return Keep(CONDUIT_HOST_IN_CALLBACK,
+                "called from within a callback, where it could wait for itself; interrupt the "
+                "wait, and do it behind that");
+  }
+  if (busy.test_and_set()) {
+    return Keep(CONDUIT_HOST_BUSY, "another thread's call on this host is under way");
+  }
+  const Turn turn(busy);
+  try {
+    call(*this);
+    if (const auto failure = border.TakeFailure()) {
+      return Keep(CONDUIT_HOST_CALLBACK_FAILED, *failure);
+    }
+    return Keep(CONDUIT_HOST_SUCCESS, "");
+  } catch (const HostError& problem) {
+    return Keep(problem.result, problem.what());
+  } catch (const std::exception& problem) {
+    return Keep(CONDUIT_HOST_FAILED, problem.what());
+  } catch (...) {
+    return Keep(CONDUIT_HOST_FAILED, "the module threw an exception that says nothing");
+  }
+}
+
+std::int32_t Host::Keep(std::int32_t result, const std::string& text) {
+  const std::lock_guard lock(errorMutex);
+  lastError = text;
+  return result;
+}
+
+std::string Host::LastError() const {
+  const std::lock_guard lock(errorMutex);
+  return lastError;
+}
+
+LoadedModule& Host::Loaded() {
+  if (!module) {
+    throw HostError(CONDUIT_HOST_NOT_LOADED, "no module has been loaded");
+  }
+  return *module;
+}
+
+void Host::RequireStopped() const {
+  if (running) {
+    throw HostError(CONDUIT_HOST_RUNNING, "the reader runs; shut it down first");
+  }
+}
+
+LoadedModule& Host::Stopped() {
+  LoadedModule& loaded = Loaded();
+  RequireStopped();
+  return loaded;
+}
+
+void Host::Call(const std::string& failure, const std::function<std::int32_t()>& call) {
+  std::vector<std::string> reasons;
+  std::exception_ptr thrown;
+  const auto caught = [&]() -> std::int32_t {
+    try {
+      return call();
+    } catch (...) {
+      thrown = std::current_exception();
+      return CONDUIT_HOST_FAILED;
+    }
+  };
+  const std::int32_t result = border.Call(caught, reasons);
+  if (thrown) {
+    std::rethrow_exception(thrown);
+  }
+  if (result == ResultSuccess) {
+    return;
+  }
+  std::string text = failure + " (" + ExplainedResult(result) + ")";
+  for (const std::string& reason : reasons) {
+    text += "\n  " + Escaped(reason);
+  }
+  // A negative number of the module's would be taken for one of this library's.
+  throw HostError(result > 0 ? result : CONDUIT_HOST_FAILED, text);
+}
+
+void Host::Load(const std::filesystem::path& file) {
+  if (module) {
+    throw HostError(CONDUIT_HOST_ALREADY_LOADED,
+                    "a module has been loaded already; a host has one");
+  }
+  try {
+    module.emplace(file, &border);
+  } catch (const ModuleError& problem) {
+    throw HostError(CONDUIT_HOST_CANNOT_LOAD, problem.what());
+  }
+  (*module)->SetHost(&border);
+}
+
+void Host::SetSession(const std::string& location) const {
+  RequireStopped();
+  const bool watched = location.starts_with(WatchPrefix);
+  const std::filesystem::path path =
+      PathFromUtf8(watched ? location.substr(WatchPrefix.size()) : location);
+  try {
+    RequireReadable("session", path);
+  } catch (const std::runtime_error& problem) {
+    throw HostError(CONDUIT_HOST_CANNOT_READ, problem.what());
+  }
+  if (watched && !std::filesystem::is_directory(path)) {
+    throw HostError(CONDUIT_HOST_CANNOT_READ,
+                    "cannot watch " + Utf8FromPath(path) + ": it is no folder");
+  }
+  SetEnvironment(SessionVariable, PathFromUtf8(location));
+}
+
+void Host::FollowReaderLog(const std::string& file) {
+  SetParameter(ParameterName::LogFileName, file.c_str());
+  border.Follow(PathFromUtf8(file));
+}
+
+void Host::SetParameter(const char* name, const char* value) {
+  LoadedModule& stopped = Stopped();
+  Call("the module refuses " + Escaped(name) + "=" + Escaped(value),
+       [&] { return stopped->SetParameter(name, value); });
+}
+
+std::string Host::Parameter(const char* name) {
+  LoadedModule& loaded = Loaded();
+  const char* value = nullptr;
+  Call("the module does not give " + Escaped(name),
+       [&] { return loaded->GetParameter(name, &value); });
+  return value != nullptr ? value : "";
+}
+
+void Host::ListParameters(conduit_host_entry entry, void* context) {
+  for (const ListedParameter& parameter : Loaded().Parameters()) {
+    CallbackHost::Hand(entry, context, parameter.name.c_str(), parameter.value.c_str());
+  }
+}
+
+void Host::AddCondition(const char* name, const char* value) {
+  LoadedModule& stopped = Stopped();
+  Call("the module refuses the condition " + Escaped(name) + " " + Escaped(value),
+       [&] { return stopped->AddCondition(name, value); });
+}
+
+void Host::AddAction(const char* conditionName, const char* conditionValue, const char* actionName,
+                     const char* actionValue) {
+  LoadedModule& stopped = Stopped();
+  Call("the module refuses the action " + Escaped(actionName) + " " + Escaped(actionValue) +
+           " of the condition " + Escaped(conditionName) + " " + Escaped(conditionValue),
+       [&] { return stopped->AddAction(conditionName, conditionValue, actionName, actionValue); });
+}
+
+void Host::ListConditions(conduit_host_entry entry, void* context) {
+  LoadedModule& loaded = Loaded();
+  const std::int32_t count = loaded->GetConditionCount();
+  for (std::int32_t i = 0; i < count; ++i) {
+    const char* name = nullptr;
+    const char* value = nullptr;
+    loaded->GetConditionAt(i, &name, &value);
+    CallbackHost::Hand(entry, context, name, value);
+  }
+}
+
+void Host::Initialise() {
+  LoadedModule& stopped = Stopped();
+  border.BeginRun();
+  try {
+    Call("the reader did not start", [&] { return stopped->Initialise(); });
+  } catch (...) {
+    border.Watch().End();
+    throw;
+  }
+  running = true;
+}
+
+void Host::Shutdown() {
+  LoadedModule& loaded = Loaded();
+  if (!running) {
+    throw HostError(CONDUIT_HOST_NOT_RUNNING, "the reader does not run");
+  }
+  // Whatever it answers: nobody is to wait for it any more.
+  running = false;
+  const auto answer = [&] {
+    const std::int32_t result = loaded->Shutdown();
+    border.Watch().End();
+    return result;
+  };
+  Call("the reader did not stop", answer);
+}
+
+void Host::End() {
+  if (running) {
+    Shutdown();
+  }
+  module.reset();
+}
+
+std::int32_t Host::Wait(std::int32_t milliseconds) {
+  if (IsInCallback()) {
+    return Keep(CONDUIT_HOST_IN_CALLBACK,
+                "waiting within a callback would keep the reader from ending");
+  }
+  using Outcome = RunWatch::Outcome;
+  RunWatch& watch = border.Watch();
+  switch (watch.WaitFor(
+      milliseconds < 0 ? std::nullopt : std::optional(std::chrono::milliseconds(milliseconds)))) {
+    case Outcome::ReaderEnded:
+      return Keep(CONDUIT_HOST_SUCCESS, "");
+    case Outcome::UnderWay:
+      return Keep(CONDUIT_HOST_TIMED_OUT, "the reader has not ended yet");
+    case Outcome::Interrupted:
+      return Keep(CONDUIT_HOST_INTERRUPTED, "the wait was interrupted");
+    case Outcome::CallbackFailed:
+      return Keep(CONDUIT_HOST_CALLBACK_FAILED, watch.Reason());
+    case Outcome::NotRunning:
+      break;
+  }
+  return Keep(CONDUIT_HOST_NOT_RUNNING, "the reader does not run");
+}
+
+void Host::Interrupt() { border.Watch().Say(RunWatch::Outcome::Interrupted); }
+
+}  // namespace conduit
