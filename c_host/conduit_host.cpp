@@ -5,6 +5,7 @@
 
 #include "c_host/HostError.h"
 #include "c_host/HostTable.h"
+#include "hosting/DataFormat.h"
 #include "hosting/ResultMeaning.h"
 #include "platform/FilePath.h"
 #include <conduit/Version.h>
@@ -224,4 +225,9 @@ std::size_t conduit_host_last_error(conduit_host handle, char* buffer, std::size
 
 const char* conduit_host_item_property(const conduit_host_item* item, const char* key) {
   return key != nullptr ? PropertyOfCurrentItem(item, key) : nullptr;
+}
+
+const char* conduit_host_media_type(const void* data, std::size_t length) {
+  // From a table of literals, which end in a NUL.
+  return data != nullptr ? BrowserMediaType({static_cast<const char*>(data), length}).data() : "";
 }

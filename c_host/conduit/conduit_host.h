@@ -20,8 +20,9 @@
 /// The calls on one host come one at a time; one that would come between is refused with
 /// CONDUIT_HOST_BUSY and does nothing, so that no call ever waits for another. Outside of
 /// this rule, and allowed within callbacks too, stand conduit_host_interrupt,
-/// conduit_host_last_error, conduit_host_item_property, conduit_host_result_text and
-/// conduit_host_version. conduit_host_wait may be under way beside any other call.
+/// conduit_host_last_error, conduit_host_item_property, conduit_host_media_type,
+/// conduit_host_result_text and conduit_host_version. conduit_host_wait may be under way
+/// beside any other call.
 ///
 /// Nothing is thrown: an exception that a module lets out, or a callback in C++, becomes a
 /// result.
@@ -244,6 +245,11 @@ CONDUIT_HOST_API size_t conduit_host_last_error(conduit_host host, char* buffer,
 /// @returns its value, lent until that callback returns; null for any other item or key.
 CONDUIT_HOST_API const char* conduit_host_item_property(const conduit_host_item* item,
                                                         const char* key);
+
+/// The media type of a picture that browsers show, "image/png", by its first bytes.
+/// @param data  may be null when `length` is 0
+/// @returns the empty text for any other data. Good for ever.
+CONDUIT_HOST_API const char* conduit_host_media_type(const void* data, size_t length);
 
 #if defined(__cplusplus)
 }

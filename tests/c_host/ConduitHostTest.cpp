@@ -221,6 +221,8 @@ TEST_F(ConduitHost, RefusesNullPointersAndNamesThem) {
   EXPECT_EQ(LastError(), "entry is null");
   EXPECT_EQ(conduit_host_create(&callbacks, nullptr), CONDUIT_HOST_NULL_POINTER);
   EXPECT_EQ(conduit_host_item_property(nullptr, nullptr), nullptr);
+  EXPECT_STREQ(conduit_host_media_type(nullptr, 0), "");
+  EXPECT_STREQ(conduit_host_media_type("BM", 2), "image/bmp");
 }
 
 TEST_F(ConduitHost, RefusesAWrongOrder) {
