@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <functional>
 #include <future>
@@ -10,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/Process.h"
 #include <conduit/conduit_host.h>
 
 using testing::AllOf;
@@ -32,7 +32,7 @@ class ConduitHost : public testing::Test {
 
  protected:
   void Load(const std::string& script = "") {
-    setenv("FAKE_MODULE_SCRIPT", script.c_str(), 1);
+    conduit::SetEnvironment("FAKE_MODULE_SCRIPT", script);
     ASSERT_EQ(conduit_host_load(host, FakeModule), CONDUIT_HOST_SUCCESS) << LastError();
   }
 

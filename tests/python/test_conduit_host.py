@@ -10,6 +10,7 @@ import gc
 import json
 import os
 import re
+import signal
 import subprocess
 import sys
 import threading
@@ -225,6 +226,18 @@ def test_a_program_may_end_with_its_reader_running(fake):
                  "running = module.stream(on_item=lambda item: None)\n"
                  "next(running)\n", env={**os.environ, "FAKE_MODULE_SCRIPT": STORM})
     assert (ending.returncode, ending.stderr) == (0, "")
+
+
+def test_ctrl_c_comes_out_of_the_loop(tmp_path):
+    with subprocess.Popen(
+            [sys.executable, "-u", "-c", "import conduit_host, sys\n"
+             "with conduit_host.Module() as module:\n"
+             "    for one in module.stream(sys.argv[1], watch=True): print(one)\n", tmp_path],
+            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True) as waiting:
+        waiting.stdout.readline()
+        waiting.send_signal(signal.SIGINT)
+        _, trouble = waiting.communicate(timeout=60)
+    assert waiting.returncode == -signal.SIGINT and "KeyboardInterrupt" in trouble
 
 
 def test_the_module_logs_to_logging(fake, caplog):
