@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <utility>
+#include <vector>
 
 #include "c_host/HostError.h"
 #include <conduit/ItemName.h>
@@ -57,21 +58,19 @@ const char* PropertyOfCurrentItem(const conduit_host_item* item, const char* key
 }
 
 CallbackHost::CallbackHost(const conduit_host_callbacks& callbacks)
-    : callbacks(callbacks), recorder({&reasons, &end}, {}) {}
+    : callbacks(callbacks), recorder({&lastCall, &end}, {}) {}
 
 void CallbackHost::Follow(const std::filesystem::path& log) {
   const std::lock_guard lock(readerLogMutex);
   readerLog.emplace(log);
 }
 
-std::int32_t CallbackHost::Call(const std::function<std::int32_t()>& call,
-                                std::vector<std::string>& said) {
-  const std::int32_t result = recorder.Call("", "", call);
-  said = reasons.texts;
+CallReturned CallbackHost::Call(const std::function<std::int32_t()>& call) {
+  recorder.Call("", "", call);
   TellReaderLines();
   // What ended the run may have been held until now.
   TellEnd();
-  return result;
+  return lastCall.returned;
 }
 
 void CallbackHost::Hand(conduit_host_entry entry, void* context, const char* name,

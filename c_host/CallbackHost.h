@@ -6,7 +6,6 @@
 #include <mutex>
 #include <optional>
 #include <string>
-#include <vector>
 
 #include "c_host/RunWatch.h"
 #include "hosting/EndOfSession.h"
@@ -39,9 +38,9 @@ class CallbackHost final : public IModuleLogger, public IInputModuleHost {
   /// From now on hands on what stands newly in the reader library's log.
   void Follow(const std::filesystem::path& log);
 
-  /// Calls the module. [one call at a time]
-  /// @param reasons  receives what the module said meanwhile, when the result is not 0
-  std::int32_t Call(const std::function<std::int32_t()>& call, std::vector<std::string>& reasons);
+  /// Calls the module, and tells what it came to with what the module said meanwhile.
+  /// [one call at a time]
+  CallReturned Call(const std::function<std::int32_t()>& call);
 
   /// Hands one entry of a list to its callback; what it throws becomes a HostError.
   static void Hand(conduit_host_entry entry, void* context, const char* name, const char* value);
@@ -63,11 +62,11 @@ class CallbackHost final : public IModuleLogger, public IInputModuleHost {
   void ReportError(const char* text) override;
 
  private:
-  /// Keeps what explains a call's failure.
-  class Reasons final : public RunListener {
+  /// Keeps what the last call came to.
+  class LastCall final : public RunListener {
    public:
-    void OnCallReturned(const CallReturned& call) override { texts = call.reasons; }
-    std::vector<std::string> texts;
+    void OnCallReturned(const CallReturned& call) override { returned = call; }
+    CallReturned returned;
   };
 
   template <typename... Parameters, typename... Arguments>
@@ -80,7 +79,7 @@ class CallbackHost final : public IModuleLogger, public IInputModuleHost {
 
   const conduit_host_callbacks callbacks;
   RunWatch watch;
-  Reasons reasons;
+  LastCall lastCall;
   EndOfSession end;
   std::atomic<bool> endTold = false;
   HostRecorder recorder;  ///< behind the listeners that it tells

@@ -2,7 +2,6 @@
 
 #include <chrono>
 #include <exception>
-#include <vector>
 
 #include "c_host/HostError.h"
 #include "hosting/ResultMeaning.h"
@@ -86,7 +85,6 @@ LoadedModule& Host::Stopped() {
 }
 
 void Host::Call(const std::string& failure, const std::function<std::int32_t()>& call) {
-  std::vector<std::string> reasons;
   std::exception_ptr thrown;
   const auto caught = [&]() -> std::int32_t {
     try {
@@ -96,19 +94,19 @@ void Host::Call(const std::string& failure, const std::function<std::int32_t()>&
       return CONDUIT_HOST_FAILED;
     }
   };
-  const std::int32_t result = border.Call(caught, reasons);
+  const CallReturned returned = border.Call(caught);
   if (thrown) {
     std::rethrow_exception(thrown);
   }
-  if (result == ResultSuccess) {
+  if (returned.result == ResultSuccess) {
     return;
   }
-  std::string text = failure + " (" + ExplainedResult(result) + ")";
-  for (const std::string& reason : reasons) {
+  std::string text = failure + " (" + ExplainedResult(returned.result) + ")";
+  for (const std::string& reason : returned.reasons) {
     text += "\n  " + Escaped(reason);
   }
   // A negative number of the module's would be taken for one of this library's.
-  throw HostError(result > 0 ? result : CONDUIT_HOST_FAILED, text);
+  throw HostError(returned.result > 0 ? returned.result : CONDUIT_HOST_FAILED, text);
 }
 
 void Host::Load(const std::filesystem::path& file) {

@@ -5,7 +5,7 @@
 namespace conduit {
 
 HostTable& HostTable::Instance() {
-  static HostTable* const table = new HostTable;
+  static auto* const table = new HostTable;
   return *table;
 }
 
