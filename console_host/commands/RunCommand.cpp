@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "console_host/DefaultModule.h"
 #include "console_host/JsonSink.h"
 #include "console_host/NamedPair.h"
 #include "console_host/PageCount.h"
@@ -330,7 +331,7 @@ int Run(const RunOptions& options) {
 
 void AddRunCommand(CLI::App& app, int& exitStatus) {
   const auto options = std::make_shared<RunOptions>();
-  options->module = Utf8FromPath(ProgramFile().replace_filename(CONDUIT_DEFAULT_MODULE));
+  options->module = Utf8FromPath(DefaultModule());
 
   CLI::App* command = app.add_subcommand("run", "Run a module and show what it delivers");
   command->footer(Examples);
@@ -347,7 +348,7 @@ void AddRunCommand(CLI::App& app, int& exitStatus) {
                  "Go on with every image that comes into the folder SESSION, until Ctrl-C")
       ->needs(session);
   command->add_option("--module", options->module, "The module's library")
-      ->option_text("FILE (default: " CONDUIT_DEFAULT_MODULE " beside this program)");
+      ->option_text("FILE (default: " + DefaultModulePlace() + ")");
   // Without extra arguments: `--set A=1 session.json` must not take the file.
   command->add_option("--set", options->settings, "Set a parameter of the module; repeatable")
       ->allow_extra_args(false)

@@ -2,8 +2,9 @@
 #include <semaphore>
 #include <string_view>
 
-#include "hosting/LoadedModule.h"
+#include <conduit/ParameterName.h>
 #include <conduit/ResultCode.h>
+#include <conduit/hosting/LoadedModule.h>
 
 using namespace conduit;
 
@@ -40,14 +41,14 @@ class Host final : public IModuleLogger, public IInputModuleHost {
 
 int main(int count, char** arguments) {
   if (count != 2) {
-    std::fprintf(stderr, "usage: host MODULE\n");
+    std::fprintf(stderr, "usage: sample_host MODULE\n");
     return 2;
   }
   Host host;  // outlives the module, which only borrows it
   try {
     const LoadedModule module(arguments[1], &host);
     module->SetHost(&host);
-    module->SetParameter("DateOfBirthFormat", "%d.%m.%Y");
+    module->SetParameter(ParameterName::DateOfBirthFormat, "%d.%m.%Y");
     if (module->Initialise() != ResultSuccess) {
       return 1;
     }
