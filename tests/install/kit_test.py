@@ -1,0 +1,80 @@
+"""Installs into an empty prefix, moves that away, and builds the samples from there and
+from nowhere else: by CMake and by pkg-config. What they receive is what `conduit run` does.
+
+    kit_test.py BUILD SOURCES COMPILER CMAKE PKG-CONFIG
+"""
+
+import json
+
+import shutil
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+build, sources, compiler, cmake, pkg_config = sys.argv[1:]
+scratch = Path(tempfile.mkdtemp())
+kit = scratch / "kit"
+ENVIRONMENT = {"PATH": "/usr/bin:/bin", "HOME": str(scratch), "LC_ALL": "C.UTF-8"}
+
+def run(*command, **more):
+    done = subprocess.run([str(word) for word in command], cwd=scratch, capture_output=True,
+                          env=ENVIRONMENT | more, timeout=100)
+    if done.returncode != 0:
+        sys.exit(f"{command}\nended with {done.returncode}\n{done.stdout.decode(errors='replace')}"
+                 f"\n{done.stderr.decode(errors='replace')}")
+    return done.stdout
+
+def by_cmake(folder):
+    """Builds a project and returns the folder of what was built."""
+    target = scratch / "cmake" / folder.name
+    run(cmake, "-S", folder, "-B", target, "-G", "Ninja", f"-DCMAKE_PREFIX_PATH={kit}",
+        f"-DCMAKE_CXX_COMPILER={compiler}", "-DCMAKE_BUILD_TYPE=Release", f"-DKIT={kit}")
+    run(cmake, "--build", target)
+    assert str(build) not in (target / "CMakeCache.txt").read_text(), "the build tree was found"
+    return target
+
+def by_pkg_config(library, source, program, *options):
+    """Builds one source file with the flags that the kit's description gives."""
+    flags = run(pkg_config, "--cflags", "--libs", library,
+                PKG_CONFIG_LIBDIR=str(kit / "lib/pkgconfig")).decode().split()
+    run(compiler, "-std=c++20", *options, source, "-o", scratch / program, *flags)
+    return scratch / program
+
+def items_of_conduit(session):
+    """What the sample host prints of each item, told by the console host."""
+    lines = run(kit / "bin/conduit", "run", session, "--json", "--set", "DateOfBirthFormat=%d.%m.%Y")
+    items = [item for item in map(json.loads, lines.splitlines()) if item["kind"] == "item"]
+    # The sample shows texts alone.
+    return "".join(f"  {item['name']} ({item['length']} bytes) "
+                   f"{item.get('value', '') if item['itemType'] == 4 else ''}\n" for item in items)
+
+def items_of_host(program, session):
+    printed = run(program, kit / "lib/conduit/FullPageInputModule.so",
+                  HALDEN_READER_SESSION=str(session)).decode()
+    # A text may have several lines, the names of the other happenings begin theirs.
+    items, taken = "", False
+    for line in printed.splitlines(keepends=True):
+        other = line.startswith(("event ", "state ", "error ", "document\n", "end\n"))
+        taken = line.startswith("  ") or (taken and not other)
+        items += line if taken else ""
+    return items
+
+try:
+    run(cmake, "--install", build, "--prefix", scratch / "installed")
+    (scratch / "installed").rename(kit)
+    for file in kit.rglob("*"):
+        if file.is_file():
+            assert sources.encode() not in file.read_bytes(), f"a path of the build is in {file}"
+    shutil.copytree(kit / "share/conduit/samples", scratch / "samples")
+    session = scratch / "samples/session.json"
+
+    by_cmake(Path(__file__).parent / "consumer")
+    expected = items_of_conduit(session)
+    assert expected.count("\n") > 50, expected
+    for host in (by_cmake(scratch / "samples/host") / "sample_host",
+                 by_pkg_config("conduit-hosting", scratch / "samples/host/host.cpp", "host")):
+        received = items_of_host(host, session)
+        assert received == expected, f"{host} received\n{received}\nin place of\n{expected}"
+finally:
+    shutil.rmtree(scratch)
