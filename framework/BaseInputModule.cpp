@@ -2,8 +2,8 @@
 
 #include <utility>
 
+#include "framework/ReaderNames.h"
 #include "framework/SetActiveScriptAction.h"
-#include "runtime/EntryAt.h"
 #include "runtime/Log.h"
 #include <conduit/Reaction.h>
 #include <conduit/ResultCode.h>
@@ -79,7 +79,7 @@ std::int32_t BaseInputModule::ReceiveEvent(const char* eventName) {
 
 void BaseInputModule::DeliverEvent(ReaderEventCode code, const char* tag) {
   host->ReportError("");
-  const char* const name = EntryAt(ReaderEventNames, static_cast<std::int32_t>(code), "");
+  const char* const name = GetEventName(code);
   Log(logger, MessageTrace, tag, "Event: ", name);
   ReceiveEvent(name);
   switch (code) {
@@ -102,8 +102,8 @@ void BaseInputModule::DeliverEvent(ReaderEventCode code, const char* tag) {
   }
 }
 
-void BaseInputModule::ReportState(ReaderState state) {
-  host->ReportState(EntryAt(ReaderStateNames, static_cast<std::int32_t>(state), ""));
+void BaseInputModule::ReportReaderState(ReaderState state) {
+  host->ReportState(GetStateText(state));
 }
 
 UnaryCondition* BaseInputModule::FindCondition(const BaseString<char>& name,

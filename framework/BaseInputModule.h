@@ -64,7 +64,7 @@ class BaseInputModule : public Implements<IInputModule> {
 
   /// Passes the state's text to the host, the empty one for a state without a name.
   /// [reader thread; Initialise] REQUIRES: SetHost was called.
-  void ReportState(ReaderState state);
+  void ReportReaderState(ReaderState state);
 
   /// The first condition with that name and value, or null.
   UnaryCondition* FindCondition(const BaseString<char>& name, const BaseString<char>& value) const;

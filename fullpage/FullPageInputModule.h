@@ -66,6 +66,7 @@ class FullPageInputModule : public BaseInputModule {
   void DeliverPlainItem(const char* name, ItemType itemType, std::int32_t length, const void* data);
   /// Passes the text of the reader's state of this moment to the host.
   void ReportReaderState();
+  using BaseInputModule::ReportReaderState;
 
   void ProcessCodelineData(const ReaderCodelineData& record);
   void ProcessAamvaData(const ReaderAamvaData& record);

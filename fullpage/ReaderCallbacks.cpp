@@ -1,6 +1,6 @@
+#include "framework/ReaderNames.h"
 #include "fullpage/FeatureMap.h"
 #include "fullpage/FullPageInputModule.h"
-#include "runtime/EntryAt.h"
 #include "runtime/Log.h"
 #include <conduit/ReaderItem.h>
 
@@ -79,7 +79,7 @@ void FullPageInputModule::OnError(const char* text) {
 void FullPageInputModule::DeliverBarcode(const char* name, const ReaderBarcodeData& barcode) {
   FeatureMap properties(barcode.index);
   const bool last = std::int64_t{barcode.index} + 1 == barcode.count;
-  const ItemType itemType = EntryAt(ReaderBarcodeItemTypes, barcode.format, ItemTypeUnknown);
+  const ItemType itemType = GetBarcodeItemType(barcode.format);
   if (itemType == ItemTypeText && barcode.data == nullptr) {
     host->SendData(name, itemType, 0, "", &properties, last);
   } else {
@@ -97,7 +97,7 @@ void FullPageInputModule::DeliverPlainItem(const char* name, ItemType itemType, 
 }
 
 void FullPageInputModule::ReportReaderState() {
-  ReportState(static_cast<ReaderState>(HaldenReader_GetState()));
+  ReportReaderState(static_cast<ReaderState>(HaldenReader_GetState()));
 }
 
 }  // namespace conduit

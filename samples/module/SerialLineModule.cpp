@@ -37,7 +37,7 @@ class SerialLineModule final : public BaseInputModule {
         throw std::runtime_error("the parameter Port names no serial port");
       }
       const auto port = std::make_shared<SerialPort>(Port.buffer, BaudRate);
-      ReportState(ReaderState::Enabled);
+      ReportReaderState(ReaderState::Enabled);
       reader.Start([this, port](const std::stop_token& stop) { ReadLines(*port, stop); });
       return ResultSuccess;
     } catch (const std::runtime_error& problem) {
@@ -117,13 +117,13 @@ class SerialLineModule final : public BaseInputModule {
 
   void Deliver(ReaderEventCode event, ReaderState state) {
     DeliverEvent(event, ReadTag);
-    ReportState(state);
+    ReportReaderState(state);
   }
 
   void Fail(const char* tag, const char* text, ReaderState state) {
     Log(logger, MessageFailure, tag, "Serial Port Error: ", text);
     host->ReportError(text);
-    ReportState(state);
+    ReportReaderState(state);
   }
 
   BaseString<char> Port;
