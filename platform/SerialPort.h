@@ -22,7 +22,7 @@ class SerialPort {
   /// Takes the bytes that have come, and waits for some when there are none. Throws when
   /// the port is gone.
   /// @param stop  the same at every call
-  /// @returns their number; 0 once a stop is asked for.
+  /// @returns their number; 0 when a stop is asked for instead.
   std::size_t Read(char* buffer, std::size_t size, const std::stop_token& stop);
 
  private:
