@@ -1,5 +1,6 @@
 #include "framework/DeviceThread.h"
 
+#include <system_error>
 #include <utility>
 
 namespace conduit {
@@ -13,6 +14,9 @@ thread_local const DeviceThread* current = nullptr;
 DeviceThread::~DeviceThread() { Stop(); }
 
 void DeviceThread::Start(std::function<void(const std::stop_token& stop)> run) {
+  if (current == this) {
+    throw std::system_error(std::make_error_code(std::errc::resource_deadlock_would_occur));
+  }
   Stop();
   const std::lock_guard lock(waiting);
   source = std::stop_source();

@@ -20,7 +20,8 @@ class DeviceThread {
   ~DeviceThread();
 
   /// Starts the thread, which lives until `run` returns; stops an earlier one first.
-  /// Throws a std::system_error when the system has no thread to give. [host thread]
+  /// Throws a std::system_error when the system has no thread to give, and on the thread
+  /// itself, which cannot wait for its own end. [host thread]
   /// @param run  returns soon when a stop is asked for, and lets no exception out;
   ///             destroyed at the end of the thread, with what it holds
   void Start(std::function<void(const std::stop_token& stop)> run);

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <stop_token>
 #include <string>
+#include <utility>
 
 #include "framework/BaseInputModule.h"
 #include "framework/CreateModule.h"
@@ -73,32 +74,33 @@ class SerialLineModule final : public BaseInputModule {
     }
     if (!problem.empty()) {
       Deliver(ReaderEventCode::DeviceDisconnected, ReaderState::Error);
-      Fail(ReadTag, problem.c_str(), ReaderState::Terminated);
+      Fail(ReadTag, problem, ReaderState::Terminated);
     }
   }
 
   /// A line ends in CR, LF or both.
   void TakeByte(char byte) {
-    const bool endsPair = byte == '\n' && afterReturn;
-    afterReturn = byte == '\r' || (byte == '\0' && afterReturn);
     if (byte == '\0') {
-      ++nuls;
-    } else if ((byte == '\r' || byte == '\n') && !endsPair) {
+      if (!std::exchange(hadNul, true)) {
+        Log(logger, MessageFailure, ReadTag, "Left NUL bytes out of a line");
+      }
+      return;  // no text item can hold one
+    }
+    const bool endsPair = byte == '\n' && afterReturn;
+    afterReturn = byte == '\r';
+    if ((byte == '\r' || byte == '\n') && !endsPair) {
       EndLine();
     } else if (!endsPair && !tooLong) {
       line += byte;
       tooLong = line.size() > LongestLine;
       if (tooLong) {
-        Fail(ReadTag, "left out a line of more than 4096 bytes", ReaderState::Error);
+        Fail(ReadTag, "left out a line of more than " + std::to_string(LongestLine) + " bytes",
+             ReaderState::Error);
       }
     }
   }
 
   void EndLine() {
-    if (nuls > 0) {
-      // No text item can hold one; some devices send them between lines.
-      Log(logger, MessageFailure, ReadTag, "Left NUL bytes out of a line. Bytes: ", nuls);
-    }
     if (!tooLong) {
       Deliver(ReaderEventCode::StartOfDocumentData, ReaderState::Reading);
       Log(logger, MessageTrace, ReadTag, "ItemName: ", LineItem);
@@ -111,7 +113,7 @@ class SerialLineModule final : public BaseInputModule {
 
   void BeginLine() {
     line.clear();
-    nuls = 0;
+    hadNul = false;
     tooLong = false;
   }
 
@@ -120,18 +122,17 @@ class SerialLineModule final : public BaseInputModule {
     ReportReaderState(state);
   }
 
-  void Fail(const char* tag, const char* text, ReaderState state) {
-    Log(logger, MessageFailure, tag, "Serial Port Error: ", text);
-    host->ReportError(text);
+  void Fail(const char* tag, const std::string& text, ReaderState state) {
+    Log(logger, MessageFailure, tag, "Serial Port Error: ", text.c_str());
+    host->ReportError(text.c_str());
     ReportReaderState(state);
   }
 
   BaseString<char> Port;
   std::int32_t BaudRate = 9600;
-
   // Of the line that is being read, by the reader's thread alone.
   std::string line;
-  std::int32_t nuls = 0;
+  bool hadNul = false;
   bool tooLong = false;
   bool afterReturn = false;
 

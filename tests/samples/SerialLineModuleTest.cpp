@@ -123,10 +123,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"MayBeEmpty", {"\n\r\n\r"}, {"0 ''", "0 ''", "0 ''"}},
         Case{"MayComeInPieces", {"in ", "pieces\r", "\n", "next"}, {"9 'in pieces'", "4 'next'"}},
         Case{"MayHoldAnyByte", {"\xFF\xC3\x1B[1m\x03"}, {R"(7 '\xFF\xC3\x1B[1m\x03')"}},
-        Case{"HoldNoNul",
-             {"a\0b\0\r\0\nc"s},
-             {"2 'ab'", "1 'c'"},
-             "NUL bytes out of a line. Bytes: 2"},
+        Case{"HoldNoNul", {"a\0b\0\r\0\nc"s}, {"2 'ab'", "1 'c'"}, "Left NUL bytes out of a line"},
         Case{"MayBeLong", {std::string(4096, 'x')}, {"4096"}},
         Case{"MayNotBeEndless",
              {std::string(20000, 'x'), "\nok"},
@@ -203,6 +200,20 @@ TEST_F(SerialLineModuleTest, StopsAtOnceFromWithinADelivery) {
   EXPECT_EQ(Start(terminal->name), 0);
   terminal->Write("three\n");
   EXPECT_THAT(HeardTo("SendData"), Contains(HasSubstr("5 'three'")));
+}
+
+TEST_F(SerialLineModuleTest, DoesNotStartFromWithinADelivery) {
+  const PseudoTerminal other;
+  std::int32_t answer = 0;
+  host.stopAt = "SERIAL_LINE";
+  host.onStop = [&] {
+    module->SetParameter("Port", other.name.c_str());
+    answer = module->Initialise();
+  };
+  ASSERT_EQ(Start(terminal->name), 0);
+  terminal->Write("one\n");
+  HeardTo("SendEvent END");
+  EXPECT_EQ(answer, 13);
 }
 
 }  // namespace
