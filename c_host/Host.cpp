@@ -114,10 +114,18 @@ void Host::Load(const std::filesystem::path& file) {
     throw HostError(CONDUIT_HOST_ALREADY_LOADED,
                     "a module has been loaded already; a host has one");
   }
+  // Stays loaded while what the module threw is read, whose code it may have.
+  std::optional<ModuleLibrary> library;
   try {
-    module.emplace(file, &border);
+    library.emplace(file);
+    module.emplace(*library, &border);
   } catch (const ModuleError& problem) {
     throw HostError(CONDUIT_HOST_CANNOT_LOAD, problem.what());
+  } catch (const std::exception& problem) {
+    throw HostError(CONDUIT_HOST_CANNOT_LOAD,
+                    ModuleError(file, std::string("it threw ") + problem.what()).what());
+  } catch (...) {
+    throw HostError(CONDUIT_HOST_CANNOT_LOAD, ModuleError(file, "it threw").what());
   }
   (*module)->SetHost(&border);
 }

@@ -294,6 +294,16 @@ TEST_F(ConduitHost, SaysWhyTheModuleRefuses) {
   EXPECT_EQ(conduit_host_destroy(other), 0);
 }
 
+TEST_F(ConduitHost, LoadsAgainAfterAModuleThatWasNotToBeHad) {
+  for (const auto& [script, reason] :
+       {std::pair("no memory", "answered 6"), std::pair("no room", "it threw no room")}) {
+    conduit::SetEnvironment("FAKE_MODULE_SCRIPT", script);
+    EXPECT_EQ(conduit_host_load(host, FakeModule), CONDUIT_HOST_CANNOT_LOAD);
+    EXPECT_THAT(LastError(), HasSubstr(reason));
+  }
+  Load();
+}
+
 TEST_F(ConduitHost, GivesParametersWhole) {
   ASSERT_EQ(conduit_host_load(host, MODULE_FILE), 0) << LastError();
   ASSERT_EQ(conduit_host_set_parameter(host, "BadChars", "*_!"), 0);

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <exception>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -34,6 +35,11 @@ std::string Bytes(const std::string& hexadecimal) {
   }
   return bytes;
 }
+
+/// Has its code in this library.
+struct NoRoom : std::exception {
+  const char* what() const noexcept override { return "no room"; }
+};
 
 class Properties : public Implements<IStringMap> {
  public:
@@ -237,6 +243,9 @@ std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger, conduit::IInputM
   const std::string script = conduit::Script();
   if (script == "no memory") {
     return 6;
+  }
+  if (script == "no room") {
+    throw conduit::NoRoom();
   }
   *module = script == "no module" ? nullptr : new conduit::FakeModule(logger);
   return conduit::ResultSuccess;
