@@ -7,23 +7,27 @@
 namespace conduit {
 namespace {
 
-std::atomic<bool> interrupted = false;
+/// A bit for each kind that came.
+std::atomic<unsigned> interrupts = 0;
 
+/// On a thread that the system starts in this process.
 BOOL WINAPI RememberInterrupt(DWORD event) {
-  const bool isFirst = !interrupted.exchange(true);
+  const unsigned kind = 1U << event;
+  const bool isFirst = (interrupts.fetch_or(kind) & kind) == 0;
   const bool endsWhenThisReturns =
       event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT;
-  if (isFirst && endsWhenThisReturns) {
-    // Until the program has ended by itself, or the system has waited long enough.
+  if (endsWhenThisReturns) {
+    // Until main has returned, which ends this thread, or the system has waited long
+    // enough.
     Sleep(INFINITE);
   }
-  return isFirst ? TRUE : FALSE;
+  return isFirst ? TRUE : FALSE;  // FALSE: the system ends the process
 }
 
 }  // namespace
 
 void CatchInterrupts() { SetConsoleCtrlHandler(RememberInterrupt, TRUE); }
 
-int InterruptStatus() { return interrupted ? 130 : 0; }
+int InterruptStatus() { return interrupts != 0 ? 130 : 0; }
 
 }  // namespace conduit

@@ -1,3 +1,4 @@
+#include <chrono>
 #include <cstdlib>
 #include <exception>
 #include <fstream>
@@ -140,6 +141,9 @@ class FakeModule : public Implements<IInputModule> {
     words >> verb >> first;
     const std::string rest = line.size() > verb.size() ? line.substr(verb.size() + 1) : "";
 
+    while (verb == "hang") {
+      std::this_thread::sleep_for(std::chrono::seconds(1));
+    }
     if (verb == "begin") {
       host->BeginData();
     }

@@ -241,6 +241,13 @@ TEST(RunCommand, StopsTheModuleBeforeItDestroysIt) {
   }
 }
 
+TEST(RunCommand, EndsAtOnceWhenItIsAskedAgain) {
+  const EndRequest& request = EndRequests().front();
+  const Outcome outcome = RunFake({}, "event READY\nhang", {&request, "READY", true});
+  EXPECT_THAT(outcome.output, Not(HasSubstr("stop ")));
+  EXPECT_NE(outcome.status, request.status);
+}
+
 TEST(RunCommand, KeepsLinesOfSeveralThreadsApart) {
   std::istringstream lines(RunFake({}, ToItsEnd("storm\n")).output);
   int items = 0;

@@ -28,14 +28,14 @@ std::filesystem::path Folder() {
 
 void Interrupt(const StartedProgram& program, const Interruption& interruption,
                const std::filesystem::path& output) {
-  constexpr std::chrono::milliseconds moment(5);
+  constexpr std::chrono::milliseconds moment(20);
   while (Contents(output).find(interruption.after) == std::string::npos && !program.HasEnded()) {
     std::this_thread::sleep_for(moment);
   }
-  for (int i = 0; i < interruption.times; ++i) {
+  do {
     program.Ask(*interruption.request);
     std::this_thread::sleep_for(moment);
-  }
+  } while (interruption.repeated && !program.HasEnded());
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ struct Outcome {
 
 struct Interruption {
   const EndRequest* request = nullptr;
-  std::string after;  ///< what the output holds when it is sent
-  int times = 1;
+  std::string after;      ///< what the output holds when it is sent
+  bool repeated = false;  ///< until the program ends
 };
 
 /// Runs `conduit` with the arguments and the fake module's script.
