@@ -26,7 +26,7 @@ const char* NameOf(Verdict::Status status) { return StatusNames[static_cast<int>
 /// Begins with a line end, because the module may have written half a line.
 void Announce(const Verdict& verdict) {
   std::cout << '\n'
-            << Mark << NameOf(verdict.status) << ' ' << Escaped(verdict.reason) << std::endl;
+            << Mark << NameOf(verdict.status) << ' ' << EscapedPaths(verdict.reason) << std::endl;
 }
 
 Verdict FindVerdict(std::string_view output) {

@@ -19,7 +19,7 @@ void TroubleSink::OnLogLine(const LogLine& line) {
   const bool toldElsewhere = line.again == SaidAgain::AsFailure ||
                              (line.again == SaidAgain::AsError && !options.readerErrors);
   if (line.level <= MessageFailure && options.log && !toldElsewhere) {
-    output << Prefix << Escaped(line.tag) << ": " << Escaped(line.message) << std::endl;
+    output << Prefix << Escaped(line.tag) << ": " << EscapedPaths(line.message) << std::endl;
   }
 }
 
@@ -29,7 +29,7 @@ void TroubleSink::OnCallReturned(const CallReturned& call) {
   }
   output << Prefix << call.failure << " (" << ExplainedResult(call.result) << ")\n";
   for (const std::string& reason : call.reasons) {
-    output << "  " << Escaped(reason) << '\n';
+    output << "  " << EscapedPaths(reason) << '\n';
   }
   output.flush();
 }

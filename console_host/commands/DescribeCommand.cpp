@@ -155,7 +155,7 @@ void WriteText(const std::string& module, const Description& description) {
             << "parameters, " << description.parameters.size() << '\n';
   for (const ListedParameter& parameter : description.parameters) {
     WriteRow(Escaped(parameter.name),
-             parameter.value.empty() ? "(not set)" : Escaped(parameter.value));
+             parameter.value.empty() ? "(not set)" : EscapedPaths(parameter.value));
   }
   WriteTrials("conditions, by trying", description.conditions);
   WriteTrials("actions, by trying", description.actions);

@@ -323,7 +323,7 @@ int Validate(const ValidateOptions& options) {
   const CheckRunner runner(options);
   const std::optional<Verdict> loaded = runner.Run(LoadOnly);
   if (loaded && loaded->status == Status::Failed) {
-    throw std::runtime_error("cannot validate module " + Escaped(options.module) + ": " +
+    throw std::runtime_error("cannot validate module " + EscapedPaths(options.module) + ": " +
                              loaded->reason);
   }
   Report report(options.json);

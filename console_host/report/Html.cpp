@@ -38,7 +38,7 @@ std::string PrintableHtml(std::string_view printable) {
   return markup;
 }
 
-std::string HtmlText(std::string_view bytes) { return PrintableHtml(Escaped(bytes)); }
+std::string HtmlText(std::string_view bytes) { return PrintableHtml(EscapedPaths(bytes)); }
 
 std::string Element(std::string_view name, std::string_view attributes, std::string_view contents) {
   std::string element = "<";

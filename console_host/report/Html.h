@@ -10,7 +10,7 @@ namespace conduit {
 std::string PrintableHtml(std::string_view printable);
 
 /// Any bytes as text of a page. What a reader could not see, or what would
-/// reorder the text, is written out as on a terminal.
+/// reorder the text, is written out as on a terminal; paths stay as they are.
 std::string HtmlText(std::string_view bytes);
 
 /// <name attributes>contents</name>
