@@ -55,15 +55,26 @@ bool StartedProgram::HasEnded() const {
 }
 
 /// A program may send no more than two of them, and those to everything on its console.
-/// So this does what the system itself does in a program that it tells of one: it starts
-/// a thread there, in a function of its own that calls the program's handlers.
+/// So this does what the system itself does to a program that it tells of one: it starts
+/// a thread there, in a function of its own that calls the program's handlers, and after
+/// all but those two it waits for them and then ends the program.
 void StartedProgram::Ask(const EndRequest& request) const {
   const auto tellHandlers = reinterpret_cast<LPTHREAD_START_ROUTINE>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernelbase"), "CtrlRoutine")));
   const HANDLE thread = CreateRemoteThread(
       process->handle, nullptr, 0, tellHandlers,
       reinterpret_cast<void*>(static_cast<std::intptr_t>(request.number)), 0, nullptr);
-  if (thread) CloseHandle(thread);
+  if (!thread) throw std::runtime_error("cannot reach the program's handlers");
+  if (request.number != CTRL_C_EVENT && request.number != CTRL_BREAK_EVENT) {
+    constexpr DWORD patience = 20000;
+    WaitForSingleObject(thread, patience);
+    DWORD returned = 0;
+    GetExitCodeThread(thread, &returned);
+    // The end of a program gives its status to all of its threads.
+    const bool endsByItself = static_cast<int>(returned) == request.status;
+    if (!endsByItself) TerminateProcess(process->handle, returned);
+  }
+  CloseHandle(thread);
 }
 
 int StartedProgram::Wait() {
