@@ -2,7 +2,6 @@
 #include <semaphore>
 #include <string_view>
 
-#include <conduit/ParameterName.h>
 #include <conduit/ResultCode.h>
 #include <conduit/hosting/LoadedModule.h>
 
@@ -48,7 +47,7 @@ int main(int count, char** arguments) {
   try {
     const LoadedModule module(arguments[1], &host);
     module->SetHost(&host);
-    module->SetParameter(ParameterName::DateOfBirthFormat, "%d.%m.%Y");
+    module->SetParameter("DateOfBirthFormat", "%d.%m.%Y");
     if (module->Initialise() != ResultSuccess) {
       return 1;
     }
