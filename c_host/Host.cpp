@@ -6,8 +6,8 @@
 #include "c_host/HostError.h"
 #include "hosting/ResultMeaning.h"
 #include "hosting/Utf8.h"
+#include "platform/Environment.h"
 #include "platform/FilePath.h"
-#include "platform/Process.h"
 #include "platform/SessionLocation.h"
 #include <conduit/ParameterName.h>
 #include <conduit/ResultCode.h>

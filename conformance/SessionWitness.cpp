@@ -7,7 +7,7 @@
 
 #include "hosting/DataFormat.h"
 #include "hosting/EventNames.h"
-#include "platform/Process.h"
+#include "platform/Environment.h"
 #include "platform/ProcessResources.h"
 #include "platform/SessionLocation.h"
 #include <conduit/ItemName.h>

@@ -42,7 +42,8 @@ void TextSink::OnLogLine(const LogLine& line) {
   if (line.level > options.logLevel) {
     return;
   }
-  Line(Dim, "log " + std::to_string(line.level), Escaped(line.tag) + ": " + EscapedPaths(line.message));
+  Line(Dim, "log " + std::to_string(line.level),
+       Escaped(line.tag) + ": " + EscapedPaths(line.message));
 }
 
 void TextSink::OnReaderLine(const ReaderLine& line) {

@@ -20,8 +20,4 @@ void KeepFilesPrivate();
 /// status: no dialog asks what to do, and no debugger is started.
 void EndAtOnceOnCrash();
 
-/// Sets an environment variable for this process and the libraries that it
-/// loads from then on.
-void SetEnvironment(const char* name, const std::filesystem::path& value);
-
 }  // namespace conduit

@@ -1,7 +1,5 @@
 #include <sys/stat.h>
 
-#include <cstdlib>
-
 #include "platform/Process.h"
 
 namespace conduit {
@@ -15,9 +13,5 @@ void KeepFilesPrivate() { umask(S_IRWXG | S_IRWXO); }
 
 // It does from the start.
 void EndAtOnceOnCrash() {}
-
-void SetEnvironment(const char* name, const std::filesystem::path& value) {
-  setenv(name, value.c_str(), 1);
-}
 
 }  // namespace conduit

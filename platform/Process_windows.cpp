@@ -1,7 +1,5 @@
 #include <windows.h>
 
-#include <cstdlib>
-
 #include "platform/CommandLine_windows.h"
 #include "platform/FilePath.h"
 #include "platform/Process.h"
@@ -32,10 +30,5 @@ std::filesystem::path ProgramFile() {
 void KeepFilesPrivate() {}
 
 void EndAtOnceOnCrash() { SetUnhandledExceptionFilter(EndWithCode); }
-
-void SetEnvironment(const char* name, const std::filesystem::path& value) {
-  // Unlike SetEnvironmentVariable this also reaches getenv of the C library.
-  _wputenv_s(std::filesystem::path(name).c_str(), value.c_str());
-}
 
 }  // namespace conduit

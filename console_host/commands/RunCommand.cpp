@@ -28,9 +28,9 @@
 #include "hosting/HostRecorder.h"
 #include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
+#include "platform/Environment.h"
 #include "platform/FilePath.h"
 #include "platform/Interrupt.h"
-#include "platform/Process.h"
 #include "platform/SessionLocation.h"
 #include "platform/Terminal.h"
 #include <conduit/ItemName.h>

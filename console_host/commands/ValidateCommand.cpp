@@ -24,6 +24,7 @@
 #include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
 #include "platform/ChildProcess.h"
+#include "platform/Environment.h"
 #include "platform/FilePath.h"
 #include "platform/Interrupt.h"
 #include "platform/Process.h"

@@ -49,8 +49,7 @@ std::string Counted(int count, const std::string& noun) {
 }
 
 std::string Fact(const char* name, const std::string& text) {
-  return Element("div", "",
-                 Element("dt", "", name) + Element("dd", "", HtmlText(text)));
+  return Element("div", "", Element("dt", "", name) + Element("dd", "", HtmlText(text)));
 }
 
 std::string Table(const char* kind, const std::vector<const char*>& columns,

@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/Process.h"
+#include "platform/Environment.h"
 #include <conduit/conduit_host.h>
 
 using testing::AllOf;

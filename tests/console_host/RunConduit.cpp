@@ -8,7 +8,7 @@
 #include <iterator>
 #include <thread>
 
-#include "platform/Process.h"
+#include "platform/Environment.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include <regex>
 
 #include "RunConduit.h"
-#include "platform/Process.h"
+#include "platform/Environment.h"
 #include "platform/ProcessResources.h"
 
 using testing::AllOf;

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "hosting/LoadedModule.h"
-#include "platform/Process.h"
+#include "platform/Environment.h"
 #include "tests/support/Journal.h"
 
 namespace conduit {

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Process.h"
+#include "platform/Environment.h"
 #include "virtual_reader/ReaderResult.h"
 #include <conduit/HaldenReaderHighLevelAPI.h>
 

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <filesystem>
+
+namespace conduit {
+
+/// Sets an environment variable for this process and the libraries that it
+/// loads from then on.
+void SetEnvironment(const char* name, const std::filesystem::path& value);
+
+}  // namespace conduit
