@@ -28,7 +28,7 @@ constexpr std::chrono::milliseconds Moment(5);
 
 class SerialLineModuleTest : public testing::Test {
  protected:
-  ~SerialLineModuleTest() override { module->Shutdown(); }
+  void TearDown() override { module->Shutdown(); }
 
   std::int32_t Start(const std::string& port) {
     module->SetHost(&host);
