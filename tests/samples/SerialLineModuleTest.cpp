@@ -5,6 +5,7 @@
 #include <chrono>
 #include <iterator>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <thread>
 #include <utility>
@@ -88,6 +89,8 @@ struct Case {
   std::vector<std::string> lines;  ///< as they are delivered
   std::string told = {};           ///< beside them
 };
+
+void PrintTo(const Case& one, std::ostream* output) { *output << one.name; }
 
 class SerialLines : public SerialLineModuleTest, public testing::WithParamInterface<Case> {};
 
