@@ -125,7 +125,7 @@ TEST_F(ConduitHost, HandsEverythingOnInOrderAndAgainInASecondRun) {
   for (int run = 0; run < 2; ++run) {
     const std::size_t before = Said().size();
     ASSERT_EQ(conduit_host_initialise(host), 0) << LastError();
-    EXPECT_EQ(conduit_host_wait(host, -1), 0) << LastError();
+    ASSERT_EQ(conduit_host_wait(host, 60000), 0) << LastError();
     EXPECT_EQ(conduit_host_shutdown(host), 0);
     std::vector<std::string> now = Said();
     now.erase(now.begin(), now.begin() + static_cast<std::ptrdiff_t>(before));
@@ -196,7 +196,7 @@ TEST_F(ConduitHost, RefusesEveryCallFromWithinACallbackAndGoesOn) {
     }
   };
   Start("begin\nevent A\n");
-  EXPECT_EQ(conduit_host_wait(host, -1), CONDUIT_HOST_INTERRUPTED);
+  EXPECT_EQ(conduit_host_wait(host, 60000), CONDUIT_HOST_INTERRUPTED);
   EXPECT_EQ(conduit_host_shutdown(host), 0);
   EXPECT_EQ(answers, std::vector(CallsOnAHost.size(), std::int32_t(CONDUIT_HOST_IN_CALLBACK)));
   EXPECT_THAT(Said(), IsSupersetOf({"event A", "log 3 stopped"}));
