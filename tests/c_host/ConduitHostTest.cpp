@@ -283,7 +283,7 @@ TEST_F(ConduitHost, SaysWhyTheModuleRefuses) {
   EXPECT_EQ(conduit_host_add_condition(host, "ReceiveEvent", "NO_SUCH_EVENT"), 3);
   EXPECT_EQ(conduit_host_initialise(host), 13);
   EXPECT_THAT(LastError(), AllOf(HasSubstr("did not start (result 13"), HasSubstr("is there")));
-  EXPECT_STREQ(conduit_host_result_text(13), "the reader library refused");
+  EXPECT_THAT(conduit_host_result_text(13), HasSubstr("refused"));
   EXPECT_EQ(conduit_host_set_session(host, "no-such-folder"), CONDUIT_HOST_CANNOT_READ);
   EXPECT_EQ(conduit_host_set_session(host, "watch:" FAKE_MODULE), CONDUIT_HOST_CANNOT_READ);
   EXPECT_THAT(LastError(), HasSubstr("it is no folder"));
