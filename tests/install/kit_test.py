@@ -34,11 +34,15 @@ def by_cmake(folder):
     assert str(build) not in (target / "CMakeCache.txt").read_text(), "the build tree was found"
     return target
 
+def flags_of(library):
+    """What the kit's own description of a library says."""
+    return run(pkg_config, "--cflags", "--libs", library,
+               PKG_CONFIG_LIBDIR=str(kit / "lib/pkgconfig")).decode().split()
+
+
 def by_pkg_config(library, source, program, *options):
-    """Builds one source file with the flags that the kit's description gives."""
-    flags = run(pkg_config, "--cflags", "--libs", library,
-                PKG_CONFIG_LIBDIR=str(kit / "lib/pkgconfig")).decode().split()
-    run(compiler, "-std=c++20", *options, source, "-o", scratch / program, *flags)
+    """Builds one source file."""
+    run(compiler, "-std=c++20", *options, source, "-o", scratch / program, *flags_of(library))
     return scratch / program
 
 def items_of_conduit(session):
@@ -76,5 +80,18 @@ try:
                  by_pkg_config("conduit-hosting", scratch / "samples/host/host.cpp", "host")):
         received = items_of_host(host, session)
         assert received == expected, f"{host} received\n{received}\nin place of\n{expected}"
+
+    module, in_c = kit / "lib/conduit/FullPageInputModule.so", scratch / "samples/host-in-c"
+    run(compiler, "-x", "c", "-std=c99", in_c / "host.c", "-o", scratch / "host-in-c",
+        *flags_of("conduit-host"), f"-Wl,-rpath,{kit}/lib")
+    for host in (by_cmake(in_c) / "host_in_c", scratch / "host-in-c"):
+        run(sys.executable, Path(__file__).parent.parent / "c_host/sample_host_test.py",
+            kit / "bin/conduit", host, module, session)
+
+    serial = scratch / "samples/module"
+    for module in (by_cmake(serial) / "SerialLineModule.so",
+                   by_pkg_config("conduit-framework", serial / "SerialLineModule.cpp", "Serial.so",
+                                 "-shared", "-fPIC", "-fvisibility=hidden")):
+        assert b"BaudRate" in run(kit / "bin/conduit", "describe", module)
 finally:
     shutil.rmtree(scratch)
