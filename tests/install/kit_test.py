@@ -19,7 +19,7 @@ ENVIRONMENT = {"PATH": "/usr/bin:/bin", "HOME": str(scratch), "LC_ALL": "C.UTF-8
 
 def run(*command, **more):
     done = subprocess.run([str(word) for word in command], cwd=scratch, capture_output=True,
-                          env=ENVIRONMENT | more, timeout=100)
+                          env=ENVIRONMENT | more, timeout=300)
     if done.returncode != 0:
         sys.exit(f"{command}\nended with {done.returncode}\n{done.stdout.decode(errors='replace')}"
                  f"\n{done.stderr.decode(errors='replace')}")
