@@ -53,7 +53,7 @@ TEST_P(BrokenModule, FailsTheCheckOfItsFault) {
     GTEST_SKIP() << "this system does not count what is open";
   }
   const Outcome outcome =
-      RunConduit({"validate", "--timeout", "2", "--only", check, Broken(fault)});
+      RunConduit({"validate", "--timeout", TIMEOUT, "--only", check, Broken(fault)});
   EXPECT_EQ(outcome.status, 1) << outcome.output << outcome.trouble;
   EXPECT_THAT(Failed(check, outcome.output), HasSubstr(reason)) << outcome.output;
 }
@@ -80,7 +80,7 @@ constexpr Case Cases[] = {
     {"ListsBackwards", "condition-list", "at 0 is \"ReceiveEvent\", \"Z\" instead of"},
     {"StaysRefused", "reader-refuses", "after one that refused, answered 13 instead of 0"},
     {"HidesRefusal", "reader-refuses", "reader that refuses answered 0 instead of 13"},
-    {"HangsInSecondShutdown", "shutdown-any-time", "no answer within 2 s"},
+    {"HangsInSecondShutdown", "shutdown-any-time", "no answer within " TIMEOUT " s"},
     {"EndsTheProcess", "shutdown-any-time", "ended the process with status 0"},
     {"DeliversAfterShutdown", "shutdown-is-final", "ReportError was called after Shutdown"},
     {"LeavesDocumentOpen", "session-brackets", "without the EndData of its last document"},
@@ -163,7 +163,7 @@ TEST(ValidateCommand, JudgesByWhatTheSessionSent) {
 
 TEST(ValidateCommand, WarnsOfSilenceAndSaysAReasonOnce) {
   const Outcome outcome =
-      RunConduit({"validate", "--timeout", "1", "--only", "session-*", Broken("StaysSilent")});
+      RunConduit({"validate", "--timeout", TIMEOUT, "--only", "session-*", Broken("StaysSilent")});
   EXPECT_THAT(
       outcome.output,
       AllOf(HasSubstr("warning session-memory       Initialise answered 0, but nothing came"),

@@ -2,6 +2,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <stdexcept>
 
@@ -30,11 +31,8 @@ StartedProgram::StartedProgram(const std::filesystem::path& program,
     : process(std::make_unique<Process>()) {
   std::vector<std::string> copies{program.string()};
   copies.insert(copies.end(), arguments.begin(), arguments.end());
-  std::vector<char*> words;
-  for (std::string& copy : copies) {
-    words.push_back(copy.data());
-  }
-  words.push_back(nullptr);
+  std::vector<char*> words(copies.size() + 1);
+  std::ranges::transform(copies, words.begin(), [](std::string& copy) { return copy.data(); });
 
   // Here and not in the child: what stood in them before is gone when this returns.
   const int outputFile = Create(output);

@@ -64,7 +64,7 @@ void StartedProgram::Ask(const EndRequest& request) const {
   const HANDLE thread = CreateRemoteThread(
       process->handle, nullptr, 0, tellHandlers,
       reinterpret_cast<void*>(static_cast<std::intptr_t>(request.number)), 0, nullptr);
-  if (!thread) throw std::runtime_error("cannot reach the program's handlers");
+  if (!thread) return;  // the program has ended meanwhile
   if (request.number != CTRL_C_EVENT && request.number != CTRL_BREAK_EVENT) {
     constexpr DWORD patience = 20000;
     WaitForSingleObject(thread, patience);
