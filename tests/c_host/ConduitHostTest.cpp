@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include <filesystem>
+#include <fstream>
 #include <functional>
 #include <future>
 #include <mutex>
@@ -22,6 +23,14 @@ namespace {
 constexpr const char* FakeModule = FAKE_MODULE;
 constexpr const char* End = "event DEVICE_DISCONNECTED\nstate Terminated\n";
 
+/// What the fake module plays once it is started.
+void PlayNext(const std::string& script) {
+  const std::string file =
+      std::string(TEST_FOLDER "/") + testing::UnitTest::GetInstance()->current_test_info()->name();
+  std::ofstream(file, std::ios::binary) << script;
+  conduit::SetEnvironment("FAKE_MODULE_SCRIPT", file);
+}
+
 /// A host that takes down what its callbacks are handed.
 class ConduitHost : public testing::Test {
  public:
@@ -32,7 +41,7 @@ class ConduitHost : public testing::Test {
 
  protected:
   void Load(const std::string& script = "") {
-    conduit::SetEnvironment("FAKE_MODULE_SCRIPT", script);
+    PlayNext(script);
     ASSERT_EQ(conduit_host_load(host, FakeModule), CONDUIT_HOST_SUCCESS) << LastError();
   }
 
@@ -297,7 +306,7 @@ TEST_F(ConduitHost, SaysWhyTheModuleRefuses) {
 TEST_F(ConduitHost, LoadsAgainAfterAModuleThatWasNotToBeHad) {
   for (const auto& [script, reason] :
        {std::pair("no memory", "answered 6"), std::pair("no room", "it threw no room")}) {
-    conduit::SetEnvironment("FAKE_MODULE_SCRIPT", script);
+    PlayNext(script);
     EXPECT_EQ(conduit_host_load(host, FakeModule), CONDUIT_HOST_CANNOT_LOAD);
     EXPECT_THAT(LastError(), HasSubstr(reason));
   }

@@ -74,7 +74,7 @@ TEST(PathsInOutput, StandAsTheSystemWritesThem) {
       {"no session", {"run", missing}, "", "read session " + missing, ""},
       {"what the reader says", {"run", session}, "", "Reader Error: " + session, ""},
       {"no module", {"run", "--module", missing}, "", "load module " + missing, ""},
-      {"validate", {"validate", missing}, "", "load module " + missing, ""},
+      {"validate", {"validate", missing}, "", "validate module " + missing, ""},
       {"describe", {"describe", missing}, "", "load module " + missing, ""},
   };
   for (const Case& one : cases) {

@@ -1,7 +1,7 @@
 """The Python package as it is installed from its wheel.
 
 In the environment: ROOT, of the repository; CONDUIT, the console host; FAKE_MODULE, which plays
-the script in FAKE_MODULE_SCRIPT.
+the script in the file FAKE_MODULE_SCRIPT.
 """
 
 import base64
@@ -30,12 +30,14 @@ END = "event DEVICE_DISCONNECTED\nstate Terminated\n"
 
 
 @pytest.fixture
-def fake(monkeypatch):
+def fake(monkeypatch, tmp_path):
     """Loads the fake module with a script."""
     modules = []
 
     def load(script=END):
-        monkeypatch.setenv("FAKE_MODULE_SCRIPT", script)
+        file = tmp_path / f"script{len(modules)}.txt"
+        file.write_text(script)
+        monkeypatch.setenv("FAKE_MODULE_SCRIPT", str(file))
         modules.append(Module(os.environ["FAKE_MODULE"]))
         return modules[-1]
 
@@ -219,11 +221,13 @@ def test_closing_wakes_a_consumer_that_waits(fake):
     closer.join()
 
 
-def test_a_program_may_end_with_its_reader_running(fake):
+def test_a_program_may_end_with_its_reader_running(tmp_path):
+    script = tmp_path / "script.txt"
+    script.write_text(STORM)
     ending = run("-c", "import conduit_host, os\n"
                  "module = conduit_host.Module(os.environ['FAKE_MODULE'])\n"
                  "running = module.stream(on_item=lambda item: None)\n"
-                 "next(running)\n", env={**os.environ, "FAKE_MODULE_SCRIPT": STORM})
+                 "next(running)\n", env={**os.environ, "FAKE_MODULE_SCRIPT": str(script)})
     assert (ending.returncode, ending.stderr) == (0, "")
 
 
