@@ -1,10 +1,10 @@
 # Runs a program and compares what it writes with a file, whose lines that begin with #
 # are comments.
-#   cmake -DPROGRAM=...;... -DEXPECTED=... -DSEARCHES_PAGES=ON|OFF -P CompareOutput.cmake
+#   cmake -DPROGRAM=...;... -DEXPECTED=... -DSEARCHES_PAGES=1|0 -P CompareOutput.cmake
 file(READ ${EXPECTED} expected)
 string(FIND "${expected}" "# What was found" begin)
 string(FIND "${expected}" "# End of what was found" end)
-if(SEARCHES_PAGES STREQUAL "OFF" AND begin GREATER_EQUAL 0)
+if(NOT SEARCHES_PAGES AND begin GREATER_EQUAL 0)
   string(SUBSTRING "${expected}" 0 ${begin} before)
   string(SUBSTRING "${expected}" ${end} -1 behind)
   set(expected "${before}${behind}")
