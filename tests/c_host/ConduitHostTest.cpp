@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -59,6 +61,14 @@ class ConduitHost : public testing::Test {
   std::vector<std::string> Said() {
     const std::lock_guard lock(mutex);
     return said;
+  }
+
+  /// A run that is stopped early need not come to it.
+  void AwaitSaid(const std::string& what) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (std::ranges::count(Said(), what) == 0 && std::chrono::steady_clock::now() < end) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
   }
 
   static void Say(void* context, const std::string& what) {
@@ -206,6 +216,7 @@ TEST_F(ConduitHost, RefusesEveryCallFromWithinACallbackAndGoesOn) {
   };
   Start("begin\nevent A\n");
   EXPECT_EQ(conduit_host_wait(host, 60000), CONDUIT_HOST_INTERRUPTED);
+  AwaitSaid("event A");
   EXPECT_EQ(conduit_host_shutdown(host), 0);
   EXPECT_EQ(answers, std::vector(CallsOnAHost.size(), std::int32_t(CONDUIT_HOST_IN_CALLBACK)));
   EXPECT_THAT(Said(), IsSupersetOf({"event A", "log 3 stopped"}));
