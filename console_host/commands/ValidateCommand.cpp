@@ -119,8 +119,9 @@ void RequireSettings(const ModuleLibrary& library, const std::vector<Setting>& s
   }
   const LoadedModule module(library, nullptr);
   for (const auto& [name, value] : settings) {
-    RequireResult("SetParameter of --set " + name + "=" + value, ResultSuccess,
-                  module->SetParameter(name.c_str(), value.c_str()));
+    const std::string call =
+        std::string("SetParameter of --set ").append(name).append("=").append(value);
+    RequireResult(call, ResultSuccess, module->SetParameter(name.c_str(), value.c_str()));
   }
 }
 

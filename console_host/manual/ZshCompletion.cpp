@@ -6,7 +6,7 @@
 namespace conduit {
 namespace {
 
-/// Inside of single quotes, in a specification whose parts end in colons and brackets.
+/// Inside of single quotes, in a text whose parts end in colons and brackets.
 std::string Quoted(std::string_view text) {
   std::string quoted;
   for (const char character : text) {

@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <iostream>
 #include <string_view>
 
@@ -21,6 +22,14 @@ constexpr Page Pages[] = {
     {"fish", conduit::WriteFishCompletion},
 };
 
+int Write(const Page& page) {
+  int exitStatus = EXIT_SUCCESS;
+  CLI::App app;
+  conduit::DefineCommandLine(app, exitStatus);
+  page.write(conduit::DescribeCommandLine(app), std::cout);
+  return std::cout.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
 }  // namespace
 
 /// Writes the manual page of `conduit` or the completion of a shell, while the project is
@@ -29,11 +38,12 @@ int main(int count, char** arguments) {
   const std::string_view name = count == 2 ? arguments[1] : "";
   for (const Page& page : Pages) {
     if (page.name == name) {
-      int exitStatus = EXIT_SUCCESS;
-      CLI::App app;
-      conduit::DefineCommandLine(app, exitStatus);
-      page.write(conduit::DescribeCommandLine(app), std::cout);
-      return std::cout.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
+      try {
+        return Write(page);
+      } catch (const std::exception& problem) {
+        std::fprintf(stderr, "conduit_manual: %s\n", problem.what());
+        return EXIT_FAILURE;
+      }
     }
   }
   std::fprintf(stderr, "usage: conduit_manual man|bash|zsh|fish\n");
