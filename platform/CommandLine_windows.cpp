@@ -14,7 +14,9 @@ std::wstring Quoted(const std::wstring& word) {
   std::wstring quoted = L"\"";
   std::size_t backslashes = 0;
   for (const wchar_t character : word) {
-    if (character == L'"') quoted.append(backslashes + 1, L'\\');
+    if (character == L'"') {
+      quoted.append(backslashes + 1, L'\\');
+    }
     backslashes = character == L'\\' ? backslashes + 1 : 0;
     quoted += character;
   }
@@ -39,7 +41,9 @@ std::wstring TakeWord(std::wstring_view& line) {
     const std::size_t backslashes = at - start;
     if (at == line.size() || line[at] != L'"') {
       word.append(backslashes, L'\\');
-      if (backslashes == 0) word += line[at++];
+      if (backslashes == 0) {
+        word += line[at++];
+      }
       continue;
     }
     word.append(backslashes / 2, L'\\');
@@ -66,7 +70,9 @@ std::vector<std::string> ArgumentsOf(std::wstring_view line) {
   line = WithoutProgram(line);
   for (;;) {
     line.remove_prefix(std::min(line.find_first_not_of(Blanks), line.size()));
-    if (line.empty()) return arguments;
+    if (line.empty()) {
+      return arguments;
+    }
     arguments.push_back(Utf8FromPath(TakeWord(line)));
   }
 }
