@@ -58,7 +58,9 @@ bool EndsWithin(HANDLE process, std::chrono::milliseconds time) {
 
 std::string NameOfCrash(DWORD status) {
   for (const CrashName& crash : CrashNames) {
-    if (crash.code == status) return crash.name;
+    if (crash.code == status) {
+      return crash.name;
+    }
   }
   char text[32];
   std::snprintf(text, sizeof text, "exception 0x%08lX", static_cast<unsigned long>(status));
@@ -116,7 +118,9 @@ ChildOutcome RunChild(const std::filesystem::path& program,
   }
   DWORD status = 0;
   GetExitCodeProcess(process.value, &status);
-  if (IsCrash(status)) return {ChildOutcome::End::Crashed, 0, NameOfCrash(status)};
+  if (IsCrash(status)) {
+    return {ChildOutcome::End::Crashed, 0, NameOfCrash(status)};
+  }
   return {ChildOutcome::End::Exited, static_cast<int>(status), ""};
 }
 

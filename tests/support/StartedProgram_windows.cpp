@@ -43,7 +43,9 @@ StartedProgram::StartedProgram(const std::filesystem::path& program,
                                       nullptr, nullptr, &startup, &child);
   CloseHandle(startup.hStdOutput);
   CloseHandle(startup.hStdError);
-  if (!started) throw std::runtime_error("cannot start " + program.string());
+  if (!started) {
+    throw std::runtime_error("cannot start " + program.string());
+  }
   CloseHandle(child.hThread);
   process->handle = child.hProcess;
 }
