@@ -12,6 +12,9 @@ std::vector<std::string> ProgramArguments(int count, const char* const* argument
 /// Where this program stands.
 std::filesystem::path ProgramFile();
 
+/// The file of the program or the library that has the code at an address.
+std::filesystem::path FileOfCode(const void* address);
+
 /// Whatever this process and those that it starts create from now on is for this
 /// user alone, where the system has such a setting.
 void KeepFilesPrivate();

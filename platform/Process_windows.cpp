@@ -12,6 +12,13 @@ LONG WINAPI EndWithCode(EXCEPTION_POINTERS* crash) {
   return EXCEPTION_EXECUTE_HANDLER;
 }
 
+/// @param library  null for the program
+std::filesystem::path FileOf(HMODULE library) {
+  std::wstring file(32768, L'\0');  // the longest path that Windows has
+  file.resize(GetModuleFileNameW(library, file.data(), static_cast<DWORD>(file.size())));
+  return file;
+}
+
 }  // namespace
 
 /// main's own arguments come in the system's code page, which before Windows 10 is never
@@ -20,10 +27,14 @@ std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*ar
   return ArgumentsOf(GetCommandLineW());
 }
 
-std::filesystem::path ProgramFile() {
-  std::wstring file(32768, L'\0');  // the longest path that Windows has
-  file.resize(GetModuleFileNameW(nullptr, file.data(), static_cast<DWORD>(file.size())));
-  return file;
+std::filesystem::path ProgramFile() { return FileOf(nullptr); }
+
+std::filesystem::path FileOfCode(const void* address) {
+  HMODULE library = nullptr;
+  GetModuleHandleExW(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      static_cast<const wchar_t*>(address), &library);
+  return FileOf(library);
 }
 
 // A user's folders are that user's own from the start.

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <exception>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -29,14 +30,22 @@ std::size_t BytesOf(const Step& step) {
   return bytes;
 }
 
-/// Sources answer for what can go wrong with a page; what is left is the system
-/// that has no memory.
-Step Make(const StepWork& work) {
+constexpr const char* NoMemory = "the system has no memory left for a step of the session";
+constexpr const char* SourceFailed = "the session ends early: the system has no memory left";
+
+/// Sources report page errors themselves; only out-of-memory reaches this.
+MadeStep Make(const StepWork& work) {
   try {
-    return work();
-  } catch (const std::exception& error) {
-    return {RaiseError{std::string("a step of the session cannot be played: ") + error.what()},
-            SendEvent{ReaderEventCode::ReaderErrorResolved, {}}};
+    try {
+      return {work()};
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      return {{RaiseError{std::string("a step of the session cannot be played: ") + error.what()},
+               SendEvent{ReaderEventCode::ReaderErrorResolved, {}}}};
+    }
+  } catch (...) {
+    return {{}, NoMemory};
   }
 }
 
@@ -70,27 +79,31 @@ void LookAhead::Stop() {
   workers.clear();
 }
 
-std::optional<Step> LookAhead::Take() {
+std::optional<MadeStep> LookAhead::Take() {
   std::unique_lock lock(mutex);
-  changed.wait(lock, [this] { return stopped || (ahead.empty() ? complete : ahead.front().made); });
-  if (stopped || ahead.empty()) {
+  changed.wait(lock,
+               [this] { return stopped || (ahead.empty() ? complete : ahead.front().isMade); });
+  if (stopped) {
     return {};
   }
-  Step step = std::move(ahead.front().step);
+  if (ahead.empty()) {
+    return std::exchange(broken, false) ? std::optional(MadeStep{{}, SourceFailed}) : std::nullopt;
+  }
+  MadeStep made = std::move(ahead.front().made);
   bytesAhead -= ahead.front().bytes;
   ahead.pop_front();
   changed.notify_all();
-  return step;
+  return made;
 }
 
 void LookAhead::Work() {
   while (const std::optional<Claim> claim = ClaimNext()) {
-    Step step = Make(claim->work);
+    MadeStep made = Make(claim->work);
     const std::lock_guard lock(mutex);
-    claim->place->bytes = BytesOf(step);
+    claim->place->bytes = BytesOf(made.step);
     bytesAhead += claim->place->bytes;
-    claim->place->step = std::move(step);
-    claim->place->made = true;
+    claim->place->made = std::move(made);
+    claim->place->isMade = true;
     changed.notify_all();
   }
 }
@@ -101,6 +114,18 @@ bool LookAhead::HasRoom() const {
 
 std::optional<LookAhead::Claim> LookAhead::ClaimNext() {
   const std::lock_guard order(claiming);
+  try {
+    return WaitForNext();
+  } catch (...) {
+    const std::lock_guard lock(mutex);
+    complete = true;
+    broken = true;
+    changed.notify_all();
+    return {};
+  }
+}
+
+std::optional<LookAhead::Claim> LookAhead::WaitForNext() {
   std::unique_lock lock(mutex);
   while (true) {
     changed.wait(lock, [this] { return stopped || complete || HasRoom(); });

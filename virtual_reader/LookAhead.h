@@ -13,6 +13,11 @@
 
 namespace conduit {
 
+struct MadeStep {
+  Step step;
+  const char* lost = nullptr;  ///< why there is no step: a static text
+};
+
 /// Makes the steps of a session ahead of the thread that plays them, a few at a
 /// time on threads of its own, and hands them out in their order. What is made
 /// and not yet played is bounded in number and in bytes.
@@ -27,7 +32,7 @@ class LookAhead {
 
   /// The next step, as soon as it is made. Nothing at the end of the session and
   /// after a stop. [one thread]
-  std::optional<Step> Take();
+  std::optional<MadeStep> Take();
 
   /// Begins no more work, and lets Take return. [any thread]
   void RequestStop();
@@ -38,9 +43,9 @@ class LookAhead {
  private:
   /// A step that is being made, or is made and waits to be played.
   struct Place {
-    Step step;
+    MadeStep made;
     std::size_t bytes = 0;
-    bool made = false;
+    bool isMade = false;
   };
   struct Claim {
     StepWork work;
@@ -49,6 +54,7 @@ class LookAhead {
 
   void Work();
   std::optional<Claim> ClaimNext();
+  std::optional<Claim> WaitForNext();
   bool HasRoom() const;
 
   const std::unique_ptr<StepSource> source;  ///< guarded by claiming
@@ -60,6 +66,7 @@ class LookAhead {
   std::deque<Place> ahead;     ///< guarded by mutex, but a step being made: by its claim
   std::size_t bytesAhead = 0;  ///< guarded by mutex
   bool complete = false;       ///< guarded by mutex: the source has no more
+  bool broken = false;         ///< guarded by mutex: the source failed, which is not yet told
   bool stopped = false;        ///< guarded by mutex
   std::vector<std::thread> workers;
 };

@@ -42,12 +42,12 @@ std::string ItemLine(ReaderDataType type, std::size_t size) {
 
 }  // namespace
 
-Playback::Playback(std::unique_ptr<StepSource> steps, Step opening,
-                   const ReaderCallbacks& callbacks, std::atomic<ReaderState>* state,
-                   ReaderLog* log)
+Playback::Playback(Session session, Step opening, const ReaderCallbacks& callbacks,
+                   std::atomic<ReaderState>* state, ReaderLog* log)
     : ownCode(HoldLibrary(reinterpret_cast<const void*>(&Playback::OfThisThread))),
       calledCode(HoldLibrary(reinterpret_cast<const void*>(callbacks.event))),
-      steps(std::move(steps), std::max(std::thread::hardware_concurrency(), 1U)),
+      readers(std::move(session.readers)),
+      steps(std::move(session.steps), std::max(std::thread::hardware_concurrency(), 1U)),
       opening(std::move(opening)),
       callbacks(callbacks),
       state(state),
@@ -66,6 +66,7 @@ void Playback::RequestStop() {
     stopRequested.notify_all();
   }
   steps.RequestStop();
+  readers->Stop();
 }
 
 void Playback::Abandon() {
@@ -84,17 +85,24 @@ void Playback::Run() {
   playbackOfThisThread = this;
   Perform(ConnectionTime);
   Perform(SendEvent{ReaderEventCode::DeviceConnected, {}});
-  PlayStep(std::move(opening));
-  while (std::optional<Step> step = steps.Take()) {
-    PlayStep(std::move(*step));
+  PlayStep({std::move(opening)});
+  while (std::optional<MadeStep> made = steps.Take()) {
+    PlayStep(std::move(*made));
   }
   Perform(SendEvent{ReaderEventCode::DeviceDisconnected, ReaderState::Terminated});
   log->Write(LogLifecycle, "session ended");
   RequestStop();
 }
 
-void Playback::PlayStep(Step step) {
-  for (StepAction& action : step) {
+void Playback::PlayStep(MadeStep made) {
+  if (made.lost != nullptr) {
+    // As a page that cannot be read: a host counts it as one.
+    Perform(SendEvent{ReaderEventCode::DocOnWindow, {}});
+    Perform(Loss{made.lost});
+    Perform(SendEvent{ReaderEventCode::ReaderErrorResolved, {}});
+    Perform(SendEvent{ReaderEventCode::DocRemoved, {}});
+  }
+  for (StepAction& action : made.step) {
     std::visit([this](auto& kind) { Perform(kind); }, action);
   }
 }
@@ -124,12 +132,14 @@ void Playback::Play(const SendEvent& event) {
   }
 }
 
-void Playback::Play(const RaiseError& error) {
+void Playback::Play(const RaiseError& error) { Play(Loss{error.text.c_str()}); }
+
+void Playback::Play(const Loss& loss) {
   errorStands = true;
   PublishState();
-  log->Write(LogEvents, "error: " + error.text);
+  log->Write(LogEvents, std::string("error: ") + loss.reason);
   if (callbacks.error != nullptr) {
-    callbacks.error(nullptr, reinterpret_cast<const ReaderErrorInfo*>(error.text.c_str()),
+    callbacks.error(nullptr, reinterpret_cast<const ReaderErrorInfo*>(loss.reason),
                     callbacks.context);
   }
 }

@@ -27,16 +27,16 @@ struct ReaderCallbacks {
 /// REQUIRES: destroyed on another thread than that.
 class Playback {
  public:
-  /// @param opening  played as soon as the device is connected, before the steps
+  /// @param opening  played as soon as the device is connected, before the session's steps
   /// @param state    set before the callback that announces it; outlives the playback
-  Playback(std::unique_ptr<StepSource> steps, Step opening, const ReaderCallbacks& callbacks,
+  Playback(Session session, Step opening, const ReaderCallbacks& callbacks,
            std::atomic<ReaderState>* state, ReaderLog* log);
   ~Playback();
   Playback(const Playback&) = delete;
   Playback& operator=(const Playback&) = delete;
 
-  /// Lets no callback begin that has not begun yet, as seen from a callback, and
-  /// cuts a pause short. [any thread]
+  /// Lets no callback begin that has not begun yet, as seen from a callback, cuts a
+  /// pause short, and ends the work on pages. [any thread]
   void RequestStop();
 
   /// The same, and leaves no thread behind but the one that plays, for when the
@@ -50,8 +50,13 @@ class Playback {
   static Playback* OfThisThread();
 
  private:
+  /// A step that is not to be had. Its text is static, for there may be no memory.
+  struct Loss {
+    const char* reason;
+  };
+
   void Run();
-  void PlayStep(Step step);
+  void PlayStep(MadeStep made);
   template <typename ActionType>
   void Perform(ActionType&& action);
 
@@ -61,6 +66,7 @@ class Playback {
   void Play(SendItem& item);
   void Play(SendBarcode& barcode);
   void Play(const WriteLine& line);
+  void Play(const Loss& loss);
 
   void EnterState(const SendEvent& event);
   void PublishState();
@@ -69,6 +75,7 @@ class Playback {
   const LibraryHold ownCode;
   const LibraryHold calledCode;
 
+  const std::shared_ptr<PageReaders> readers;
   LookAhead steps;
   Step opening;
   const ReaderCallbacks callbacks;

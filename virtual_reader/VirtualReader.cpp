@@ -67,8 +67,8 @@ void VirtualReader::Start(const ReaderCallbacks& callbacks) {
     opening = {RaiseError{refusal}, SendEvent{ReaderEventCode::ReaderErrorResolved, {}}};
   }
   state = ReaderState::Enabled;
-  playback = std::make_unique<Playback>(std::move(session.steps), std::move(opening), callbacks,
-                                        &state, &log);
+  playback =
+      std::make_unique<Playback>(std::move(session), std::move(opening), callbacks, &state, &log);
 }
 
 void VirtualReader::ReportRefusal(const std::string& reason, const ReaderCallbacks& callbacks) {

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <new>
 #include <stdexcept>
 #include <string>
 
@@ -52,12 +53,35 @@ TEST(LookAhead, HandsStepsOutInTheirOrderAndStaysAFewAhead) {
   std::atomic<int> made = 0;
   LookAhead steps(std::make_unique<NumberedSteps>(count, &made), workers);
   for (int i = 0; i < count; ++i) {
-    const std::optional<Step> step = steps.Take();
-    ASSERT_TRUE(step);
-    EXPECT_EQ(TextOf(*step),
+    const std::optional<MadeStep> taken = steps.Take();
+    ASSERT_TRUE(taken);
+    EXPECT_EQ(TextOf(taken->step),
               i == 3 ? "a step of the session cannot be played: three" : std::to_string(i));
     EXPECT_LE(made, i + 1 + 3 * workers);
   }
+  EXPECT_FALSE(steps.Take());
+}
+
+TEST(LookAhead, TellsOfWhatIsLostWithoutMemory) {
+  class Exhausted : public StepSource {
+   public:
+    std::optional<StepWork> Next() override {
+      if (asked++ > 0) {
+        throw std::bad_alloc();
+      }
+      return []() -> Step { throw std::bad_alloc(); };
+    }
+
+   private:
+    int asked = 0;
+  };
+  LookAhead steps(std::make_unique<Exhausted>(), 2);
+  const std::optional<MadeStep> unmade = steps.Take();
+  ASSERT_TRUE(unmade);
+  EXPECT_STREQ(unmade->lost, "the system has no memory left for a step of the session");
+  const std::optional<MadeStep> end = steps.Take();
+  ASSERT_TRUE(end);
+  EXPECT_STREQ(end->lost, "the session ends early: the system has no memory left");
   EXPECT_FALSE(steps.Take());
 }
 

@@ -95,6 +95,11 @@ TEST_F(PageBarcodes, AreFoundOnAJpegAndOnATransparentPage) {
   }
 }
 
+TEST_F(PageBarcodes, HoldNothingThatTheSymbolDoesNot) {
+  EXPECT_THAT(DeliverPage("aztec-full.png"),
+              ElementsAre("BARCODE_AZTECCODE 0/1 0 " + std::string(996, '\0')));
+}
+
 TEST_F(PageBarcodes, AreCountedOnceForAllImagesThatShowThem) {
   EXPECT_THAT(
       Deliver(R"("images": {"IMAGEUV": "PAGES/rows.png", "IMAGEIR": "PAGES/itf-0.png",

@@ -161,5 +161,16 @@ TEST(ScanFolder, IsStoppedWhilePagesAreReadAhead) {
   }
 }
 
+/// The decoder compares every three of their ten thousand patterns: it takes hours.
+TEST(ScanFolder, IsStoppedWhileAPageHoldsTheDecoder) {
+  ImageFolder session;
+  session.CopyPage("finder-patterns.png", "a.png");
+  session.CopyPage("finder-patterns.png", "b.png");
+  ASSERT_EQ(session.Start(), 0);
+  session.WaitFor("DEVICE_CONNECTED Enabled");
+  HaldenReader_Shutdown();
+  EXPECT_THAT(session.Calls(), ElementsAre("DEVICE_CONNECTED Enabled"));
+}
+
 }  // namespace
 }  // namespace conduit

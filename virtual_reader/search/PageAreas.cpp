@@ -758,6 +758,9 @@ std::vector<SymbolArea> FindBullsEyes(const PageImage& image, const PageArea& pr
   const int left = std::max(1, printed.left);
   const int right = std::min(image.width - 1, printed.left + printed.width);
   const int bottom = std::min(image.height - 1, printed.top + printed.height);
+  if (left >= right) {
+    return areas;  // too narrow for a pixel with one on each side of it
+  }
   for (int y = std::max(1, printed.top); y < bottom && areas.size() < most; y += rowStep) {
     Runs runs;
     Shade shade(contrast, SmoothLight(image, left, y));
@@ -791,11 +794,6 @@ std::vector<SymbolArea> FindBullsEyes(const PageImage& image, const PageArea& pr
 }
 
 }  // namespace
-
-bool Overlap(const PageArea& a, const PageArea& b) {
-  return a.left < b.left + b.width && b.left < a.left + a.width && a.top < b.top + b.height &&
-         b.top < a.top + a.height;
-}
 
 TurnedArea Upright(const PageArea& area) {
   return {area.left + area.width / 2.0, area.top + area.height / 2.0, double(area.width),

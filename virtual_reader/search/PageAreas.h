@@ -3,18 +3,9 @@
 #include <vector>
 
 #include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/search/PageArea.h"
 
 namespace conduit {
-
-/// In pixels of the page.
-struct PageArea {
-  int left;
-  int top;
-  int width;
-  int height;
-};
-
-bool Overlap(const PageArea& a, const PageArea& b);
 
 /// A rectangle that need not stand upright, in pixels of the page.
 struct TurnedArea {

@@ -1,29 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "virtual_reader/images/PageImage.h"
-#include <conduit/ReaderItem.h>
+#include "virtual_reader/search/PageFindings.h"
 
 namespace conduit {
-
-/// The name under which a host receives a barcode of this type.
-inline std::string BarcodeName(ReaderDataType type) { return FindReaderItem(type)->name; }
-
-struct PageBarcode {
-  ReaderDataType type;
-  std::string data;  ///< byte for byte
-
-  bool operator==(const PageBarcode&) const = default;
-};
-
-/// What a search of one image has found.
-struct PageFindings {
-  std::vector<PageBarcode> barcodes;  ///< from top to bottom, and in a row from left to right
-  /// Barcodes that are there and cannot be decoded, and why; what ended the search early.
-  std::vector<std::string> failures;
-};
 
 /// Whether this build can search: not where the decoder is missing.
 bool CanSearchPages();
@@ -32,9 +16,16 @@ bool CanSearchPages();
 /// reader for them: Industrial and IATA 2 of 5, or all where CanSearchPages is false.
 std::vector<ReaderDataType> BarcodesNotLookedFor();
 
-/// Looks for barcodes at any angle, dark on light or light on dark; each symbol comes
-/// once. Takes up to three bytes for each pixel of a large page, beside the image.
-/// Throws nothing but std::bad_alloc. May be called on several threads at once.
+/// Looks for barcodes at any angle, dark on light or light on dark, and hands each symbol
+/// over once, as soon as it is found. Takes up to three bytes for each pixel of a large
+/// page, beside the image. Throws std::exception when the search ends early. May be called
+/// on several threads at once.
+///
+/// The decoder's time has no bound: a page of a kilobyte can hold it for hours, and its
+/// assertions end the process. So this is called where it can be ended.
+void SearchPage(const PageImage& image, const std::function<void(const PageFinding&)>& tell);
+
+/// The same, arranged.
 PageFindings SearchPage(const PageImage& image);
 
 }  // namespace conduit

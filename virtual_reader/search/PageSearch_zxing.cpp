@@ -1,15 +1,19 @@
 #define ZX_USE_UTF8 1
 #include <ZXing/ReadBarcode.h>
+#include <ZXing/ZXVersion.h>
 
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <iterator>
+#include <new>
 #include <utility>
 
 #include "virtual_reader/ItemsOfKind.h"
+#include "virtual_reader/search/AztecBits.h"
 #include "virtual_reader/search/PageAreas.h"
 #include "virtual_reader/search/PageCut.h"
 #include "virtual_reader/search/PageSearch.h"
@@ -39,19 +43,77 @@ constexpr auto Matrix = BarcodeFormat::PDF417 | BarcodeFormat::Aztec | BarcodeFo
 /// The decoder looks for these around the middle of an image only.
 constexpr auto FoundInTheMiddle = BarcodeFormat::Aztec | BarcodeFormat::DataMatrix;
 
-struct Found {
-  ZXing::Result result;
-  PageArea area;
-};
+constexpr const char* BrokenRules = "it breaks the rules of its symbology";
+
+ReaderDataType TypeOf(const ZXing::Result& result) {
+  return std::find_if(std::begin(Symbologies), std::end(Symbologies),
+                      [&](const auto& row) { return row.format == result.format(); })
+      ->type;
+}
+
+bool IsLinear(ReaderDataType type) {
+  return std::any_of(std::begin(Symbologies), std::end(Symbologies), [&](const auto& row) {
+    return row.type == type && ZXing::BarcodeFormats(Linear).testFlag(row.format);
+  });
+}
+
+std::string BytesOf(const ZXing::Result& result) {
+  return {result.bytes().begin(), result.bytes().end()};
+}
+
+/// Keeps what the symbol holds. ZXing-C++ 1.4 reads on beyond the data bits of an Aztec
+/// Code that end within a shift, as padding may, and delivers what lies there in memory.
+void KeepWhatAztecHolds(const ZXing::Result& result, PageFinding* finding) {
+#if ZXING_VERSION_MAJOR < 2
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+#endif
+  // Deprecated in favour of bytes(), which is what cannot be trusted here.
+  const std::string bits(result.rawBytes().begin(), result.rawBytes().end());
+  const auto count = static_cast<std::size_t>(std::max(0, result.numBits()));
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
+  AztecMessage message = ReadAztecBits(bits, std::min(count, 8 * bits.size()));
+  using End = AztecMessage::End;
+  const bool isWhole = message.end == End::Complete && finding->data == message.data;
+  // The decoder keeps the place of a part of a message to itself.
+  const bool isPart = message.end == End::Complete && result.isPartOfSequence() &&
+                      message.data.ends_with(finding->data);
+  if (message.end == End::InPadding && finding->data.starts_with(message.data)) {
+    finding->data = std::move(message.data);
+  } else if (!isWhole && !isPart) {
+    finding->data.clear();
+    finding->failure = BrokenRules;
+  }
+#else
+  static_cast<void>(result);
+  static_cast<void>(finding);
+#endif
+}
+
+/// Without what was read of it: that does not belong into a log.
+PageFinding FindingOf(const ZXing::Result& result, const PageArea& area) {
+  PageFinding finding = {TypeOf(result), {}, area, {}};
+  const ZXing::Error& error = result.error();
+  if (!result.isValid()) {
+    finding.failure = error == ZXing::Error::Checksum ? "its check characters do not match"
+                      : error == ZXing::Error::Format ? BrokenRules
+                                                      : "it uses what the decoder does not support";
+    return finding;
+  }
+  finding.data = BytesOf(result);
+  if (finding.type == ReaderDataType::BarcodeAztec) {
+    KeepWhatAztecHolds(result, &finding);
+  }
+  return finding;
+}
 
 PageArea AreaOf(const ZXing::Position& corners) {
   const auto [minX, maxX] = std::minmax({corners[0].x, corners[1].x, corners[2].x, corners[3].x});
   const auto [minY, maxY] = std::minmax({corners[0].y, corners[1].y, corners[2].y, corners[3].y});
   return {minX, minY, maxX - minX + 1, maxY - minY + 1};
-}
-
-bool IsSame(const Found& a, const Found& b) {
-  return a.result.format() == b.result.format() && Overlap(a.area, b.area);
 }
 
 ZXing::ImageView ViewOf(const PageImage& image) {
@@ -71,6 +133,32 @@ ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats format
     hints.setTryDownscale(false).setMaxNumberOfSymbols(1);
   }
   return ZXing::ReadBarcodes(view, hints);
+}
+
+struct Decoded {
+  ZXing::Results results;
+  ZXing::BarcodeFormats broken;  ///< those of which a symbol makes the decoder throw
+};
+
+/// The same, of each format that can be decoded: for a symbol that breaks the rules of its
+/// data, ZXing-C++ 1.4 throws, and whatever else it has found is lost.
+Decoded DecodeEach(const ZXing::ImageView& view, ZXing::BarcodeFormats formats, bool failures) {
+  try {
+    return {Decode(view, formats, failures), {}};
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception&) {
+    if (formats.count() == 1) {
+      return {{}, formats};
+    }
+  }
+  Decoded all;
+  for (const ZXing::BarcodeFormat format : formats) {
+    Decoded one = DecodeEach(view, format, failures);
+    std::move(one.results.begin(), one.results.end(), std::back_inserter(all.results));
+    all.broken |= one.broken;
+  }
+  return all;
 }
 
 /// What a single line tells of a linear symbol, which may be chance.
@@ -104,6 +192,10 @@ ZXing::Results DecodeScatteredLines(const ZXing::ImageView& view) {
     }
   }
   return {};
+}
+
+bool HasSameData(const PageFinding& a, const PageFinding& b) {
+  return a.type == b.type && b.IsRead() && a.data == b.data;
 }
 
 PageArea Widened(const PageArea& area, int margin) {
@@ -210,8 +302,8 @@ std::vector<PageArea> BandsOf(const PageArea& area) {
 /// What one page shows, found step by step.
 class Search {
  public:
-  explicit Search(const PageImage& image)
-      : page(image), pixelsLeft(std::int64_t{3} * image.width * image.height) {}
+  Search(const PageImage& image, const std::function<void(const PageFinding&)>& tell)
+      : page(image), tell(tell), pixelsLeft(std::int64_t{3} * image.width * image.height) {}
 
   void Run() {
     const PageAreas areas = FindAreas(page);
@@ -240,14 +332,12 @@ class Search {
       if (isolated.inverted) {
         LookInCut(isolated, Matrix);
       } else if (!IsKnown(isolated.area)) {
-        for (Found& one : LookIn(isolated.area.Around(), FoundInTheMiddle)) {
+        for (PageFinding& one : LookIn(isolated.area.Around(), FoundInTheMiddle | broken)) {
           Add(std::move(one));
         }
       }
     }
   }
-
-  std::vector<Found> Take() { return std::move(found); }
 
  private:
   /// The decoder takes what stands around a symbol for a part of it, and knows how to
@@ -282,13 +372,11 @@ class Search {
   }
 
   void LookOnPage(const PageArea& area) {
-    const std::vector<Found> before = found;
-    for (Found& one : LookIn(area, Matrix)) {
-      const bool known = std::any_of(before.begin(), before.end(), [&one](const Found& other) {
-        return one.result.isValid() && other.result.isValid() &&
-               one.result.format() == other.result.format() &&
-               one.result.bytes() == other.result.bytes();
-      });
+    const std::vector<PageFinding> before = found;
+    for (PageFinding& one : LookIn(area, Matrix)) {
+      const bool known = std::any_of(
+          before.begin(), before.end(),
+          [&one](const PageFinding& other) { return one.IsRead() && HasSameData(one, other); });
       if (!known) {
         Add(std::move(one));
       }
@@ -300,27 +388,24 @@ class Search {
     constexpr int most = 64;
     constexpr int near = 32;  // what is left of a symbol after it was covered
     Remainder remainder(page, area);
-    for (const Found& one : found) {
-      if (one.result.isValid() && ZXing::BarcodeFormats(Linear).testFlag(one.result.format())) {
+    for (const PageFinding& one : found) {
+      if (one.IsRead() && IsLinear(one.type)) {
         remainder.Cover(one.area);
       }
     }
     for (int count = 0; count < most; ++count) {
-      ZXing::Results results = DecodeLine(remainder.View(), true);
+      const ZXing::Results results = DecodeLine(remainder.View(), true);
       if (results.empty()) {
         return;
       }
-      Found one = {std::move(results.front()), {}};
-      one.area = AreaOf(one.result.position());
+      PageFinding one = FindingOf(results.front(), AreaOf(results.front().position()));
       one.area.left += area.left;
       one.area.top += area.top;
       const bool level = one.area.width >= one.area.height;
       one.area = WholeSymbol(page, one.area);
       remainder.Cover(Widened(one.area, near / 2));
-      const bool rest = std::any_of(found.begin(), found.end(), [&](const Found& other) {
-        return one.result.format() == other.result.format() && other.result.isValid() &&
-               one.result.bytes() == other.result.bytes() &&
-               Overlap(Widened(one.area, near), other.area);
+      const bool rest = std::any_of(found.begin(), found.end(), [&](const PageFinding& other) {
+        return HasSameData(one, other) && Overlap(Widened(one.area, near), other.area);
       });
       if (!rest && IsConfirmed(one, level)) {
         Add(std::move(one));
@@ -329,7 +414,7 @@ class Search {
   }
 
   /// Whether two lines say so: one may be chance, of text as well.
-  bool IsConfirmed(const Found& one, bool level) const {
+  bool IsConfirmed(const PageFinding& one, bool level) const {
     const int margin = 16 + std::max(one.area.width, one.area.height) / 4;
     const PageArea whole = Widened(one.area, margin);
     const int left = std::max(0, whole.left);
@@ -337,8 +422,7 @@ class Search {
     const auto view = ViewOf(page).cropped(left, top, whole.left + whole.width - left,
                                            whole.top + whole.height - top);
     const ZXing::Results again = DecodeScatteredLines(level ? view : view.rotated(90));
-    return !again.empty() && again.front().format() == one.result.format() &&
-           again.front().bytes() == one.result.bytes();
+    return !again.empty() && HasSameData(one, FindingOf(again.front(), {}));
   }
 
   /// Whether bars that nothing was read of are a linear symbol that is damaged.
@@ -347,7 +431,7 @@ class Search {
     const PageArea around = Widened(bars.area.Around(), margin);
     const int left = std::max(0, around.left);
     const int top = std::max(0, around.top);
-    for (Found& one :
+    for (PageFinding& one :
          LookIn({left, top, around.left + around.width - left, around.top + around.height - top},
                 Linear)) {
       one.area = WholeSymbol(page, one.area);
@@ -355,28 +439,41 @@ class Search {
     }
   }
 
-  std::vector<Found> LookIn(const PageArea& area, ZXing::BarcodeFormats formats) const {
+  std::vector<PageFinding> LookIn(const PageArea& area, ZXing::BarcodeFormats formats) {
     const auto view = ViewOf(page).cropped(area.left, area.top, area.width, area.height);
-    ZXing::Results results = Decode(view, formats, true);
+    Decoded decoded = DecodeEach(view, formats, true);
+    std::vector<PageFinding> here = BrokenIn(area, decoded.broken);
     ZXing::BarcodeFormats failed;
-    for (const ZXing::Result& result : results) {
+    for (const ZXing::Result& result : decoded.results) {
       if (!result.isValid()) {
         failed |= result.format();
       }
     }
     // What fails at one size keeps the decoder from telling what is good at the other.
     if (!failed.empty()) {
-      ZXing::Results good = Decode(view, failed, false);
-      std::move(good.begin(), good.end(), std::back_inserter(results));
+      ZXing::Results good = DecodeEach(view, failed, false).results;
+      std::move(good.begin(), good.end(), std::back_inserter(decoded.results));
     }
-    std::vector<Found> here;
-    for (ZXing::Result& result : results) {
+    for (const ZXing::Result& result : decoded.results) {
       PageArea at = AreaOf(result.position());
       at.left += area.left;
       at.top += area.top;
-      here.push_back({std::move(result), at});
+      here.push_back(FindingOf(result, at));
     }
     return here;
+  }
+
+  /// Failures of formats that cannot be decoded in an area. Smaller ones are looked at for
+  /// them later.
+  std::vector<PageFinding> BrokenIn(const PageArea& area, ZXing::BarcodeFormats formats) {
+    broken |= formats;
+    std::vector<PageFinding> failures;
+    for (const auto& row : Symbologies) {
+      if (formats.testFlag(row.format)) {
+        failures.push_back({row.type, {}, area, BrokenRules});
+      }
+    }
+    return failures;
   }
 
   /// @param where  a linear symbol is that is found: only lines of it are known
@@ -393,14 +490,18 @@ class Search {
       if (part.empty()) {
         continue;
       }
-      ZXing::Results results = Decode(ViewOf(cut.Image()), part, false);
+      Decoded decoded = DecodeEach(ViewOf(cut.Image()), part, false);
+      for (PageFinding& failure : BrokenIn(symbol.area.Around(), decoded.broken)) {
+        Add(std::move(failure));
+      }
+      ZXing::Results results = std::move(decoded.results);
       if (results.empty() && part.testFlags(Linear)) {
         results = DecodeScatteredLines(ViewOf(cut.Image()));
       }
-      for (ZXing::Result& result : results) {
-        const bool linear = ZXing::BarcodeFormats(Linear).testFlag(result.format());
-        const PageArea at = linear ? where : cut.OnPage(AreaOf(result.position()));
-        Add({std::move(result), at});
+      for (const ZXing::Result& result : results) {
+        const PageArea at =
+            IsLinear(TypeOf(result)) ? where : cut.OnPage(AreaOf(result.position()));
+        Add(FindingOf(result, at));
       }
       if (!results.empty()) {
         return;
@@ -409,12 +510,13 @@ class Search {
   }
 
   /// Adds what was not found before.
-  void Add(Found one) {
-    const bool known = std::any_of(found.begin(), found.end(), [&](const Found& other) {
-      return IsSame(one, other) && (other.result.isValid() || !one.result.isValid());
+  void Add(PageFinding one) {
+    const bool known = std::any_of(found.begin(), found.end(), [&](const PageFinding& other) {
+      return IsSameSymbol(one, other) && (other.IsRead() || !one.IsRead());
     });
     if (!known) {
       found.push_back(std::move(one));
+      tell(found.back());
     }
   }
 
@@ -422,58 +524,19 @@ class Search {
   bool IsKnown(const TurnedArea& area) const {
     const PageArea around = area.Around();
     const PageArea middle = {static_cast<int>(area.middleX), static_cast<int>(area.middleY), 1, 1};
-    return std::any_of(found.begin(), found.end(), [&](const Found& one) {
+    return std::any_of(found.begin(), found.end(), [&](const PageFinding& one) {
       const PageArea foundMiddle = {one.area.left + one.area.width / 2,
                                     one.area.top + one.area.height / 2, 1, 1};
-      return one.result.isValid() && (Overlap(one.area, middle) || Overlap(foundMiddle, around));
+      return one.IsRead() && (Overlap(one.area, middle) || Overlap(foundMiddle, around));
     });
   }
 
   const PageImage& page;
-  std::int64_t pixelsLeft;  ///< to cut out: bounds the time that a page full of patterns takes
-  std::vector<Found> found;
+  const std::function<void(const PageFinding&)>& tell;
+  std::int64_t pixelsLeft;       ///< to cut out: bounds the time that a page full of patterns takes
+  ZXing::BarcodeFormats broken;  ///< see DecodeEach
+  std::vector<PageFinding> found;
 };
-
-/// A scan across a scratch fails where another one reads.
-void DropFailuresOfWhatWasRead(std::vector<Found>* found) {
-  const std::vector<Found> all = *found;
-  std::erase_if(*found, [&all](const Found& one) {
-    return !one.result.isValid() && std::any_of(all.begin(), all.end(), [&](const Found& other) {
-      return other.result.isValid() && IsSame(one, other);
-    });
-  });
-}
-
-/// From top to bottom; what begins above the middle of a row's first stands in
-/// the same row, from left to right.
-void SortByPlace(std::vector<Found>* found) {
-  std::sort(found->begin(), found->end(),
-            [](const Found& a, const Found& b) { return a.area.top < b.area.top; });
-  for (auto row = found->begin(); row != found->end();) {
-    const int middle = row->area.top + row->area.height / 2;
-    const auto end = std::find_if(std::next(row), found->end(), [middle](const Found& other) {
-      return other.area.top >= middle;
-    });
-    std::sort(row, end, [](const Found& a, const Found& b) { return a.area.left < b.area.left; });
-    row = end;
-  }
-}
-
-ReaderDataType TypeOf(const ZXing::Result& result) {
-  return std::find_if(std::begin(Symbologies), std::end(Symbologies),
-                      [&](const auto& row) { return row.format == result.format(); })
-      ->type;
-}
-
-/// Without what was read of it: that does not belong into a log.
-std::string FailureOf(const Found& found) {
-  const ZXing::Error& error = found.result.error();
-  return "a " + BarcodeName(TypeOf(found.result)) + " at " + std::to_string(found.area.left) +
-         ", " + std::to_string(found.area.top) + " cannot be decoded: " +
-         (error == ZXing::Error::Checksum ? "its check characters do not match"
-          : error == ZXing::Error::Format ? "it breaks the rules of its symbology"
-                                          : "it uses what the decoder does not support");
-}
 
 }  // namespace
 
@@ -490,27 +553,14 @@ std::vector<ReaderDataType> BarcodesNotLookedFor() {
   return missing;
 }
 
-PageFindings SearchPage(const PageImage& image) {
-  PageFindings findings;
-  Search search(image);
-  try {
-    search.Run();
-  } catch (const std::exception& error) {
-    findings.failures.push_back(std::string("the search ended early: ") + error.what());
-  }
-  std::vector<Found> found = search.Take();
-  DropFailuresOfWhatWasRead(&found);
-  SortByPlace(&found);
+void SearchPage(const PageImage& image, const std::function<void(const PageFinding&)>& tell) {
+  Search(image, tell).Run();
+}
 
-  for (const Found& one : found) {
-    if (one.result.isValid()) {
-      const ZXing::ByteArray& bytes = one.result.bytes();
-      findings.barcodes.push_back({TypeOf(one.result), {bytes.begin(), bytes.end()}});
-    } else {
-      findings.failures.push_back(FailureOf(one));
-    }
-  }
-  return findings;
+PageFindings SearchPage(const PageImage& image) {
+  std::vector<PageFinding> found;
+  SearchPage(image, [&found](const PageFinding& one) { found.push_back(one); });
+  return ArrangeFindings(std::move(found));
 }
 
 }  // namespace conduit

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <limits>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/FilePath.h"
 #include "virtual_reader/InputFile.h"
@@ -37,9 +38,11 @@ const std::vector<FieldReader<DocumentBuilder>> DocumentBuilder::Fields = {
     {"error", &DocumentBuilder::ReadError},
 };
 
-DocumentBuilder::DocumentBuilder(const std::filesystem::path& folder, const SessionField& document)
+DocumentBuilder::DocumentBuilder(const std::filesystem::path& folder, const SessionField& document,
+                                 std::shared_ptr<PageReaders> readers)
     : folder(folder),
       document(document),
+      readers(std::move(readers)),
       wanted({!document.Find("codeline").has_value(), !document.Find("barcodes").has_value(),
               !document.Find("aamva").has_value()}) {}
 
@@ -84,8 +87,8 @@ StepPart DocumentBuilder::ReadImages(const SessionField& field) {
     files.push_back(CheckImage(types[static_cast<std::size_t>(position)], file));
     imageNames += (imageNames.empty() ? "" : ", ") + files.back().name;
   }
-  return [files = std::move(files), wanted = wanted](StepBuilder* step) {
-    AddImageFiles(files, wanted, step);
+  return [files = std::move(files), wanted = wanted, readers = readers](StepBuilder* step) {
+    AddImageFiles(files, wanted, readers.get(), step);
   };
 }
 
@@ -102,7 +105,7 @@ DocumentBuilder::ImageFile DocumentBuilder::CheckImage(ReaderDataType type,
 }
 
 void DocumentBuilder::AddImageFiles(const std::vector<ImageFile>& files, const PagesWanted& wanted,
-                                    StepBuilder* step) {
+                                    PageReaders* readers, StepBuilder* step) {
   std::vector<DocumentImage> images;
   for (const ImageFile& file : files) {
     const std::string place = file.place + ": \"" + file.name + '"';
@@ -113,6 +116,7 @@ void DocumentBuilder::AddImageFiles(const std::vector<ImageFile>& files, const P
       step->AddPassingError(place + ": " + reason.what());
     }
   }
+  conduit::ReadImages(&images, wanted, readers);
   AddImages(std::move(images), wanted, step);
 }
 
@@ -175,9 +179,8 @@ StepPart DocumentBuilder::ReadDataGroup1(const SessionField& field) {
 }
 
 StepPart DocumentBuilder::ReadChipPhoto(const SessionField& field) {
-  return [photo = CheckImage(ReaderDataType::ChipDataGroup2Photo, field)](StepBuilder* step) {
-    AddImageFiles({photo}, {}, step);
-  };
+  return [photo = CheckImage(ReaderDataType::ChipDataGroup2Photo, field), readers = readers](
+             StepBuilder* step) { AddImageFiles({photo}, {}, readers.get(), step); };
 }
 
 // NOLINTEND(readability-convert-member-functions-to-static)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,9 @@ class DocumentBuilder {
  public:
   /// @param folder    where the file names of the session start from
   /// @param document  outlives this
-  DocumentBuilder(const std::filesystem::path& folder, const SessionField& document);
+  /// @param readers   for its images
+  DocumentBuilder(const std::filesystem::path& folder, const SessionField& document,
+                  std::shared_ptr<PageReaders> readers);
 
   /// Called once. Throws a SessionError that names the place.
   StepPart Build();
@@ -45,13 +48,14 @@ class DocumentBuilder {
   ImageFile CheckImage(ReaderDataType type, const SessionField& field) const;
   /// Adds the images, and an error in place of those that cannot be read any more.
   static void AddImageFiles(const std::vector<ImageFile>& files, const PagesWanted& wanted,
-                            StepBuilder* step);
+                            PageReaders* readers, StepBuilder* step);
 
   /// The bytes of the file that a field names.
   std::string FileOf(const SessionField& field) const;
 
   const std::filesystem::path& folder;
   const SessionField& document;
+  const std::shared_ptr<PageReaders> readers;
   const PagesWanted wanted;  ///< what it does not give itself
   std::string imageNames;    ///< of its files
 };

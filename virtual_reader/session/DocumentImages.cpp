@@ -6,12 +6,8 @@
 #include <stdexcept>
 
 #include "platform/FilePath.h"
-#include "virtual_reader/codelines/CodelineSearch.h"
-#include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"
-#include "virtual_reader/images/TiffPages.h"
 #include "virtual_reader/records/AamvaReading.h"
-#include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
 namespace {
@@ -32,13 +28,32 @@ constexpr std::array PagesByCodeline = {
 };
 
 template <std::size_t Size>
-std::size_t RankAmong(const std::array<ReaderDataType, Size>& types, const DocumentImage& image) {
-  return static_cast<std::size_t>(std::find(types.begin(), types.end(), image.type) -
-                                  types.begin());
+std::size_t RankAmong(const std::array<ReaderDataType, Size>& types, ReaderDataType type) {
+  return static_cast<std::size_t>(std::find(types.begin(), types.end(), type) - types.begin());
+}
+
+/// The images in the order of these types; those of other types come last.
+template <class Image, std::size_t Size>
+std::vector<Image*> Ordered(std::vector<Image>& images,
+                            const std::array<ReaderDataType, Size>& types) {
+  std::vector<Image*> ordered;
+  ordered.reserve(images.size());
+  for (Image& image : images) {
+    ordered.push_back(&image);
+  }
+  std::stable_sort(ordered.begin(), ordered.end(), [&types](const Image* a, const Image* b) {
+    return RankAmong(types, a->type) < RankAmong(types, b->type);
+  });
+  return ordered;
 }
 
 bool ShowsPage(const DocumentImage& image) {
-  return RankAmong(PagesByBarcodes, image) < PagesByBarcodes.size();
+  return RankAmong(PagesByBarcodes, image.type) < PagesByBarcodes.size();
+}
+
+/// What is neither an image by its bytes nor by its name is sent as it is.
+bool IsImage(const DocumentImage& image) {
+  return FormatOf(image.bytes).has_value() || IsImageName(PathFromUtf8(image.name));
 }
 
 struct FoundBarcode {
@@ -46,20 +61,17 @@ struct FoundBarcode {
   const DocumentImage* image;
 };
 
-/// Reads the images of one document.
-class ImagesReading {
+/// Tells of the images of one document, and adds what was read from them.
+class ImagesOfDocument {
  public:
-  ImagesReading(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step)
-      : images(std::move(images)), wanted(wanted), step(step), errors(this->images.size()) {}
+  ImagesOfDocument(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step)
+      : images(std::move(images)), wanted(wanted), step(step) {}
 
-  void Read() {
-    // One after the other, as what is decoded takes the most memory.
-    for (DocumentImage* image : Ordered(PagesByCodeline)) {
-      if (Decode(image)) {
-        SearchForBarcodes(*image);
-        SearchForCodeline(*image);
+  void Add() {
+    for (const DocumentImage* image : Ordered(images, PagesByCodeline)) {
+      if (image->reading.error.empty()) {
+        TellOf(*image);
       }
-      image->decoded.reset();
     }
     WarnOfUnreadCodeline();
     AddCodeline();
@@ -68,74 +80,40 @@ class ImagesReading {
   }
 
  private:
-  template <std::size_t Size>
-  std::vector<DocumentImage*> Ordered(const std::array<ReaderDataType, Size>& types) {
-    std::vector<DocumentImage*> ordered;
-    ordered.reserve(images.size());
-    for (DocumentImage& image : images) {
-      ordered.push_back(&image);
+  void TellOf(const DocumentImage& image) {
+    if (image.reading.pages > 1) {
+      step->Warn(image.name, "the first of its " + std::to_string(image.reading.pages) +
+                                 " pages is taken, as it is one image of a document");
     }
-    std::stable_sort(ordered.begin(), ordered.end(),
-                     [&types](const DocumentImage* a, const DocumentImage* b) {
-                       return RankAmong(types, *a) < RankAmong(types, *b);
-                     });
-    return ordered;
+    if (ShowsPage(image) && !IsImage(image)) {
+      step->Warn(image.name, "not searched, as it is no image of a known format");
+    }
+    TakeBarcodes(image);
+    TakeCodeline(image);
+    if (!image.reading.shortened.empty()) {
+      step->Warn(image.name, "not searched to the end: " + image.reading.shortened);
+    }
   }
 
-  /// Whether there is a page to search now.
-  bool Decode(DocumentImage* image) {
-    try {
-      const std::optional<ImageFormat> format = FormatOf(image->bytes);
-      if (format == ImageFormat::Tiff) {
-        TakeFirstPage(image);
-      } else if ((format || IsImageName(PathFromUtf8(image->name))) && !image->decoded) {
-        image->decoded = DecodeImage(image->bytes);
-      }
-    } catch (const std::invalid_argument& reason) {
-      errors[static_cast<std::size_t>(image - images.data())] = image->place + ": " + reason.what();
-      return false;
-    }
-    if (ShowsPage(*image) && !image->decoded) {
-      step->Warn(image->name, "not searched, as it is no image of a known format");
-    }
-    return ShowsPage(*image) && image->decoded;
-  }
-
-  void TakeFirstPage(DocumentImage* image) {
-    const TiffPages pages = TiffPages::OfBytes(image->bytes);
-    if (pages.Count() > 1) {
-      step->Warn(image->name, "the first of its " + std::to_string(pages.Count()) +
-                                  " pages is taken, as it is one image of a document");
-    }
-    TiffPage first = pages.Read(0);
-    image->bytes = std::move(first.png);
-    image->decoded = std::move(first.image);
-  }
-
-  void SearchForBarcodes(const DocumentImage& image) {
-    if (!wanted.barcodes || !CanSearchPages()) {
-      return;
-    }
-    PageFindings findings = SearchPage(*image.decoded);
+  void TakeBarcodes(const DocumentImage& image) {
     std::string symbologies;
-    for (PageBarcode& barcode : findings.barcodes) {
+    for (const PageBarcode& barcode : image.reading.barcodes.barcodes) {
       symbologies += (symbologies.empty() ? "" : ", ") + BarcodeName(barcode.type);
-      barcodes.push_back({std::move(barcode), &image});
+      barcodes.push_back({barcode, &image});
     }
-    step->Note(image.name, symbologies.empty() ? "no barcode found on the page"
-                                               : "found on the page: " + symbologies);
-    step->WarnAll(image.name, findings.failures);
+    if (!symbologies.empty()) {
+      step->Note(image.name, "found on the page: " + symbologies);
+    } else if (image.reading.searched) {
+      step->Note(image.name, "no barcode found on the page");
+    }
+    step->WarnAll(image.name, image.reading.barcodes.failures);
   }
 
-  void SearchForCodeline(const DocumentImage& image) {
-    if (!wanted.codeline || codelineImage != nullptr) {
-      return;
-    }
-    CodelineFindings findings = SearchCodeline(*image.decoded);
-    if (!findings.lines.empty()) {
+  void TakeCodeline(const DocumentImage& image) {
+    const CodelineFindings& findings = image.reading.codeline;
+    if (!findings.lines.empty() && codelineImage == nullptr) {
       step->Note(image.name, "a codeline found on the page");
       codelineImage = &image;
-      codeline = std::move(findings.lines);
     }
     for (const std::string& failure : findings.failures) {
       unreadCodelines.emplace_back(&image, failure);
@@ -153,17 +131,17 @@ class ImagesReading {
 
   void AddCodeline() {
     if (codelineImage != nullptr) {
-      step->AddCodeline(codelineImage->name, ReadCodeline(codeline), ReaderDataType::Codeline,
-                        ReaderDataType::CodelineRecord);
+      step->AddCodeline(codelineImage->name, ReadCodeline(codelineImage->reading.codeline.lines),
+                        ReaderDataType::Codeline, ReaderDataType::CodelineRecord);
     }
   }
 
   void SendImages() {
-    for (std::size_t i = 0; i < images.size(); ++i) {
-      if (errors[i].empty()) {
-        step->Add(SendItem{images[i].type, std::move(images[i].bytes)});
+    for (DocumentImage& image : images) {
+      if (image.reading.error.empty()) {
+        step->Add(SendItem{image.type, std::move(image.bytes)});
       } else {
-        step->AddPassingError(errors[i]);
+        step->AddPassingError(image.place + ": " + image.reading.error);
       }
     }
   }
@@ -171,7 +149,7 @@ class ImagesReading {
   /// Twice on one page is two; on another image it is the same once more.
   std::vector<FoundBarcode> BarcodesOnce() {
     std::vector<FoundBarcode> once;
-    for (const DocumentImage* image : Ordered(PagesByBarcodes)) {
+    for (const DocumentImage* image : Ordered(images, PagesByBarcodes)) {
       for (FoundBarcode& found : barcodes) {
         const bool known =
             std::any_of(once.begin(), once.end(), [&found](const FoundBarcode& other) {
@@ -212,28 +190,33 @@ class ImagesReading {
   std::vector<DocumentImage> images;
   const PagesWanted wanted;
   StepBuilder* const step;
-  std::vector<std::string> errors;  ///< of each image; empty for one that is sent
   std::vector<FoundBarcode> barcodes;
   const DocumentImage* codelineImage = nullptr;
-  std::vector<std::string> codeline;
   std::vector<std::pair<const DocumentImage*, std::string>> unreadCodelines;
 };
 
 }  // namespace
 
-void AddImages(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step) {
-  ImagesReading(std::move(images), wanted, step).Read();
+void ReadImages(std::vector<DocumentImage>* images, const PagesWanted& wanted,
+                PageReaders* readers) {
+  bool codelineWanted = wanted.codeline;
+  for (DocumentImage* image : Ordered(*images, PagesByCodeline)) {
+    if (!IsImage(*image)) {
+      continue;
+    }
+    PageRequest request;
+    request.barcodes = wanted.barcodes && ShowsPage(*image);
+    request.codeline = codelineWanted && ShowsPage(*image);
+    request.bytes = std::move(image->bytes);
+    image->reading = readers->Read(request);
+    image->bytes =
+        image->reading.png.empty() ? std::move(request.bytes) : std::move(image->reading.png);
+    codelineWanted = codelineWanted && image->reading.codeline.lines.empty();
+  }
 }
 
-std::vector<std::string> LimitsOfPageReading() {
-  if (!CanSearchPages()) {
-    return {"this build does not search page images for barcodes"};
-  }
-  std::string names;
-  for (const ReaderDataType type : BarcodesNotLookedFor()) {
-    names += (names.empty() ? "" : ", ") + BarcodeName(type);
-  }
-  return {"not looked for on pages, as nothing decodes them: " + names};
+void AddImages(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step) {
+  ImagesOfDocument(std::move(images), wanted, step).Add();
 }
 
 }  // namespace conduit

@@ -1,11 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pages/PageReaders.h"
 #include "virtual_reader/session/StepBuilder.h"
 
 namespace conduit {
@@ -19,7 +18,7 @@ struct DocumentImage {
   std::string name;   ///< of its file, for the log
   std::string place;  ///< what an error with it is said of
   std::string bytes;  ///< as they are sent
-  std::optional<PageImage> decoded = {};
+  PageReading reading = {};
 };
 
 /// What is to be read from the images that show a page: not what the document
@@ -30,12 +29,14 @@ struct PagesWanted {
   bool aamva = true;
 };
 
-/// Adds the images, before them the codeline and behind them the barcodes that
-/// stand on them, one that several of them show counted once. A TIFF is sent as
-/// a PNG of its first page. A damaged image is an error in its place.
-void AddImages(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step);
+/// Reads the images that hold their bytes: decodes them, and searches those that show a
+/// page. A TIFF becomes a PNG of its first page.
+void ReadImages(std::vector<DocumentImage>* images, const PagesWanted& wanted,
+                PageReaders* readers);
 
-/// What this build does not look for on pages, for the log.
-std::vector<std::string> LimitsOfPageReading();
+/// Adds the images, before them the codeline and behind them the barcodes that were read
+/// from them, one that several of them show counted once. A damaged image is an error in its
+/// place.
+void AddImages(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step);
 
 }  // namespace conduit

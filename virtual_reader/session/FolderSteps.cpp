@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/session/DocumentImages.h"
+#include "virtual_reader/session/PageSession.h"
 #include "virtual_reader/session/ScanReading.h"
 
 namespace conduit {
@@ -12,15 +12,16 @@ namespace {
 
 class FolderSteps : public StepSource {
  public:
-  FolderSteps(std::filesystem::path folder, std::vector<ScanFolder::Scan> scans)
-      : folder(std::move(folder)), scans(std::move(scans)) {}
+  FolderSteps(std::filesystem::path folder, std::vector<ScanFolder::Scan> scans,
+              std::shared_ptr<PageReaders> readers)
+      : folder(std::move(folder)), scans(std::move(scans)), readers(std::move(readers)) {}
 
   std::optional<StepWork> Next() override {
     while (pages.empty()) {
       if (next == scans.size()) {
         return {};
       }
-      pages = WorkOnScan(folder, scans[next++]);
+      pages = WorkOnScan(folder, scans[next++], readers);
     }
     StepWork page = std::move(pages.front());
     pages.pop_front();
@@ -30,6 +31,7 @@ class FolderSteps : public StepSource {
  private:
   const std::filesystem::path folder;
   const std::vector<ScanFolder::Scan> scans;
+  const std::shared_ptr<PageReaders> readers;
   std::size_t next = 0;
   std::deque<StepWork> pages;  ///< of the file before the next
 };
@@ -38,20 +40,22 @@ class FolderSteps : public StepSource {
 
 Session ReadFolder(const std::filesystem::path& folder) {
   ScanFolder listed = ListScans(folder);
+  Session session;
+  session.readers = MakePageReaders();
+  RemarkLimits(&session);
   const bool readable =
-      std::any_of(listed.scans.begin(), listed.scans.end(),
-                  [&folder](const ScanFolder::Scan& scan) { return IsReadable(folder, scan); });
+      std::any_of(listed.scans.begin(), listed.scans.end(), [&](const ScanFolder::Scan& scan) {
+        return IsReadable(folder, scan, session.readers.get());
+      });
   if (!readable) {
     throw SessionError(
         ReaderResult::SessionUnreadable,
         "the folder has no readable image (" + std::string(ImageNames) + ") to lay on the window");
   }
-  Session session;
-  session.remarks = LimitsOfPageReading();
   for (const ScanFolder::Unread& unread : listed.unread) {
     session.remarks.push_back(unread.name + ": not read: " + unread.reason);
   }
-  session.steps = std::make_unique<FolderSteps>(folder, std::move(listed.scans));
+  session.steps = std::make_unique<FolderSteps>(folder, std::move(listed.scans), session.readers);
   return session;
 }
 

@@ -3,17 +3,13 @@
 #include <algorithm>
 #include <exception>
 #include <fstream>
-#include <functional>
-#include <memory>
 #include <new>
 #include <stdexcept>
 #include <utility>
 
 #include "platform/FilePath.h"
 #include "virtual_reader/InputFile.h"
-#include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"
-#include "virtual_reader/images/TiffPages.h"
 #include "virtual_reader/session/DocumentImages.h"
 
 namespace conduit {
@@ -24,10 +20,11 @@ constexpr std::uintmax_t LargestText = 4096;
 
 /// One page that was laid on the window.
 struct ScanPage {
+  std::filesystem::path file;
   std::string name;
   std::string text;  ///< of the file with its codeline; empty where there is none
-  /// Throws std::invalid_argument with the reason why there is no such image.
-  std::function<DocumentImage()> load;
+  bool isTiff = false;
+  std::uint32_t index = 0;  ///< of the TIFF's pages
 };
 
 /// The lines of a text file, whatever system it comes from, without the empty
@@ -71,15 +68,36 @@ bool AddText(const std::filesystem::path& folder, const std::string& text, StepB
   }
 }
 
-Step ReadablePage(const std::filesystem::path& folder, const ScanPage& page) {
-  std::vector<DocumentImage> images;
-  images.push_back(page.load());
+/// For another process, which need not be in the folder that this one is in.
+std::string AbsoluteName(const std::filesystem::path& file) {
+  return Utf8FromPath(std::filesystem::absolute(file));
+}
+
+Step ReadablePage(const std::filesystem::path& folder, const ScanPage& page, PageReaders* readers) {
+  PageRequest request;
+  if (page.isTiff) {
+    request.file = AbsoluteName(page.file);
+    request.page = page.index;
+  } else {
+    request.bytes = ReadInputFile(page.file, LargestImage);
+  }
   StepBuilder step;
   step.AddDocument(page.name);
   step.AddEvent(ReaderEventCode::DocOnWindow);
   step.AddEvent(ReaderEventCode::StartOfDocumentData);
   PagesWanted wanted;
   wanted.codeline = page.text.empty() || !AddText(folder, page.text, &step);
+  request.barcodes = wanted.barcodes;
+  request.codeline = wanted.codeline;
+  PageReading reading = readers->Read(request);
+  if (!reading.error.empty()) {
+    throw std::invalid_argument(reading.error);
+  }
+  reading.pages = 1;  // each page of a TIFF is a document of its own
+  std::string bytes = std::move(page.isTiff ? reading.png : request.bytes);
+  std::vector<DocumentImage> images;
+  images.push_back(
+      {ReaderDataType::ImageVis, page.name, page.name, std::move(bytes), std::move(reading)});
   AddImages(std::move(images), wanted, &step);
   step.AddEvent(ReaderEventCode::EndOfDocumentData);
   step.AddEvent(ReaderEventCode::DocRemoved);
@@ -95,9 +113,9 @@ Step UnreadablePage(const std::string& name, const std::string& reason) {
   return step.Take();
 }
 
-Step MakePage(const std::filesystem::path& folder, const ScanPage& page) {
+Step MakePage(const std::filesystem::path& folder, const ScanPage& page, PageReaders* readers) {
   try {
-    return ReadablePage(folder, page);
+    return ReadablePage(folder, page, readers);
   } catch (const std::bad_alloc&) {
     return UnreadablePage(page.name, "the system has no memory left for it");
   } catch (const std::exception& error) {
@@ -112,40 +130,31 @@ bool IsTiff(const std::filesystem::path& file) {
   return FormatOf({start, static_cast<std::size_t>(stream.gcount())}) == ImageFormat::Tiff;
 }
 
-DocumentImage LoadFile(const std::filesystem::path& file, const std::string& name) {
-  DocumentImage image = {ReaderDataType::ImageVis, name, name, ReadInputFile(file, LargestImage)};
-  image.decoded = DecodeImage(image.bytes);
-  return image;
-}
-
-DocumentImage LoadTiffPage(const TiffPages& pages, std::size_t index, const std::string& name) {
-  TiffPage page = pages.Read(index);
-  return {ReaderDataType::ImageVis, name, name, std::move(page.png), std::move(page.image)};
-}
-
-std::vector<ScanPage> PagesOf(const std::filesystem::path& file, const ScanFolder::Scan& scan) {
+std::vector<ScanPage> PagesOf(const std::filesystem::path& file, const ScanFolder::Scan& scan,
+                              PageReaders* readers) {
   RequireInputFile(file, LargestImage);
   if (!IsTiff(file)) {
-    return {{scan.image, scan.text, [file, name = scan.image] { return LoadFile(file, name); }}};
+    return {{file, scan.image, scan.text}};
   }
   std::vector<ScanPage> pages;
-  const auto tiff = std::make_shared<const TiffPages>(file);
-  for (std::size_t i = 0; i < tiff->Count(); ++i) {
-    const std::string name =
-        scan.image + (tiff->Count() > 1 ? " page " + std::to_string(i + 1) : "");
-    pages.push_back(
-        {name, i == 0 ? scan.text : "", [tiff, i, name] { return LoadTiffPage(*tiff, i, name); }});
+  const std::size_t count = readers->CountPages(AbsoluteName(file));
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const std::string name = scan.image + (count > 1 ? " page " + std::to_string(i + 1) : "");
+    pages.push_back({file, name, i == 0 ? scan.text : "", true, i});
   }
   return pages;
 }
 
 }  // namespace
 
-std::deque<StepWork> WorkOnScan(const std::filesystem::path& folder, const ScanFolder::Scan& scan) {
+std::deque<StepWork> WorkOnScan(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
+                                const std::shared_ptr<PageReaders>& readers) {
   std::deque<StepWork> work;
   try {
-    for (ScanPage& page : PagesOf(folder / PathFromUtf8(scan.image), scan)) {
-      work.emplace_back([folder, page = std::move(page)] { return MakePage(folder, page); });
+    for (ScanPage& page : PagesOf(folder / PathFromUtf8(scan.image), scan, readers.get())) {
+      work.emplace_back([folder, readers, page = std::move(page)] {
+        return MakePage(folder, page, readers.get());
+      });
     }
   } catch (const std::exception& error) {
     work = {[name = scan.image, reason = std::string(error.what())] {
@@ -155,14 +164,17 @@ std::deque<StepWork> WorkOnScan(const std::filesystem::path& folder, const ScanF
   return work;
 }
 
-bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& scan) {
+bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
+                PageReaders* readers) {
   try {
     const std::filesystem::path file = folder / PathFromUtf8(scan.image);
+    PageRequest request;
     if (IsTiff(file)) {
-      return TiffPages(file).Count() > 0;
+      request.file = AbsoluteName(file);
+    } else {
+      request.bytes = ReadInputFile(file, LargestImage);
     }
-    DecodeImage(ReadInputFile(file, LargestImage));
-    return true;
+    return readers->IsReadable(std::move(request));
   } catch (const std::exception&) {
     return false;
   }

@@ -10,6 +10,7 @@
 #include <variant>
 #include <vector>
 
+#include "virtual_reader/pages/PageReaders.h"
 #include <conduit/ReaderDataType.h>
 #include <conduit/ReaderEventCode.h>
 #include <conduit/ReaderState.h>
@@ -72,6 +73,7 @@ class StepSource {
 
 /// What the reader is to do between its connection and its disconnection.
 struct Session {
+  std::shared_ptr<PageReaders> readers;  ///< of the steps
   std::unique_ptr<StepSource> steps;
   std::vector<std::string> remarks;  ///< for the log, before anything is played
 };

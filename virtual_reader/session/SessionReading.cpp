@@ -8,8 +8,8 @@
 #include "platform/SessionLocation.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/session/DocumentImages.h"
 #include "virtual_reader/session/FolderSteps.h"
+#include "virtual_reader/session/PageSession.h"
 #include "virtual_reader/session/Session.h"
 #include "virtual_reader/session/SessionField.h"
 #include "virtual_reader/session/StepReading.h"
@@ -95,16 +95,17 @@ Session ReadFile(const std::filesystem::path& file) {
   const Json json = ParseJson(ReadSessionFile(file));
   const SessionField root(json, "");
   root.Fields({"steps"});
-  StepReading reading(file.parent_path());
+  Session session;
+  session.readers = MakePageReaders();
+  StepReading reading(file.parent_path(), session.readers);
   constexpr std::size_t mostSteps = 1000000;
   std::vector<StepWork> steps;
   for (const SessionField& step : root.Require("steps").Elements(0, mostSteps)) {
     steps.push_back(reading.ReadStep(step.At("step " + std::to_string(steps.size() + 1))));
   }
-  Session session;
   session.steps = std::make_unique<FileSteps>(std::move(steps));
   if (reading.HasImages()) {
-    session.remarks = LimitsOfPageReading();
+    RemarkLimits(&session);
   }
   return session;
 }

@@ -64,7 +64,7 @@ StepPart StepReading::ReadPause(const SessionField& field) {
 }
 
 StepPart StepReading::ReadDocument(const SessionField& field) {
-  DocumentBuilder document(folder, field);
+  DocumentBuilder document(folder, field, readers);
   StepPart part = document.Build();
   hasImages = hasImages || document.HasImages();
   return part;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -13,8 +14,10 @@ namespace conduit {
 /// hold but for images: those are read when the step is made.
 class StepReading {
  public:
-  /// @param folder  where the file names of the session start from
-  explicit StepReading(std::filesystem::path folder) : folder(std::move(folder)) {}
+  /// @param folder   where the file names of the session start from
+  /// @param readers  for the images of the steps
+  StepReading(std::filesystem::path folder, std::shared_ptr<PageReaders> readers)
+      : folder(std::move(folder)), readers(std::move(readers)) {}
 
   /// Throws a SessionError that names the place.
   StepWork ReadStep(const SessionField& step);
@@ -33,6 +36,7 @@ class StepReading {
   StepPart ReadDocument(const SessionField& field);
 
   std::filesystem::path folder;
+  std::shared_ptr<PageReaders> readers;
   bool hasImages = false;
 };
 

@@ -7,9 +7,10 @@
 
 #include "platform/FilePath.h"
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/session/DocumentImages.h"
 #include "virtual_reader/session/FolderSteps.h"
+#include "virtual_reader/session/PageSession.h"
 #include "virtual_reader/session/ScanReading.h"
+#include "virtual_reader/session/StepBuilder.h"
 
 namespace conduit {
 namespace {
@@ -45,7 +46,8 @@ struct WatchedFile {
 
 class WatchedFolder : public StepSource {
  public:
-  explicit WatchedFolder(std::filesystem::path folder) : folder(std::move(folder)) {}
+  WatchedFolder(std::filesystem::path folder, std::shared_ptr<PageReaders> readers)
+      : folder(std::move(folder)), readers(std::move(readers)) {}
 
   std::optional<StepWork> Next() override {
     if (work.empty()) {
@@ -85,7 +87,7 @@ class WatchedFolder : public StepSource {
       if (shape.size == 0 || !HasSettled(scan.image, shape)) {
         continue;
       }
-      std::deque<StepWork> pages = WorkOnScan(folder, scan);
+      std::deque<StepWork> pages = WorkOnScan(folder, scan, readers);
       work.insert(work.end(), std::make_move_iterator(pages.begin()),
                   std::make_move_iterator(pages.end()));
     }
@@ -138,6 +140,7 @@ class WatchedFolder : public StepSource {
   }
 
   const std::filesystem::path folder;
+  const std::shared_ptr<PageReaders> readers;
   std::map<std::string, WatchedFile> files;
   std::set<std::string> told;  ///< what is not read and was said of
   bool isFirstLook = true;
@@ -150,8 +153,9 @@ class WatchedFolder : public StepSource {
 Session WatchFolder(const std::filesystem::path& folder) {
   ListScans(folder);
   Session session;
-  session.remarks = LimitsOfPageReading();
-  session.steps = std::make_unique<WatchedFolder>(folder);
+  session.readers = MakePageReaders();
+  RemarkLimits(&session);
+  session.steps = std::make_unique<WatchedFolder>(folder, session.readers);
   return session;
 }
 

@@ -1,0 +1,177 @@
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <ctime>
+#include <mutex>
+#include <stdexcept>
+#include <system_error>
+#include <thread>
+
+#include "platform/WorkerProcess.h"
+
+namespace conduit {
+namespace {
+
+[[noreturn]] void Refuse(const std::filesystem::path& program, int problem) {
+  throw std::runtime_error("cannot start " + program.string() + ": " +
+                           std::generic_category().message(problem));
+}
+
+/// What becomes of a new process between its start and its program.
+class SpawnSetting {
+ public:
+  explicit SpawnSetting(int channel) {
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, channel, STDIN_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, channel, STDOUT_FILENO);
+    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
+
+    posix_spawnattr_init(&attributes);
+    // A session of its own: a Ctrl-C is this process's business.
+    posix_spawnattr_setflags(
+        &attributes,
+        static_cast<short>(POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+    sigset_t signals;
+    sigemptyset(&signals);
+    posix_spawnattr_setsigmask(&attributes, &signals);
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+  }
+  ~SpawnSetting() {
+    posix_spawn_file_actions_destroy(&actions);
+    posix_spawnattr_destroy(&attributes);
+  }
+  SpawnSetting(const SpawnSetting&) = delete;
+  SpawnSetting& operator=(const SpawnSetting&) = delete;
+
+  int Spawn(const std::filesystem::path& program, pid_t* process) const {
+    std::string name = program.string();
+    char* const words[] = {name.data(), nullptr};
+    return posix_spawn(process, name.c_str(), &actions, &attributes, words, environ);
+  }
+
+ private:
+  posix_spawn_file_actions_t actions;
+  posix_spawnattr_t attributes;
+};
+
+std::string DescribeEnd(int status) {
+  if (!WIFSIGNALED(status)) {
+    return "exit status " + std::to_string(WEXITSTATUS(status));
+  }
+  const char* const name = sigabbrev_np(WTERMSIG(status));
+  return name != nullptr ? std::string("SIG") + name : "signal " + std::to_string(WTERMSIG(status));
+}
+
+}  // namespace
+
+struct WorkerProcess::State {
+  // A socket and no pipe: writing to a process that has ended raises no signal.
+  int channel = -1;
+  pid_t process = -1;
+  std::mutex mutex;
+  bool reaped = false;  ///< guarded by mutex: the number may be another process's since
+  std::string end;
+};
+
+WorkerProcess::WorkerProcess(const std::filesystem::path& program)
+    : state(std::make_unique<State>()) {
+  int ends[2] = {-1, -1};
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+    Refuse(program, errno);
+  }
+  state->channel = ends[0];
+  const int problem = SpawnSetting(ends[1]).Spawn(program, &state->process);
+  close(ends[1]);
+  if (problem != 0) {
+    close(ends[0]);
+    Refuse(program, problem);
+  }
+}
+
+WorkerProcess::~WorkerProcess() {
+  Kill();
+  WaitForEnd();
+  close(state->channel);
+}
+
+bool WorkerProcess::Write(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t taken = send(state->channel, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    if (taken < 0 && errno != EINTR) {
+      return false;
+    }
+    bytes.remove_prefix(taken > 0 ? static_cast<std::size_t>(taken) : 0);
+  }
+  return true;
+}
+
+std::optional<std::size_t> WorkerProcess::Read(char* bytes, std::size_t most,
+                                               std::chrono::milliseconds time) {
+  pollfd wait = {state->channel, POLLIN, 0};
+  if (poll(&wait, 1, static_cast<int>(time.count())) <= 0) {
+    return 0;
+  }
+  const ssize_t count = recv(state->channel, bytes, most, MSG_DONTWAIT);
+  if (count > 0) {
+    return static_cast<std::size_t>(count);
+  }
+  return count < 0 && (errno == EAGAIN || errno == EINTR) ? std::optional<std::size_t>(0)
+                                                          : std::nullopt;
+}
+
+void WorkerProcess::Kill() {
+  shutdown(state->channel, SHUT_RDWR);
+  const std::lock_guard lock(state->mutex);
+  if (!state->reaped) {
+    kill(state->process, SIGKILL);
+  }
+}
+
+std::chrono::milliseconds WorkerProcess::ProcessorTime() const {
+  clockid_t clock = {};
+  timespec time = {};
+  if (clock_getcpuclockid(state->process, &clock) != 0 || clock_gettime(clock, &time) != 0) {
+    return {};
+  }
+  return std::chrono::seconds(time.tv_sec) + std::chrono::duration_cast<std::chrono::milliseconds>(
+                                                 std::chrono::nanoseconds(time.tv_nsec));
+}
+
+std::string WorkerProcess::WaitForEnd() {
+  siginfo_t ignored = {};
+  const auto process = static_cast<id_t>(state->process);
+  // Without the lock, which Kill needs, and so without taking the number back.
+  while (!state->reaped && waitid(P_PID, process, &ignored, WEXITED | WNOWAIT) != 0 &&
+         errno == EINTR) {
+  }
+  const std::lock_guard lock(state->mutex);
+  if (!state->reaped) {
+    int status = 0;
+    // A host that waits for every process of its own has taken the status.
+    state->end = waitpid(state->process, &status, WNOHANG) == state->process ? DescribeEnd(status)
+                                                                             : "unknown status";
+    state->reaped = true;
+  }
+  return state->end;
+}
+
+void BecomeWorker() {
+  // Its other end belongs to the starter alone: it closes with that process at the latest.
+  std::thread([] {
+    pollfd starter = {STDIN_FILENO, POLLRDHUP, 0};
+    while (poll(&starter, 1, -1) < 0 && errno == EINTR) {
+    }
+    _exit(0);
+  }).detach();
+}
+
+}  // namespace conduit
