@@ -98,6 +98,16 @@ TEST_F(PageBarcodes, AreFoundOnAJpegAndOnATransparentPage) {
 TEST_F(PageBarcodes, HoldNothingThatTheSymbolDoesNot) {
   EXPECT_THAT(DeliverPage("aztec-full.png"),
               ElementsAre("BARCODE_AZTECCODE 0/1 0 " + std::string(996, '\0')));
+  // It announces more bytes than it has.
+  EXPECT_THAT(DeliverPage("broken-aztec.png"), IsEmpty());
+}
+
+/// The decoder throws for a QR Code whose characters go on beyond its data.
+TEST_F(PageBarcodes, AreFoundBesideOneThatBreaksTheRules) {
+  EXPECT_THAT(DeliverPage("broken-qr.png"),
+              ElementsAre("BARCODE_QRCODE 0/4 0 A", "BARCODE_DATAMATRIX 1/4 0 ABCDE",
+                          "BARCODE_1D_128 2/4 0 ABCD", "BARCODE_PDF417 3/4 0 BBBBBBBBBBBBBBBB"));
+  EXPECT_THAT(Log(), HasSubstr("broken-qr.png: a BARCODE_QRCODE at 68, 48 cannot be decoded"));
 }
 
 TEST_F(PageBarcodes, AreCountedOnceForAllImagesThatShowThem) {

@@ -77,7 +77,7 @@ void KeepWhatAztecHolds(const ZXing::Result& result, PageFinding* finding) {
 #endif
   AztecMessage message = ReadAztecBits(bits, std::min(count, 8 * bits.size()));
   using End = AztecMessage::End;
-  const bool isWhole = message.end == End::Complete && finding->data == message.data;
+  const bool isWhole = finding->data == message.data;
   // The decoder keeps the place of a part of a message to itself.
   const bool isPart = message.end == End::Complete && result.isPartOfSequence() &&
                       message.data.ends_with(finding->data);
@@ -192,6 +192,10 @@ ZXing::Results DecodeScatteredLines(const ZXing::ImageView& view) {
     }
   }
   return {};
+}
+
+bool IsWhole(const PageFinding& one, const PageArea& area) {
+  return one.area.width == area.width && one.area.height == area.height;
 }
 
 bool HasSameData(const PageFinding& a, const PageFinding& b) {
@@ -337,6 +341,14 @@ class Search {
         }
       }
     }
+    for (PageFinding& failure : unplaced) {
+      const bool isTold = std::any_of(found.begin(), found.end(), [&](const PageFinding& other) {
+        return !other.IsRead() && other.type == failure.type;
+      });
+      if (!isTold) {
+        Add(std::move(failure));
+      }
+    }
   }
 
  private:
@@ -374,6 +386,10 @@ class Search {
   void LookOnPage(const PageArea& area) {
     const std::vector<PageFinding> before = found;
     for (PageFinding& one : LookIn(area, Matrix)) {
+      if (!one.IsRead() && IsWhole(one, area)) {
+        unplaced.push_back(std::move(one));
+        continue;
+      }
       const bool known = std::any_of(
           before.begin(), before.end(),
           [&one](const PageFinding& other) { return one.IsRead() && HasSameData(one, other); });
@@ -465,8 +481,10 @@ class Search {
 
   /// Failures of formats that cannot be decoded in an area. Smaller ones are looked at for
   /// them later.
-  std::vector<PageFinding> BrokenIn(const PageArea& area, ZXing::BarcodeFormats formats) {
+  std::vector<PageFinding> BrokenIn(PageArea area, ZXing::BarcodeFormats formats) {
     broken |= formats;
+    area.left = std::max(0, area.left);
+    area.top = std::max(0, area.top);
     std::vector<PageFinding> failures;
     for (const auto& row : Symbologies) {
       if (formats.testFlag(row.format)) {
@@ -535,6 +553,7 @@ class Search {
   const std::function<void(const PageFinding&)>& tell;
   std::int64_t pixelsLeft;       ///< to cut out: bounds the time that a page full of patterns takes
   ZXing::BarcodeFormats broken;  ///< see DecodeEach
+  std::vector<PageFinding> unplaced;  ///< failures somewhere in a large area
   std::vector<PageFinding> found;
 };
 
