@@ -29,6 +29,9 @@ std::filesystem::path ProgramFile() {
 // A user's folders are that user's own from the start.
 void KeepFilesPrivate() {}
 
+// They do from the start.
+void LetWritesFail() {}
+
 void EndAtOnceOnCrash() { SetUnhandledExceptionFilter(EndWithCode); }
 
 }  // namespace conduit
