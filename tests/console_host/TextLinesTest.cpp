@@ -204,6 +204,44 @@ TEST(TableSink, HasARowForEachDocument) {
   std::filesystem::remove(file + ".jsonl");
 }
 
+TEST(TableSink, LeavesATableThatAnotherRunHasWrittenMeanwhile) {
+  const std::string file =
+      testing::TempDir() + "raced-" + std::to_string(std::random_device()()) + ".csv";
+  const auto tell = [](TableSink& sink, const std::string& warning) {
+    sink.OnEvent({"DOC_ON_WINDOW"});
+    sink.OnError({warning, false, SaidAgain::Nowhere});
+    sink.OnEvent({"DOC_REMOVED"});
+  };
+  const auto textOf = [](const std::string& name) {
+    std::ifstream stream(name, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  };
+  for (const char* const earlier : {"without", "with"}) {
+    TableSink late(file);
+    tell(late, "late");
+    {
+      TableSink early(file);
+      tell(early, "early");
+      early.OnRunEnded({});
+    }
+    std::string kept;
+    try {
+      late.OnRunEnded({});
+    } catch (const std::runtime_error& refusal) {
+      const std::string text = refusal.what();
+      const std::string reason = "cannot write table " + file +
+                                 ": it has changed since this run began, perhaps by " +
+                                 "another run; what was written is kept in ";
+      EXPECT_TRUE(text.starts_with(reason)) << text;
+      kept = text.substr(std::min(text.size(), reason.size()));
+    }
+    EXPECT_TRUE(textOf(file).ends_with(",early\r\n")) << earlier;
+    EXPECT_TRUE(textOf(kept).ends_with(",late\r\n")) << earlier;
+    std::filesystem::remove(kept);
+  }
+  std::filesystem::remove(file);
+}
+
 TEST(Digest, IsTheOneOfTheStandards) {
   // FIPS 180-4 and RFC 4648, section 10; the last is longer than one block.
   EXPECT_EQ(Sha256("abc").substr(0, 4), "\xba\x78\x16\xbf");
