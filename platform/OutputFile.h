@@ -20,10 +20,13 @@ class OutputFile {
 
   OutputFile(OutputFile&& other) noexcept;
   ~OutputFile();
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  OutputFile& operator=(OutputFile&&) = delete;
 
   /// Writes all of it. Waits for who reads a pipe, on POSIX systems until this process is
   /// asked to end (see Interrupt.h): then fails when the reader takes nothing for a moment.
-  void Write(std::string_view bytes);
+  void Write(std::string_view bytes) const;
 
   /// Closes it. What the system could not keep of earlier writes may show only here.
   void Close();

@@ -15,12 +15,17 @@
 namespace conduit {
 namespace {
 
-struct Descriptor {
+class Descriptor {
+ public:
+  explicit Descriptor(int number) : number(number) {}
   ~Descriptor() {
     if (number >= 0) {
       close(number);
     }
   }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
   const int number;
 };
 
@@ -92,7 +97,7 @@ OutputFile::~OutputFile() {
   }
 }
 
-void OutputFile::Write(std::string_view bytes) {
+void OutputFile::Write(std::string_view bytes) const {
   const int descriptor = static_cast<int>(handle);
   while (!bytes.empty()) {
     const ssize_t written = write(descriptor, bytes.data(), bytes.size());
@@ -125,7 +130,7 @@ FileState StateOf(const std::filesystem::path& file) {
 /// each would see it unchanged.
 bool TakePlace(const std::filesystem::path& file, const std::filesystem::path& place,
                const FileState& expected) {
-  const Descriptor present{open(place.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)};
+  const Descriptor present(open(place.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   if (present.number < 0) {
     Require(errno == ENOENT);
     return RenameToFreeName(file.c_str(), place.c_str());

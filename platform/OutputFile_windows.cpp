@@ -47,7 +47,7 @@ OutputFile::~OutputFile() {
   if (handle != -1) CloseHandle(HandleOf(handle));
 }
 
-void OutputFile::Write(std::string_view bytes) {
+void OutputFile::Write(std::string_view bytes) const {
   constexpr std::size_t most = 1U << 30;
   while (!bytes.empty()) {
     DWORD written = 0;
