@@ -2,10 +2,10 @@
 
 #include <cstdio>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
+#include "console_host/WriteOut.h"
 #include "hosting/DataFormat.h"
 #include "hosting/Utf8.h"
 #include "platform/Digest.h"
@@ -50,13 +50,7 @@ Json Kind(const char* kind, const std::string& key, const std::string& text) {
   return object;
 }
 
-/// One object a line.
-void Write(std::ostream& output, const Json& object) {
-  if (!(output << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n'
-               << std::flush)) {
-    throw std::runtime_error("cannot write to standard output");
-  }
-}
+void Write(std::ostream& output, const Json& object) { WriteOut(output, JsonLine(object)); }
 
 }  // namespace
 

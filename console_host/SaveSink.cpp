@@ -1,13 +1,12 @@
 #include "console_host/SaveSink.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
-#include <fstream>
 #include <stdexcept>
 #include <string_view>
 #include <system_error>
 
+#include "console_host/UnfinishedFile.h"
 #include "hosting/DataFormat.h"
 #include "platform/FilePath.h"
 
@@ -68,11 +67,15 @@ void CreateFolders(const std::filesystem::path& folder) {
 
 }  // namespace
 
-SaveSink::SaveSink(const std::filesystem::path& folder)
-    : folder(folder), documentFolder(FolderName(0, "")) {
+SaveSink::SaveSink(const std::filesystem::path& path)
+    // A slash at the end would look behind a symbolic link.
+    : folder(path.has_filename() ? path : path.parent_path()), documentFolder(FolderName(0, "")) {
   std::error_code problem;
   if (std::filesystem::exists(folder, problem) && !std::filesystem::is_directory(folder, problem)) {
     Refuse(folder, "it is not a folder");
+  }
+  if (std::filesystem::is_symlink(folder, problem) && !BelongsToUserOrSystem(folder)) {
+    Refuse(folder, "it is a symbolic link of another user");
   }
   CreateFolders(folder);
   if (!std::filesystem::is_empty(folder, problem)) {
@@ -108,10 +111,18 @@ void SaveSink::OnItem(const ItemReceived& item) {
   }
   const std::filesystem::path file = NewFile(item);
   CreateFolders(file.parent_path());
-  std::ofstream output(file, std::ios::binary);
-  output << *item.data << std::flush;
-  if (!output) {
-    Refuse(file, std::generic_category().message(errno));
+  try {
+    // A link to a folder passes for the folder, and who has made it reads along.
+    if (!BelongsToUserOrSystem(file.parent_path())) {
+      Refuse(file.parent_path(), "it belongs to another user");
+    }
+    UnfinishedFile output(file);
+    output.Write(*item.data);
+    if (!output.TakePlace(FileState())) {
+      Refuse(file, "another program has made this file");
+    }
+  } catch (const std::system_error& problem) {
+    Refuse(file, ReasonOf(problem.code()));
   }
 }
 
@@ -130,7 +141,7 @@ std::filesystem::path SaveSink::NewFile(const ItemReceived& item) {
     // documents is not remembered, for there is no end of it.
     const bool isNew =
         count == 1 || !insideDocument || counts.emplace(LowerCase(numbered), 1).second;
-    isFree = isNew && !std::filesystem::exists(file);
+    isFree = isNew && !std::filesystem::exists(std::filesystem::symlink_status(file));
   }
   return file;
 }

@@ -16,7 +16,7 @@ class SaveSink final : public RunListener {
  public:
   /// Creates the folder. Throws a std::runtime_error that names it and the reason
   /// when it cannot be used; one that holds anything is not.
-  explicit SaveSink(const std::filesystem::path& folder);
+  explicit SaveSink(const std::filesystem::path& path);
 
   void OnReaderLine(const ReaderLine& line) override;
   void OnDataBegan() override;

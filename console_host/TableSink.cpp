@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "console_host/WriteOut.h"
 #include "hosting/DataFormat.h"
 #include "hosting/EventNames.h"
 #include "hosting/Utf8.h"
@@ -69,15 +70,25 @@ std::string ValueOf(const ItemReceived& item) {
   return digits;
 }
 
-/// The text in UTF-8: what is no character becomes U+FFFD.
-std::string Utf8Of(std::string_view text) {
-  std::string valid;
+/// The text in UTF-8, fit for a terminal: what is no character becomes U+FFFD, and what
+/// would move the cursor, reorder or hide text is written out as on the console. Line ends
+/// stay, for CSV has them, and so do backslashes, for paths have them.
+std::string Printable(std::string_view text) {
+  std::string printable;
   while (!text.empty()) {
     const Utf8Character character = FirstCharacter(text);
-    valid += character.valid ? text.substr(0, character.length) : "\xEF\xBF\xBD";
+    const std::string_view bytes = text.substr(0, character.length);
+    const bool stays = bytes == "\\" || bytes == "\n" || text.starts_with("\r\n");
+    if (!character.valid) {
+      printable += "\xEF\xBF\xBD";
+    } else if (stays) {
+      printable += bytes;
+    } else {
+      printable += Escaped(bytes);
+    }
     text.remove_prefix(character.length);
   }
-  return valid;
+  return printable;
 }
 
 /// Several values of one cell stand each on a line of its own.
@@ -102,7 +113,7 @@ class Csv final : public TableFormat {
   std::string Line(const TableRow& row) const override {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
-      line += (i == 0 ? "" : ",") + Cell(Utf8Of(Joined(row[i])));
+      line += (i == 0 ? "" : ",") + Cell(Printable(Joined(row[i])));
     }
     return line + "\r\n";
   }
@@ -134,7 +145,7 @@ class JsonLines final : public TableFormat {
         object[column.name] = Joined(row[i]);
       }
     }
-    return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    return JsonLine(object);
   }
 };
 

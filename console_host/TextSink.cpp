@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <iomanip>
 #include <sstream>
-#include <stdexcept>
 
 #include "console_host/ItemDescription.h"
+#include "console_host/WriteOut.h"
 #include "hosting/Utf8.h"
 #include "platform/FilePath.h"
 
@@ -117,22 +117,12 @@ void TextSink::OnRunEnded(const RunEnded& run) {
 }
 
 void TextSink::Line(const char* style, const std::string& keyword, const std::string& text) {
-  const bool styled = options.colour && *style != '\0';
-  if (styled) {
-    output << "\x1b[" << style << 'm';
+  std::string line(static_cast<std::size_t>(depth) * 2, ' ');
+  line += text.empty() ? keyword : Padded(keyword, KeywordWidth) + "  " + text;
+  if (options.colour && *style != '\0') {
+    line = std::string("\x1b[") + style + "m" + line + "\x1b[0m";
   }
-  output << std::string(static_cast<std::size_t>(depth) * 2, ' ');
-  if (text.empty()) {
-    output << keyword;
-  } else {
-    output << Padded(keyword, KeywordWidth) << "  " << text;
-  }
-  if (styled) {
-    output << "\x1b[0m";
-  }
-  if (!(output << '\n' << std::flush)) {
-    throw std::runtime_error("cannot write to standard output");
-  }
+  WriteOut(output, line + "\n");
 }
 
 }  // namespace conduit

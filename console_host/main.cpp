@@ -3,11 +3,14 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iostream>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "console_host/CommandLine.h"
+#include "console_host/WriteOut.h"
 #include "platform/Process.h"
 
 namespace {
@@ -24,7 +27,10 @@ int Run(int count, const char* const* arguments) {
     std::reverse(given.begin(), given.end());  // the order in which this parse takes them
     app.parse(std::move(given));
   } catch (const CLI::ParseError& problem) {
-    return app.exit(problem) == EXIT_SUCCESS ? EXIT_SUCCESS : WrongUsage;
+    std::ostringstream help;
+    const int status = app.exit(problem, help, std::cerr);
+    conduit::WriteOut(std::cout, help.str());
+    return status == EXIT_SUCCESS ? EXIT_SUCCESS : WrongUsage;
   }
   return exitStatus;
 }
@@ -34,6 +40,7 @@ int Run(int count, const char* const* arguments) {
 int main(int count, char** arguments) {
   // What a document says about a person stands in reports and saved items.
   conduit::KeepFilesPrivate();
+  conduit::LetWritesFail();
   try {
     return Run(count, arguments);
   } catch (const std::exception& problem) {

@@ -19,6 +19,11 @@ std::filesystem::path FileOfCode(const void* address);
 /// user alone, where the system has such a setting.
 void KeepFilesPrivate();
 
+/// From now on a write beyond a limit of a file's size fails and does not end the process,
+/// and a write to a standard stream that is closed fails, rather than reaching a file that
+/// has taken its number.
+void LetWritesFail();
+
 /// From now on a crash ends this process at once, with the system's code for it as its
 /// status: no dialog asks what to do, and no debugger is started.
 void EndAtOnceOnCrash();

@@ -40,6 +40,9 @@ std::filesystem::path FileOfCode(const void* address) {
 // A user's folders are that user's own from the start.
 void KeepFilesPrivate() {}
 
+// They do from the start.
+void LetWritesFail() {}
+
 void EndAtOnceOnCrash() { SetUnhandledExceptionFilter(EndWithCode); }
 
 }  // namespace conduit

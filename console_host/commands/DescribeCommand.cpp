@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "console_host/WriteOut.h"
 #include "hosting/HostRecorder.h"
 #include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
@@ -115,7 +116,7 @@ nlohmann::ordered_json ToJson(const std::vector<Trial>& trials) {
   return list;
 }
 
-void WriteJson(const std::string& module, const Description& description) {
+std::string JsonOf(const std::string& module, const Description& description) {
   nlohmann::ordered_json object = {{"kind", "module"}, {"schema", 1}, {"module", module}};
   object["parameters"] = nlohmann::ordered_json::array();
   for (const ListedParameter& parameter : description.parameters) {
@@ -127,18 +128,18 @@ void WriteJson(const std::string& module, const Description& description) {
   for (const Operation& operation : description.operations) {
     object["operations"].push_back({{"call", operation.call}, {"answer", operation.answer}});
   }
-  std::cout << object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << '\n';
+  return JsonLine(object);
 }
 
-void WriteRow(const std::string& name, const std::string& text) {
+std::string Row(const std::string& name, const std::string& text) {
   constexpr std::size_t width = 34;
   std::string padded = name;
   padded.resize(std::max(padded.size(), width), ' ');
-  std::cout << "  " << padded << "  " << text << '\n';
+  return "  " + padded + "  " + text + "\n";
 }
 
-void WriteTrials(const char* title, const std::vector<Trial>& trials) {
-  std::cout << title << '\n';
+std::string Rows(const char* title, const std::vector<Trial>& trials) {
+  std::string rows = std::string(title) + "\n";
   for (const Trial& trial : trials) {
     std::string text = "accepted";
     if (!trial.answer) {
@@ -146,24 +147,25 @@ void WriteTrials(const char* title, const std::vector<Trial>& trials) {
     } else if (*trial.answer != ResultSuccess) {
       text = "refused: " + std::to_string(*trial.answer);
     }
-    WriteRow(Escaped(trial.name), text);
+    rows += Row(Escaped(trial.name), text);
   }
+  return rows;
 }
 
-void WriteText(const std::string& module, const Description& description) {
-  std::cout << "module  " << Escaped(Utf8FromPath(PathFromUtf8(module).filename())) << '\n'
-            << "parameters, " << description.parameters.size() << '\n';
+std::string TextOf(const std::string& module, const Description& description) {
+  std::string text = "module  " + Escaped(Utf8FromPath(PathFromUtf8(module).filename())) +
+                     "\nparameters, " + std::to_string(description.parameters.size()) + "\n";
   for (const ListedParameter& parameter : description.parameters) {
-    WriteRow(Escaped(parameter.name),
-             parameter.value.empty() ? "(not set)" : EscapedPaths(parameter.value));
+    text += Row(Escaped(parameter.name),
+                parameter.value.empty() ? "(not set)" : EscapedPaths(parameter.value));
   }
-  WriteTrials("conditions, by trying", description.conditions);
-  WriteTrials("actions, by trying", description.actions);
-  std::cout << "operations\n";
+  text += Rows("conditions, by trying", description.conditions);
+  text += Rows("actions, by trying", description.actions);
+  text += "operations\n";
   for (const Operation& operation : description.operations) {
-    WriteRow(operation.call, "answered " + std::to_string(operation.answer));
+    text += Row(operation.call, "answered " + std::to_string(operation.answer));
   }
-  WriteRow("Initialise", "not called: it starts the reader");
+  return text + Row("Initialise", "not called: it starts the reader");
 }
 
 Description Describe(const DescribeOptions& options) {
@@ -180,14 +182,8 @@ Description Describe(const DescribeOptions& options) {
 int Run(const DescribeOptions& options) {
   PrepareTerminal();
   const Description description = Describe(options);
-  if (options.json) {
-    WriteJson(options.module, description);
-  } else {
-    WriteText(options.module, description);
-  }
-  if (!std::cout.flush()) {
-    throw std::runtime_error("cannot write to standard output");
-  }
+  WriteOut(std::cout, options.json ? JsonOf(options.module, description)
+                                   : TextOf(options.module, description));
   return EXIT_SUCCESS;
 }
 

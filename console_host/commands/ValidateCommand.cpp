@@ -21,6 +21,7 @@
 #include "conformance/Verdict.h"
 #include "console_host/NamedPair.h"
 #include "console_host/TemporaryFolder.h"
+#include "console_host/WriteOut.h"
 #include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
 #include "platform/ChildProcess.h"
@@ -253,7 +254,7 @@ class Report {
       WriteJson({{"kind", "validate"}, {"schema", 1}, {"module", module}});
     } else {
       const std::string name = Utf8FromPath(PathFromUtf8(module).filename());
-      std::cout << "validate  " << Escaped(name) << std::endl;
+      WriteOut(std::cout, "validate  " + Escaped(name) + "\n");
     }
   }
 
@@ -285,24 +286,26 @@ class Report {
                  {"failed", counts[Status::Failed]},
                  {"skipped", counts[Status::Skipped]}});
     } else {
-      std::cout << counts[Status::Passed] << " passed, " << counts[Status::Warning]
-                << (counts[Status::Warning] == 1 ? " warning, " : " warnings, ")
-                << counts[Status::Failed] << " failed, " << counts[Status::Skipped] << " skipped"
-                << std::endl;
+      const auto counted = [this](Status status, const char* noun) {
+        return std::to_string(counts[status]) + noun;
+      };
+      WriteOut(std::cout, counted(Status::Passed, " passed, ") +
+                              counted(Status::Warning,
+                                      counts[Status::Warning] == 1 ? " warning, " : " warnings, ") +
+                              counted(Status::Failed, " failed, ") +
+                              counted(Status::Skipped, " skipped\n"));
     }
   }
 
   bool HasFailure() { return counts[Status::Failed] > 0; }
 
  private:
-  static void WriteJson(const nlohmann::ordered_json& line) {
-    std::cout << line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) << std::endl;
-  }
+  static void WriteJson(const nlohmann::ordered_json& line) { WriteOut(std::cout, JsonLine(line)); }
 
   static void WriteRow(std::string status, std::string name, const std::string& text) {
     status.resize(std::max<std::size_t>(status.size(), 8), ' ');
     name.resize(std::max<std::size_t>(name.size(), 20), ' ');
-    std::cout << "  " << status << name << ' ' << text << std::endl;
+    WriteOut(std::cout, "  " + status + name + " " + text + "\n");
   }
 
   const bool json;
@@ -311,11 +314,13 @@ class Report {
 };
 
 int List() {
+  std::string list;
   for (const Check& check : AllChecks()) {
     std::string name = check.name;
     name.resize(std::max<std::size_t>(name.size(), 20), ' ');
-    std::cout << name << ' ' << check.proves << '\n';
+    list.append(name).append(" ").append(check.proves).append("\n");
   }
+  WriteOut(std::cout, list);
   return EXIT_SUCCESS;
 }
 
@@ -341,9 +346,6 @@ int Validate(const ValidateOptions& options) {
     return InterruptStatus();
   }
   report.End();
-  if (!std::cout) {
-    throw std::runtime_error("cannot write to standard output");
-  }
   return report.HasFailure() ? EXIT_FAILURE : EXIT_SUCCESS;
 }
 

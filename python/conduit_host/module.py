@@ -7,13 +7,14 @@ import ctypes
 import logging
 import os
 import time
+import weakref
 from collections.abc import Callable, Generator, Iterator, MutableMapping
 from contextlib import suppress
 from pathlib import Path
 from tempfile import TemporaryDirectory
-from threading import Lock, local
+from threading import Lock, Thread, local
 from types import TracebackType
-from typing import Any, ParamSpec, TypeVar
+from typing import Any, Concatenate, ParamSpec, TypeVar
 
 from . import _library
 from ._channel import Channel
@@ -55,8 +56,8 @@ log = logging.getLogger("conduit_host")
 LOG_LEVELS = {0: logging.ERROR, 1: logging.WARNING, 2: logging.DEBUG, 3: logging.DEBUG}
 
 #: The modules that are to be closed before the interpreter ends: their readers' threads
-#: must not find it gone. They stay until then, or until they are closed.
-_open: set[Module] = set()
+#: must not find it gone. One that is dropped before is ended by then.
+_open: weakref.WeakSet[Module] = weakref.WeakSet()
 
 _thread = local()
 
@@ -95,6 +96,8 @@ class Module:
         if created != _library.SUCCESS:
             raise OrderError(created, "a module cannot be loaded within a callback")
         _open.add(self)
+        self._dropped = weakref.finalize(self, _destroy_dropped, self._handle, self._callbacks)
+        self._dropped.atexit = False  # _close_all does it
         try:
             self._check(library.conduit_host_load(self._handle, encode(_find(file))))
         except BaseException:
@@ -121,6 +124,7 @@ class Module:
         with self._ending:
             self._end(library.conduit_host_destroy)
         _open.discard(self)
+        self._dropped.detach()
         if self._log_folder is not None:
             # Windows keeps a file that the reader library has not closed yet.
             with suppress(OSError):
@@ -307,34 +311,37 @@ class Module:
         lib = _library
         return lib.Callbacks(
             size=ctypes.sizeof(lib.Callbacks),
-            log=lib.LogCallback(self._caught(self._take_log, None)),
-            item=lib.ItemCallback(self._caught(self._take_item, 0)),
-            event=lib.TextCallback(self._caught(self._take_event, None)),
-            begin=lib.PlainCallback(self._caught(lambda _context: self._put(Begin()), None)),
-            end=lib.PlainCallback(self._caught(lambda _context: self._put(End()), None)),
-            script=lib.ScriptCallback(self._caught(self._take_script, 0)),
-            state=lib.TextCallback(
-                self._caught(lambda _context, text: self._put(State(decode(text))), None)
-            ),
-            error=lib.TextCallback(self._caught(self._take_error, None)),
-            reader_line=lib.ReaderLineCallback(self._caught(self._take_reader_line, None)),
-            ended=lib.PlainCallback(self._caught(self._take_end, None)),
+            log=lib.LogCallback(self._caught(Module._take_log, None)),
+            item=lib.ItemCallback(self._caught(Module._take_item, 0)),
+            event=lib.TextCallback(self._caught(Module._take_event, None)),
+            begin=lib.PlainCallback(self._caught(Module._take_begin, None)),
+            end=lib.PlainCallback(self._caught(Module._take_end, None)),
+            script=lib.ScriptCallback(self._caught(Module._take_script, 0)),
+            state=lib.TextCallback(self._caught(Module._take_state, None)),
+            error=lib.TextCallback(self._caught(Module._take_error, None)),
+            reader_line=lib.ReaderLineCallback(self._caught(Module._take_reader_line, None)),
+            ended=lib.PlainCallback(self._caught(Module._take_end_of_session, None)),
         )
 
     def _caught(
-        self, callback: Callable[Arguments, Result], otherwise: Result
+        self, callback: Callable[Concatenate[Module, Arguments], Result], otherwise: Result
     ) -> Callable[Arguments, Result]:
-        """The callback, with what it raises kept for the consumer."""
+        """The callback, with what it raises kept for the consumer. It does not keep the
+        module alive, to which it belongs."""
+        reference = weakref.ref(self)
 
         def guarded(*args: Arguments.args, **kwargs: Arguments.kwargs) -> Result:
+            module = reference()
+            if module is None:
+                return otherwise
             _thread.in_callback = True
             try:
-                return callback(*args, **kwargs)
+                return callback(module, *args, **kwargs)
             except BaseException as failure:
-                if self._channel is not None:
-                    self._channel.fail(failure)
+                if module._channel is not None:
+                    module._channel.fail(failure)
                 else:
-                    self._failure = failure
+                    module._failure = failure
                 return otherwise
             finally:
                 _thread.in_callback = False
@@ -365,6 +372,15 @@ class Module:
     def _take_event(self, _context: int | None, name: bytes) -> None:
         self._put(Event(decode(name)))
 
+    def _take_begin(self, _context: int | None) -> None:
+        self._put(Begin())
+
+    def _take_end(self, _context: int | None) -> None:
+        self._put(End())
+
+    def _take_state(self, _context: int | None, text: bytes) -> None:
+        self._put(State(decode(text)))
+
     def _take_script(self, _context: int | None, name: bytes) -> int:
         script = decode(name)
         answer = self._on_script(script) if self._on_script is not None else None
@@ -382,7 +398,7 @@ class Module:
     ) -> None:
         self._put(ReaderLine(level, decode(text), decode(document)))
 
-    def _take_end(self, _context: int | None) -> None:
+    def _take_end_of_session(self, _context: int | None) -> None:
         if self._channel is not None:
             self._channel.end()
 
@@ -427,6 +443,19 @@ def _find(file: Path_) -> str:
     if path.name == os.fspath(file) and not path.exists() and packaged.exists():
         return str(packaged)
     return os.fspath(file)
+
+
+def _destroy_dropped(handle: ctypes.c_uint64, callbacks: _library.Callbacks) -> None:
+    """Ends a module that nobody refers to any more. Takes the callbacks, which the library
+    calls until then.
+
+    What is dropped is collected on any thread, and so on a reader's that is within a
+    callback, from which no module can be ended.
+    """
+    while (result := library.conduit_host_destroy(handle)) == _library.BUSY:
+        time.sleep(0.001)
+    if result == _library.IN_CALLBACK:
+        Thread(target=_destroy_dropped, args=(handle, callbacks)).start()
 
 
 @atexit.register

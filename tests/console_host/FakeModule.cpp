@@ -121,7 +121,9 @@ class FakeModule : public Implements<IInputModule> {
     return ResultSuccess;
   }
   std::int32_t Shutdown() override {
-    reader.join();
+    if (reader.joinable()) {
+      reader.join();
+    }
     logger->Log(3, "Fake::Shutdown", "stopped");
     return ResultSuccess;
   }

@@ -300,11 +300,25 @@ TEST(RunCommand, FailsWhenItsOutputIsLost) {
   if (!std::filesystem::exists(full)) {
     GTEST_SKIP() << "this system has no " << full;
   }
-  // Without an end of its own: the lost output must stop it.
-  const Outcome outcome =
-      RunConduit({"run", "--module", Module("FakeModule")}, "event A", {}, full);
-  EXPECT_EQ(outcome.trouble, "conduit: cannot write to standard output\n");
-  EXPECT_EQ(outcome.status, 1);
+  const std::string fake = Module("FakeModule");
+  const std::vector<std::string> commands[] = {
+      // Without an end of its own: the lost output must stop it.
+      {"run", "--module", fake},
+      {"run", "--module", fake, "--json"},
+      {"run", "--help"},
+      {"validate", fake, "--only", "exports"},
+      {"validate", "--list"},
+      {"describe", fake},
+      {"describe", fake, "--json"},
+      {"--help"},
+      {"--version"},
+  };
+  for (const std::vector<std::string>& command : commands) {
+    const Outcome outcome = RunConduit(command, "event A", {}, full);
+    EXPECT_EQ(outcome.trouble,
+              "conduit: cannot write to standard output: No space left on device\n");
+    EXPECT_EQ(outcome.status, 1) << testing::PrintToString(command);
+  }
 }
 
 struct Refusal {

@@ -155,6 +155,7 @@ TEST(TableSink, HasARowForEachDocument) {
     send("CODELINE_SURNAME", ItemTypeText, "M\xDCLLER, \"X\"");
     send("CODELINE_SURNAME", ItemTypeText, "M\xDCLLER, \"X\"");
     send("BARCODE_QRCODE", ItemTypeText, "one");
+    send("BARCODE_AZTECCODE", ItemTypeText, "\x1b[31mC:\\\u202Egpj.\rz\r\n\x7f\U000E0041\u0085");
     send("BARCODE_QRCODE", ItemTypeBarcodeFormat6, std::string("\0two", 4));
     sink.OnDataEnded();
     sink.OnEvent({"DOC_REMOVED"});
@@ -181,18 +182,64 @@ TEST(TableSink, HasARowForEachDocument) {
   EXPECT_EQ(csv.substr(0, 32), "file,CODELINE_DATE_OF_BIRTH_STR,");
   EXPECT_NE(csv.find("\r\na.png,,,,,,,,,,\"M\uFFFDLLER, \"\"X\"\"\",,"), std::string::npos) << csv;
   EXPECT_NE(csv.find(",\"one\n0x0074776f\",,a.png: odd\r\nb.png,"), std::string::npos) << csv;
+  EXPECT_NE(csv.find(R"("\x1b[31mC:\\u{202e}gpj.\rz)"
+                     "\r\n"
+                     R"(\x7f\u{e0041}\u{85}")"),
+            std::string::npos)
+      << csv;
   EXPECT_TRUE(csv.ends_with(",cut\r\n")) << csv;
-  EXPECT_EQ(std::count(csv.begin(), csv.end(), '\r'), 3);
+  EXPECT_EQ(std::count(csv.begin(), csv.end(), '\r'), 4);
 
   std::istringstream lines(textOf(file + ".jsonl"));
   std::string line;
   ASSERT_TRUE(std::getline(lines, line));
   EXPECT_NE(line.find(R"("BARCODE_QRCODE":["one","0x0074776f"])"), std::string::npos) << line;
+  EXPECT_NE(line.find(R"(["\u001b[31mC:\\\u202egpj.\rz\r\n\u007f\udb40\udc41\u0085"])"),
+            std::string::npos)
+      << line;
   ASSERT_TRUE(std::getline(lines, line));
   EXPECT_TRUE(line.ends_with(R"("warnings":["cut"]})")) << line;
   EXPECT_FALSE(std::getline(lines, line));
   std::filesystem::remove(file + ".csv");
   std::filesystem::remove(file + ".jsonl");
+}
+
+TEST(TableSink, LeavesATableThatAnotherRunHasWrittenMeanwhile) {
+  const std::string file =
+      testing::TempDir() + "raced-" + std::to_string(std::random_device()()) + ".csv";
+  const auto tell = [](TableSink& sink, const std::string& warning) {
+    sink.OnEvent({"DOC_ON_WINDOW"});
+    sink.OnError({warning, false, SaidAgain::Nowhere});
+    sink.OnEvent({"DOC_REMOVED"});
+  };
+  const auto textOf = [](const std::string& name) {
+    std::ifstream stream(name, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(stream), {});
+  };
+  for (const char* const earlier : {"without", "with"}) {
+    TableSink late(file);
+    tell(late, "late");
+    {
+      TableSink early(file);
+      tell(early, "early");
+      early.OnRunEnded({});
+    }
+    std::string kept;
+    try {
+      late.OnRunEnded({});
+    } catch (const std::runtime_error& refusal) {
+      const std::string text = refusal.what();
+      const std::string reason = "cannot write table " + file +
+                                 ": it has changed since this run began, perhaps by " +
+                                 "another run; what was written is kept in ";
+      EXPECT_TRUE(text.starts_with(reason)) << text;
+      kept = text.substr(std::min(text.size(), reason.size()));
+    }
+    EXPECT_TRUE(textOf(file).ends_with(",early\r\n")) << earlier;
+    EXPECT_TRUE(textOf(kept).ends_with(",late\r\n")) << earlier;
+    std::filesystem::remove(kept);
+  }
+  std::filesystem::remove(file);
 }
 
 TEST(Digest, IsTheOneOfTheStandards) {

@@ -21,5 +21,8 @@ require("GNU_STACK +0x[0-9a-f]+ 0x[0-9a-f]+ 0x[0-9a-f]+ 0x[0-9a-f]+ 0x[0-9a-f]+ 
         "the stack is executable")
 refuse("TEXTREL" "code is rewritten while loading")
 refuse("LOAD[^\n]* RWE" "memory is writable and executable")
+if(contents MATCHES "R(UN)?PATH\\)[^[\n]*\\[([^\n]*)\\]\n" AND NOT CMAKE_MATCH_2 STREQUAL "$ORIGIN")
+  message(SEND_ERROR "${FILE}: libraries are looked for in \"${CMAKE_MATCH_2}\", not beside it alone")
+endif()
 require("__stack_chk_fail" "no function checks its stack")
 require("__[a-z]+_chk@" "no call checks its buffer")

@@ -69,7 +69,11 @@ try:
     (scratch / "installed").rename(kit)
     for file in kit.rglob("*"):
         if file.is_file():
-            assert sources.encode() not in file.read_bytes(), f"a path of the build is in {file}"
+            contents = file.read_bytes()
+            assert sources.encode() not in contents, f"a path of the build is in {file}"
+            if contents.startswith(b"\x7fELF"):
+                run(cmake, "-DREADER=readelf", f"-DFILE={file}", "-P",
+                    Path(__file__).parent.parent / "hardening/CheckElf.cmake")
     shutil.copytree(kit / "share/conduit/samples", scratch / "samples")
     session = scratch / "samples/session.json"
 

@@ -221,6 +221,45 @@ def test_closing_wakes_a_consumer_that_waits(fake):
     closer.join()
 
 
+def test_a_module_that_is_dropped_leaves_nothing_open(tmp_path, monkeypatch):
+    script = tmp_path / "script.txt"
+    script.write_text("item A 4 41\n" + END)
+    monkeypatch.setenv("FAKE_MODULE_SCRIPT", str(script))
+
+    def count():
+        gc.collect()
+        return len(os.listdir("/proc/self/fd"))
+
+    def drop_loaded():
+        Module(os.environ["FAKE_MODULE"])
+
+    def drop_after_a_run():
+        list(Module(os.environ["FAKE_MODULE"]).run())
+
+    def drop_within_a_run():
+        next(Module(os.environ["FAKE_MODULE"]).stream())
+
+    def drop_within_a_callback():
+        going, gone = threading.Event(), threading.Event()
+        held = [Module(os.environ["FAKE_MODULE"])]
+        running = held[0].stream(on_item=lambda _: (going.wait(10), held.clear(), gone.set()))
+        held.append(running)
+        next(running)
+        del running
+        going.set()
+        assert gone.wait(10)
+
+    for drop in (drop_loaded, drop_after_a_run, drop_within_a_run, drop_within_a_callback):
+        drop()  # what the first use opens for good
+        before = count()
+        for _ in range(10):
+            drop()
+        deadline = time.monotonic() + 10
+        while count() > before and time.monotonic() < deadline:
+            time.sleep(0.01)
+        assert count() <= before, drop.__name__
+
+
 def test_a_program_may_end_with_its_reader_running(tmp_path):
     script = tmp_path / "script.txt"
     script.write_text(STORM)
