@@ -30,9 +30,15 @@ Outcome RunFake(std::vector<std::string> arguments, const std::string& script,
   return RunConduit(arguments, script + End, interruption);
 }
 
+/// What no other test has, for they run beside each other.
+std::string OwnName(const std::string& ending) {
+  const testing::TestInfo* const test = testing::UnitTest::GetInstance()->current_test_info();
+  return std::string(TEST_FOLDER "/FileSafety.") + test->name() + ending;
+}
+
 /// A new folder that is empty.
 std::filesystem::path EmptyFolder() {
-  const std::filesystem::path folder = TEST_FOLDER "/file-safety";
+  const std::filesystem::path folder = OwnName("");
   std::filesystem::remove_all(folder);
   std::filesystem::create_directories(folder);
   return folder;
@@ -120,13 +126,13 @@ TEST(FileSafety, APipeIsWrittenToAsLongAsSomebodyReads) {
 /// @param how  the shell's command, in which "$@" is the program with its arguments
 Outcome RunByShell(const std::string& how, const std::vector<std::string>& arguments,
                    const std::string& script) {
-  const std::filesystem::path file = TEST_FOLDER "/shell-script.txt";
+  const std::filesystem::path file = OwnName(".script");
   std::ofstream(file) << script << End;
   conduit::SetEnvironment("FAKE_MODULE_SCRIPT", file);
   std::vector<std::string> words = {"-c", how, "sh", CONDUIT, "run", "--module", Fake};
   words.insert(words.end(), arguments.begin(), arguments.end());
-  const std::filesystem::path output = TEST_FOLDER "/shell-output.txt";
-  const std::filesystem::path trouble = TEST_FOLDER "/shell-trouble.txt";
+  const std::filesystem::path output = OwnName(".output");
+  const std::filesystem::path trouble = OwnName(".trouble");
   StartedProgram program("/bin/sh", words, output, trouble);
   const int status = program.Wait();
   return {status, Contents(output), Contents(trouble)};
