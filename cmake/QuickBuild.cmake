@@ -12,5 +12,6 @@ endmacro()
 add_library(conduit_whole_module INTERFACE)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT WIN32)
   target_compile_options(conduit_whole_module INTERFACE -flto=auto -ffat-lto-objects)
-  target_link_options(conduit_whole_module INTERFACE -flto=auto)
+  # In one piece: its pieces would be compiled side by side by make, which need not be here.
+  target_link_options(conduit_whole_module INTERFACE -flto=auto -flto-partition=one)
 endif()

@@ -102,8 +102,8 @@ void SetParameters(const LoadedModule& module, const RunOptions& options, HostRe
     const auto [name, value] = SplitPair(setting);
     const std::int32_t result =
         recorder.Call("SetParameter " + setting, "the module refuses --set " + setting,
-                      [&, &name = name, &value = value] {
-                        return module->SetParameter(name.c_str(), value.c_str());
+                      [&, &parameter = name, &text = value] {
+                        return module->SetParameter(parameter.c_str(), text.c_str());
                       });
     refused |= result != ResultSuccess;
     unknown |= result == ResultUnknownParameter;
@@ -179,16 +179,16 @@ void AddReactions(const LoadedModule& module, const RunOptions& options, HostRec
     }
     const std::int32_t result = recorder.Call(
         "AddCondition and AddAction " + reaction, "the module refuses --on " + reaction,
-        [&, firstOfEvent, &event = event, &script = script]() -> std::int32_t {
+        [&, firstOfEvent, &value = event, &action = script]() -> std::int32_t {
           if (firstOfEvent) {
             const std::int32_t added =
-                module->AddCondition(ConditionKind::ReceiveEvent, event.c_str());
+                module->AddCondition(ConditionKind::ReceiveEvent, value.c_str());
             if (added != ResultSuccess) {
               return added;
             }
           }
-          return module->AddAction(ConditionKind::ReceiveEvent, event.c_str(),
-                                   ActionKind::SetActiveScript, script.c_str());
+          return module->AddAction(ConditionKind::ReceiveEvent, value.c_str(),
+                                   ActionKind::SetActiveScript, action.c_str());
         });
     if (result != ResultSuccess) {
       throw std::runtime_error("");

@@ -13,6 +13,8 @@ if(NOT result EQUAL 0)
 endif()
 
 string(REGEX MATCHALL "VF?Table indices for '[^\n]*\n([ 0-9]*\\|[^\n]*\n)*" tables "${output}")
+# Before clang 19, arguments are named with their namespace, whatever the header says.
+string(REPLACE "conduit::" "" tables "${tables}")
 list(SORT tables)
 list(JOIN tables "\n" actual)
 if(UPDATE)

@@ -1,11 +1,13 @@
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <sstream>
 
 #include "virtual_reader/codelines/CodelineSearch.h"
+#include "virtual_reader/codelines/Glyphs.h"
 #include "virtual_reader/codelines/ZoneText.h"
 #include "virtual_reader/images/ImageDecoding.h"
 
@@ -60,6 +62,23 @@ TEST(CodelineSearch, TakesAnyImage) {
     }
     EXPECT_THAT(SearchCodeline(image).lines, IsEmpty()) << width << " x " << height;
   }
+}
+
+/// What is read rests on them: neither fonts nor libraries of the machine may change one.
+/// A cell of a single inked sample shows that sample of each.
+TEST(Glyphs, AreTheSameOnEveryMachine) {
+  std::uint64_t digest = 0xcbf29ce484222325;  // FNV-1a
+  for (int blur = 0; blur < BlurCount; ++blur) {
+    for (std::size_t i = 0; i < GlyphSamples; ++i) {
+      CellInk cell = {};
+      cell.rows[CellMargin + i / GlyphWidth][CellMargin + i % GlyphWidth] = 255;
+      for (const float likeness : MatchGlyphs(cell, blur, {0, 0}, 0).likeness) {
+        digest ^= static_cast<std::uint64_t>(std::lround(likeness * 10000));
+        digest *= 0x100000001b3;
+      }
+    }
+  }
+  EXPECT_EQ(digest, 0x433b2b45b43d50fcU);
 }
 
 /// A place where another character is nearly as likely, or likelier.

@@ -126,7 +126,7 @@ TEST(ImageDecoding, RefusesBySizeBeforeItDecodes) {
       {"BM as a text may begin", "it is neither a PNG, a JPEG, a TIFF nor a BMP image"},
   };
   for (const auto& [bytes, reason] : cases) {
-    EXPECT_THAT(ReasonOf([&bytes = bytes] { DecodeImage(bytes); }), HasSubstr(reason));
+    EXPECT_THAT(ReasonOf([&image = bytes] { DecodeImage(image); }), HasSubstr(reason));
   }
 }
 

@@ -6,27 +6,13 @@
 #include <memory>
 #include <vector>
 
-#include "virtual_reader/codelines/OcrBFont.h"
-
-// The renderer is a header that becomes code in the one file that asks for it.
-#define STB_TRUETYPE_IMPLEMENTATION
-#define STBTT_STATIC
-#if defined(__GNUC__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wunused-function"
-#endif
-#include <stb/stb_truetype.h>
-#if defined(__GNUC__)
-#pragma GCC diagnostic pop
-#endif
-
 namespace conduit {
 namespace {
 
-/// The characters' pitch and the middle of their height, in units of the em of
-/// the typeface (ISO 1073-2: OCR-B is of one pitch).
-constexpr double PitchOfEm = 0.723;
-constexpr double MiddleAboveBaseline = 0.487;  // in pitches
+/// Of each character in its order how much of each sample its glyph inks: 0 to 255.
+constexpr std::uint8_t Glyphs[ZoneCharacterCount][GlyphSamples] = {
+#include "virtual_reader/codelines/OcrBGlyphs.inc"
+};
 
 /// The standard deviations, in samples, that the glyphs are blurred by: a sharp
 /// print, what scanners make of it, and an image of few dots.
@@ -49,35 +35,12 @@ std::size_t Index(int x, int y) {
   return static_cast<std::size_t>(y) * CanvasWidth + static_cast<std::size_t>(x);
 }
 
-Canvas DrawGlyph(const stbtt_fontinfo& font, char character) {
-  const float scale =
-      stbtt_ScaleForMappingEmToPixels(&font, static_cast<float>(GlyphWidth / PitchOfEm));
-  int advance = 0;
-  int bearing = 0;
-  stbtt_GetCodepointHMetrics(&font, character, &advance, &bearing);
-  const double left = CanvasWidth / 2.0 - advance * static_cast<double>(scale) / 2;
-  const double baseline = CanvasHeight / 2.0 + MiddleAboveBaseline * GlyphWidth;
-  const double shiftX = left - std::floor(left);
-  const double shiftY = baseline - std::floor(baseline);
-  int x0 = 0;
-  int y0 = 0;
-  int x1 = 0;
-  int y1 = 0;
-  stbtt_GetCodepointBitmapBoxSubpixel(&font, character, scale, scale, static_cast<float>(shiftX),
-                                      static_cast<float>(shiftY), &x0, &y0, &x1, &y1);
-  std::vector<unsigned char> drawn(static_cast<std::size_t>(x1 - x0) *
-                                   static_cast<std::size_t>(y1 - y0));
-  stbtt_MakeCodepointBitmapSubpixel(&font, drawn.data(), x1 - x0, y1 - y0, x1 - x0, scale, scale,
-                                    static_cast<float>(shiftX), static_cast<float>(shiftY),
-                                    character);
+Canvas CanvasOf(const std::uint8_t (&glyph)[GlyphSamples]) {
   Canvas canvas(Index(0, CanvasHeight));
-  std::size_t next = 0;
-  for (int y = y0; y < y1; ++y) {
-    for (int x = x0; x < x1; ++x) {
-      const int column = std::clamp(static_cast<int>(std::floor(left)) + x, 0, CanvasWidth - 1);
-      const int row = std::clamp(static_cast<int>(std::floor(baseline)) + y, 0, CanvasHeight - 1);
-      canvas[Index(column, row)] = drawn[next++];
-    }
+  for (int y = 0; y < GlyphHeight; ++y) {
+    std::copy_n(
+        glyph + y * GlyphWidth, GlyphWidth,
+        canvas.begin() + static_cast<std::ptrdiff_t>(Index(CanvasBorder, CanvasBorder + y)));
   }
   return canvas;
 }
@@ -128,22 +91,20 @@ Template TemplateOf(const Canvas& canvas) {
 
 using Templates = std::array<std::array<Template, ZoneCharacterCount>, BlurCount>;
 
-std::unique_ptr<const Templates> DrawTemplates() {
+std::unique_ptr<const Templates> MakeTemplates() {
   auto templates = std::make_unique<Templates>();
-  stbtt_fontinfo font = {};
-  stbtt_InitFont(&font, OcrBFont, 0);
   for (std::size_t c = 0; c < ZoneCharacterCount; ++c) {
-    const Canvas drawn = DrawGlyph(font, ZoneCharacters[c]);
+    const Canvas glyph = CanvasOf(Glyphs[c]);
     for (std::size_t blur = 0; blur < Blurs.size(); ++blur) {
       (*templates)[blur][c] =
-          TemplateOf(Blurred(Blurred(drawn, Blurs[blur], 1, 0), Blurs[blur], 0, 1));
+          TemplateOf(Blurred(Blurred(glyph, Blurs[blur], 1, 0), Blurs[blur], 0, 1));
     }
   }
   return templates;
 }
 
 const std::array<Template, ZoneCharacterCount>& TemplatesOf(int blur) {
-  static const std::unique_ptr<const Templates> templates = DrawTemplates();
+  static const std::unique_ptr<const Templates> templates = MakeTemplates();
   return (*templates)[static_cast<std::size_t>(blur)];
 }
 
