@@ -97,6 +97,20 @@ void Playback::PlayStep(Step step) {
   for (StepAction& action : step) {
     std::visit([this](auto& kind) { Perform(kind); }, action);
   }
+  TellOfLog();
+}
+
+/// Between two steps, for it belongs to none of their documents.
+void Playback::TellOfLog() {
+  std::string trouble = log->TakeTrouble();
+  if (trouble.empty()) {
+    return;
+  }
+  const bool otherStands = errorStands;
+  Perform(RaiseError{std::move(trouble)});
+  if (!otherStands) {
+    Perform(SendEvent{ReaderEventCode::ReaderErrorResolved, {}});
+  }
 }
 
 /// An exception out of a callback is the host's failure; the reader goes on.
@@ -161,7 +175,7 @@ void Playback::Play(SendBarcode& barcode) {
   }
 }
 
-void Playback::Play(const WriteLine& line) { log->Write(LogLifecycle, line.text); }
+void Playback::Play(const WriteLine& line) { log->Write(LogLifecycle, line.kind, {line.text}); }
 
 void Playback::EnterState(const SendEvent& event) {
   if (event.state) {

@@ -52,6 +52,7 @@ class Playback {
  private:
   void Run();
   void PlayStep(Step step);
+  void TellOfLog();
   template <typename ActionType>
   void Perform(ActionType&& action);
 

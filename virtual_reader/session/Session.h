@@ -12,6 +12,7 @@
 
 #include <conduit/ReaderDataType.h>
 #include <conduit/ReaderEventCode.h>
+#include <conduit/ReaderLogLine.h>
 #include <conduit/ReaderState.h>
 
 namespace conduit {
@@ -45,6 +46,7 @@ struct SendBarcode {
 /// A line for the reader's log, among what it is about.
 struct WriteLine {
   std::string text;
+  ReaderLogKind kind = ReaderLogKind::Note;
 };
 
 using StepAction = std::variant<SendEvent, RaiseError, Pause, SendItem, SendBarcode, WriteLine>;
@@ -73,7 +75,7 @@ class StepSource {
 /// What the reader is to do between its connection and its disconnection.
 struct Session {
   std::unique_ptr<StepSource> steps;
-  std::vector<std::string> remarks;  ///< for the log, before anything is played
+  std::vector<std::string> remarks;  ///< notes for the log, before anything is played
 };
 
 /// Reads and checks what the location names: a session file, a folder whose
