@@ -1,6 +1,7 @@
 #include "c_host/CallbackHost.h"
 
 #include <exception>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,14 @@ thread_local ItemUnderWay itemUnderWay = {nullptr, nullptr};
 
 constexpr const char* Unexplained = "a callback threw an exception";
 
+std::string Explained(const char* reason) noexcept {
+  try {
+    return std::string(Unexplained) + ": " + reason;
+  } catch (const std::bad_alloc&) {
+    return OutOfMemory;
+  }
+}
+
 /// @returns why the callback failed; none when it returned.
 template <typename Callback>
 std::optional<std::string> Guarded(const Callback& callback) {
@@ -29,9 +38,9 @@ std::optional<std::string> Guarded(const Callback& callback) {
   try {
     callback();
   } catch (const std::exception& problem) {
-    failure = std::string(Unexplained) + ": " + problem.what();
+    failure = Explained(problem.what());
   } catch (...) {
-    failure = Unexplained;
+    failure = Explained("one that says nothing");
   }
   --callbacksUnderWay;
   return failure;
@@ -65,11 +74,32 @@ void CallbackHost::Follow(const std::filesystem::path& log) {
   readerLog.emplace(log);
 }
 
+std::filesystem::path CallbackHost::FollowOwnLog() {
+  const std::lock_guard lock(readerLogMutex);
+  if (!readerLog || !readerLog->IsOwn()) {
+    readerLog.emplace();
+  }
+  return readerLog->File();
+}
+
+void CallbackHost::LastCall::OnCallReturned(const CallReturned& call) {
+  returned.reasons.clear();
+  returned.result = call.result;
+  try {
+    returned.reasons = call.reasons;
+  } catch (const std::bad_alloc&) {
+    // The result alone then tells of the failure.
+  }
+}
+
 CallReturned CallbackHost::Call(const std::function<std::int32_t()>& call) {
-  recorder.Call("", "", call);
+  lastCall.returned = {};
+  const std::int32_t result = recorder.Call("", "", call);
+  CheckRecorder();
   TellReaderLines();
   // What ended the run may have been held until now.
   TellEnd();
+  lastCall.returned.result = result;
   return lastCall.returned;
 }
 
@@ -93,7 +123,7 @@ void CallbackHost::Tell(void (*callback)(void*, Parameters...), Arguments... arg
     return;
   }
   if (const auto problem = Guarded([&] { callback(callbacks.context, arguments...); })) {
-    Fail(*problem);
+    Fail(problem->c_str());
   }
 }
 
@@ -105,15 +135,27 @@ std::int32_t CallbackHost::Ask(std::int32_t (*callback)(void*, Parameters...),
     return answer;
   }
   if (const auto problem = Guarded([&] { answer = callback(callbacks.context, arguments...); })) {
-    Fail(*problem);
+    Fail(problem->c_str());
   }
   return answer;
 }
 
-void CallbackHost::Fail(const std::string& reason) {
+void CallbackHost::Fail(const char* reason) noexcept {
   if (!watch.Say(RunWatch::Outcome::CallbackFailed, reason)) {
     const std::lock_guard lock(failureMutex);
-    failure = reason;
+    try {
+      failure = reason;
+    } catch (const std::bad_alloc&) {
+      failure = OutOfMemory;
+    }
+  }
+}
+
+/// What the recorder had no memory for may have been the end of the run.
+void CallbackHost::CheckRecorder() noexcept {
+  if (recorder.HasFailed()) {
+    Fail(OutOfMemory);
+    recorder.Recover();
   }
 }
 
@@ -122,16 +164,22 @@ std::optional<std::string> CallbackHost::TakeFailure() {
   return std::exchange(failure, std::nullopt);
 }
 
-void CallbackHost::TellReaderLines() {
+void CallbackHost::TellReaderLines() noexcept {
   std::vector<ReaderLine> lines;
-  {
+  try {
     const std::lock_guard lock(readerLogMutex);
     if (readerLog) {
       lines = readerLog->NewLines();
     }
+  } catch (const std::exception& problem) {
+    Fail(problem.what());
   }
   for (const ReaderLine& line : lines) {
-    Tell(callbacks.reader_line, line.level.value_or(-1), line.text.c_str(), line.document.c_str());
+    const std::int32_t level = line.level.value_or(-1);
+    Tell(callbacks.reader_line, level, line.text.c_str(), line.document.c_str());
+    const conduit_host_reader_line whole = {sizeof whole, level, line.text.c_str(),
+                                            line.document.c_str(), line.warning.c_str()};
+    Tell(callbacks.reader_log, &whole);
   }
 }
 
@@ -147,6 +195,7 @@ void CallbackHost::Log(std::int32_t level, const char* tag, const char* message)
   // Only these explain a failure, and the trace comes with every item.
   if (level <= MessageUnknownName) {
     recorder.Log(level, tag, message);
+    CheckRecorder();
   }
 }
 
@@ -173,6 +222,7 @@ void CallbackHost::SendEvent(const char* name) {
   TellReaderLines();
   Tell(callbacks.event, NotNull(name));
   recorder.SendEvent(name);
+  CheckRecorder();
 }
 
 void CallbackHost::BeginData() {
@@ -194,6 +244,7 @@ void CallbackHost::ReportState(const char* text) {
   TellReaderLines();
   Tell(callbacks.state, NotNull(text));
   recorder.ReportState(text);
+  CheckRecorder();
   TellEnd();
 }
 
@@ -201,6 +252,7 @@ void CallbackHost::ReportError(const char* text) {
   TellReaderLines();
   Tell(callbacks.error, NotNull(text));
   recorder.ReportError(text);
+  CheckRecorder();
 }
 
 }  // namespace conduit

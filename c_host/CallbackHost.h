@@ -38,6 +38,10 @@ class CallbackHost final : public IModuleLogger, public IInputModuleHost {
   /// From now on hands on what stands newly in the reader library's log.
   void Follow(const std::filesystem::path& log);
 
+  /// The same with a log of this host's own, the same for as long as no other is followed.
+  /// @returns the file that the reader library is to write.
+  std::filesystem::path FollowOwnLog();
+
   /// Calls the module, and tells what it came to with what the module said meanwhile.
   /// [one call at a time]
   CallReturned Call(const std::function<std::int32_t()>& call);
@@ -65,7 +69,7 @@ class CallbackHost final : public IModuleLogger, public IInputModuleHost {
   /// Keeps what the last call came to.
   class LastCall final : public RunListener {
    public:
-    void OnCallReturned(const CallReturned& call) override { returned = call; }
+    void OnCallReturned(const CallReturned& call) override;
     CallReturned returned;
   };
 
@@ -73,8 +77,9 @@ class CallbackHost final : public IModuleLogger, public IInputModuleHost {
   void Tell(void (*callback)(void*, Parameters...), Arguments... arguments);
   template <typename... Parameters, typename... Arguments>
   std::int32_t Ask(std::int32_t (*callback)(void*, Parameters...), Arguments... arguments);
-  void Fail(const std::string& reason);
-  void TellReaderLines();
+  void Fail(const char* reason) noexcept;
+  void CheckRecorder() noexcept;
+  void TellReaderLines() noexcept;
   void TellEnd();
 
   const conduit_host_callbacks callbacks;

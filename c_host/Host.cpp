@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <exception>
+#include <new>
 
 #include "c_host/HostError.h"
 #include "hosting/ResultMeaning.h"
@@ -29,6 +30,13 @@ class Turn {
 
 }  // namespace
 
+std::size_t CopyText(std::string_view text, char* buffer, std::size_t capacity) {
+  if (buffer != nullptr && capacity > 0) {
+    buffer[text.copy(buffer, capacity - 1)] = '\0';
+  }
+  return text.size();
+}
+
 std::int32_t Host::Do(const std::function<void(Host&)>& call) {
   if (IsInCallback()) {
     return Keep(CONDUIT_HOST_IN_CALLBACK,
@@ -42,11 +50,13 @@ std::int32_t Host::Do(const std::function<void(Host&)>& call) {
   try {
     call(*this);
     if (const auto failure = border.TakeFailure()) {
-      return Keep(CONDUIT_HOST_CALLBACK_FAILED, *failure);
+      return Keep(CONDUIT_HOST_CALLBACK_FAILED, failure->c_str());
     }
     return Keep(CONDUIT_HOST_SUCCESS, "");
   } catch (const HostError& problem) {
     return Keep(problem.result, problem.what());
+  } catch (const std::bad_alloc&) {
+    return Keep(CONDUIT_HOST_FAILED, OutOfMemory);
   } catch (const std::exception& problem) {
     return Keep(CONDUIT_HOST_FAILED, problem.what());
   } catch (...) {
@@ -54,15 +64,19 @@ std::int32_t Host::Do(const std::function<void(Host&)>& call) {
   }
 }
 
-std::int32_t Host::Keep(std::int32_t result, const std::string& text) {
+std::int32_t Host::Keep(std::int32_t result, const char* text) noexcept {
   const std::lock_guard lock(errorMutex);
-  lastError = text;
+  try {
+    lastError = text;
+  } catch (const std::bad_alloc&) {
+    lastError = OutOfMemory;
+  }
   return result;
 }
 
-std::string Host::LastError() const {
+std::size_t Host::LastError(char* buffer, std::size_t capacity) const {
   const std::lock_guard lock(errorMutex);
-  return lastError;
+  return CopyText(lastError, buffer, capacity);
 }
 
 LoadedModule& Host::Loaded() {
@@ -147,9 +161,13 @@ void Host::SetSession(const std::string& location) const {
   SetEnvironment(SessionVariable, PathFromUtf8(location));
 }
 
-void Host::FollowReaderLog(const std::string& file) {
-  SetParameter(ParameterName::LogFileName, file.c_str());
-  border.Follow(PathFromUtf8(file));
+void Host::FollowReaderLog(const char* file) {
+  Stopped();
+  const std::string name = file != nullptr ? file : Utf8FromPath(border.FollowOwnLog());
+  SetParameter(ParameterName::LogFileName, name.c_str());
+  if (file != nullptr) {
+    border.Follow(PathFromUtf8(name));
+  }
 }
 
 void Host::SetParameter(const char* name, const char* value) {
@@ -216,12 +234,21 @@ void Host::Shutdown() {
   }
   // Whatever it answers: nobody is to wait for it any more.
   running = false;
+  bool called = false;
   const auto answer = [&] {
+    called = true;
     const std::int32_t result = loaded->Shutdown();
     border.Watch().End();
     return result;
   };
-  Call("the reader did not stop", answer);
+  try {
+    Call("the reader did not stop", std::ref(answer));
+  } catch (const std::bad_alloc&) {
+    if (!called) {
+      answer();
+    }
+    throw;
+  }
 }
 
 void Host::End() {
@@ -247,7 +274,11 @@ std::int32_t Host::Wait(std::int32_t milliseconds) {
     case Outcome::Interrupted:
       return Keep(CONDUIT_HOST_INTERRUPTED, "the wait was interrupted");
     case Outcome::CallbackFailed:
-      return Keep(CONDUIT_HOST_CALLBACK_FAILED, watch.Reason());
+      try {
+        return Keep(CONDUIT_HOST_CALLBACK_FAILED, watch.Reason().c_str());
+      } catch (const std::bad_alloc&) {
+        return Keep(CONDUIT_HOST_CALLBACK_FAILED, OutOfMemory);
+      }
     case Outcome::NotRunning:
       break;
   }

@@ -1,16 +1,23 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <filesystem>
 #include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "c_host/CallbackHost.h"
 #include "hosting/LoadedModule.h"
 
 namespace conduit {
+
+/// Copies as much of the text as there is room for, with a NUL.
+/// @param buffer  may be null
+/// @returns the whole text's length.
+std::size_t CopyText(std::string_view text, char* buffer, std::size_t capacity);
 
 /// One host: its module, and the order in which its calls may come. What is refused or fails
 /// is thrown as a HostError.
@@ -25,7 +32,8 @@ class Host {
   // Only from within Do.
   void Load(const std::filesystem::path& file);
   void SetSession(const std::string& location) const;
-  void FollowReaderLog(const std::string& file);
+  /// @param file  null for one of this host's own
+  void FollowReaderLog(const char* file);
   void SetParameter(const char* name, const char* value);
   std::string Parameter(const char* name);
   void ListParameters(conduit_host_entry entry, void* context);
@@ -41,10 +49,11 @@ class Host {
   // [any thread; not within Do]
   std::int32_t Wait(std::int32_t milliseconds);
   void Interrupt();
-  std::string LastError() const;
+  /// As CopyText.
+  std::size_t LastError(char* buffer, std::size_t capacity) const;
 
  private:
-  std::int32_t Keep(std::int32_t result, const std::string& text);
+  std::int32_t Keep(std::int32_t result, const char* text) noexcept;
   LoadedModule& Loaded();
   LoadedModule& Stopped();
   void RequireStopped() const;

@@ -1,5 +1,9 @@
 #include "c_host/RunWatch.h"
 
+#include <new>
+
+#include "hosting/RunListener.h"
+
 namespace conduit {
 
 void RunWatch::Begin() {
@@ -8,13 +12,17 @@ void RunWatch::Begin() {
   reason.clear();
 }
 
-bool RunWatch::Say(Outcome said, const std::string& why) {
+bool RunWatch::Say(Outcome said, const char* why) noexcept {
   const std::lock_guard lock(mutex);
   if (outcome != Outcome::UnderWay) {
     return false;
   }
   outcome = said;
-  reason = why;
+  try {
+    reason = why;
+  } catch (const std::bad_alloc&) {
+    reason = OutOfMemory;
+  }
   changed.notify_all();
   return true;
 }

@@ -16,7 +16,7 @@ class RunWatch {
   void Begin();
   /// The first that is said of a run stands, until it is over.
   /// @returns whether it was the first.
-  bool Say(Outcome said, const std::string& why = "");
+  bool Say(Outcome said, const char* why = "") noexcept;
   void End();
 
   /// Waits until the run is no longer under way, at most so long; none: as long as it takes.

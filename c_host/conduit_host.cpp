@@ -1,6 +1,10 @@
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <exception>
+#include <functional>
+#include <iterator>
+#include <memory>
 #include <string>
 
 #include "c_host/HostError.h"
@@ -41,13 +45,14 @@ constexpr OwnResult OwnResults[] = {
 };
 
 /// What every caller has of the structure; what came to it since is 0 in an older one.
-constexpr std::size_t FirstCallbacksSize = sizeof(conduit_host_callbacks);
+constexpr std::size_t FirstCallbacksSize = offsetof(conduit_host_callbacks, reader_log);
 
 /// Does a call on the handle's host.
 template <typename Call>
 std::int32_t On(conduit_host handle, const Call& call) {
   const std::shared_ptr<Host> host = HostTable::Instance().Find(handle);
-  return host ? host->Do(call) : static_cast<std::int32_t>(CONDUIT_HOST_NO_SUCH_HOST);
+  // By reference: a copy of the call may need memory.
+  return host ? host->Do(std::ref(call)) : static_cast<std::int32_t>(CONDUIT_HOST_NO_SUCH_HOST);
 }
 
 void Require(const void* pointer, const char* name) {
@@ -113,10 +118,7 @@ std::int32_t conduit_host_set_session(conduit_host handle, const char* location)
 }
 
 std::int32_t conduit_host_follow_reader_log(conduit_host handle, const char* file) {
-  return On(handle, [&](Host& host) {
-    Require(file, "file");
-    host.FollowReaderLog(file);
-  });
+  return On(handle, [&](Host& host) { host.FollowReaderLog(file); });
 }
 
 std::int32_t conduit_host_set_parameter(conduit_host handle, const char* name, const char* value) {
@@ -213,14 +215,8 @@ std::int32_t conduit_host_destroy(conduit_host handle) {
 
 std::size_t conduit_host_last_error(conduit_host handle, char* buffer, std::size_t capacity) {
   const std::shared_ptr<Host> host = HostTable::Instance().Find(handle);
-  const std::string text =
-      host ? host->LastError() : conduit_host_result_text(CONDUIT_HOST_NO_SUCH_HOST);
-  if (buffer != nullptr && capacity > 0) {
-    const std::size_t shown = std::min(text.size(), capacity - 1);
-    std::memcpy(buffer, text.data(), shown);
-    buffer[shown] = '\0';
-  }
-  return text.size();
+  return host ? host->LastError(buffer, capacity)
+              : CopyText(conduit_host_result_text(CONDUIT_HOST_NO_SUCH_HOST), buffer, capacity);
 }
 
 const char* conduit_host_item_property(const conduit_host_item* item, const char* key) {

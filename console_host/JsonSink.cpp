@@ -1,6 +1,7 @@
 #include "console_host/JsonSink.h"
 
 #include <cstdio>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
@@ -103,6 +104,9 @@ void JsonSink::OnReaderLine(const ReaderLine& line) {
     AddText(object, "document", line.document);
     document = line.document;
   }
+  if (!line.warning.empty()) {
+    AddText(object, "warning", line.warning);
+  }
   Write(output, object);
 }
 
@@ -170,11 +174,18 @@ void JsonSink::OnPagesCounted(const PagesCounted& pages) {
 }
 
 void JsonSink::OnRunEnded(const RunEnded& end) {
-  Json object{{"kind", "stop"}, {"reason", EndReasons[static_cast<std::size_t>(end.reason)]}};
-  if (!end.message.empty()) {
-    AddText(object, "message", end.message);
+  const char* const reason = EndReasons[static_cast<std::size_t>(end.reason)];
+  try {
+    Json object{{"kind", "stop"}, {"reason", reason}};
+    if (!end.message.empty()) {
+      AddText(object, "message", end.message);
+    }
+    Write(output, object);
+  } catch (const std::bad_alloc&) {
+    const bool failed = end.reason == EndReason::Failed;
+    output << R"({"kind":"stop","reason":")" << reason
+           << (failed ? R"(","message":"out of memory"})" : R"("})") << std::endl;
   }
-  Write(output, object);
 }
 
 }  // namespace conduit

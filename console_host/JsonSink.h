@@ -33,6 +33,7 @@ class JsonSink final : public RunListener {
   void OnState(const StateReported& state) override;
   void OnError(const ErrorReported& error) override;
   void OnPagesCounted(const PagesCounted& pages) override;
+  /// Writes the line also when there is no memory to make it of.
   void OnRunEnded(const RunEnded& end) override;
 
  private:

@@ -1,6 +1,7 @@
 #include "console_host/PageCount.h"
 
 #include "hosting/EventNames.h"
+#include <conduit/ReaderLogLine.h>
 
 namespace conduit {
 
@@ -14,6 +15,9 @@ void PageCount::OnEvent(const EventReceived& event) {
   }
 }
 
-void PageCount::OnError(const ErrorReported& error) { failed = failed || !error.text.empty(); }
+void PageCount::OnError(const ErrorReported& error) {
+  failed = failed || !error.text.empty();
+  missesReaderLines = missesReaderLines || IsReaderLogError(error.text);
+}
 
 }  // namespace conduit

@@ -5,7 +5,7 @@
 namespace conduit {
 
 /// Counts the documents that were laid down, and those of them that an error kept
-/// from giving anything.
+/// from giving anything. Notices also that the reader could not write its log.
 class PageCount final : public RunListener {
  public:
   void OnEvent(const EventReceived& event) override;
@@ -14,11 +14,13 @@ class PageCount final : public RunListener {
 
   /// [after the run]
   PagesCounted Pages() const { return pages; }
+  bool MissesReaderLines() const { return missesReaderLines; }
 
  private:
   PagesCounted pages = {0, 0};
   bool gaveData = false;
   bool failed = false;
+  bool missesReaderLines = false;
 };
 
 }  // namespace conduit

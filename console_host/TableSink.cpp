@@ -177,13 +177,12 @@ TableSink::TableSink(const std::filesystem::path& path)
 
 /// The name comes before the document is laid down.
 void TableSink::OnReaderLine(const ReaderLine& line) {
-  constexpr std::string_view warning = "warning: ";
   if (!line.document.empty()) {
     Close();
     Open();
     Add(FirstColumn(), line.document);
-  } else if (line.text.starts_with(warning) && !row.empty()) {
-    Add(LastColumn(), line.text.substr(warning.size()));
+  } else if (!row.empty()) {
+    Add(LastColumn(), line.warning);
   }
 }
 

@@ -1,8 +1,6 @@
 #include "console_host/TextSink.h"
 
 #include <algorithm>
-#include <iomanip>
-#include <sstream>
 
 #include "console_host/ItemDescription.h"
 #include "console_host/WriteOut.h"
@@ -18,13 +16,12 @@ constexpr const char* Dim = "2";
 constexpr const char* Red = "1;31";
 constexpr const char* Cyan = "36";
 
-constexpr int KeywordWidth = 6;    // "script"
-constexpr int ItemNameWidth = 36;  // "CODELINE_DATE_OF_BIRTH_STR_FORMATTED"
+constexpr std::size_t KeywordWidth = 6;    // "script"
+constexpr std::size_t ItemNameWidth = 36;  // "CODELINE_DATE_OF_BIRTH_STR_FORMATTED"
 
-std::string Padded(const std::string& text, int width) {
-  std::ostringstream padded;
-  padded << std::left << std::setw(width) << text;
-  return padded.str();
+std::string Padded(std::string text, std::size_t width) {
+  text.resize(std::max(text.size(), width), ' ');
+  return text;
 }
 
 }  // namespace

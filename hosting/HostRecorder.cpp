@@ -1,7 +1,8 @@
 #include "hosting/HostRecorder.h"
 
 #include <algorithm>
-#include <exception>
+#include <new>
+#include <stdexcept>
 #include <utility>
 
 #include <conduit/ItemName.h>
@@ -14,6 +15,9 @@ namespace {
 /// The highest level whose lines explain a refusal: failures, and requests that
 /// name no known parameter.
 constexpr std::int32_t LastExplainingLevel = MessageUnknownName;
+
+/// More than the end of a run and what is told of it take.
+constexpr std::size_t ReserveSize = 256UL << 10;
 
 /// What is held at most: a module may log without end.
 constexpr std::size_t MostHeld = 100;
@@ -59,79 +63,136 @@ std::vector<std::string> WithoutRepeats(const std::vector<std::string>& texts) {
 
 HostRecorder::HostRecorder(std::vector<RunListener*> listeners,
                            std::set<std::string> refusedSignals)
-    : listeners(std::move(listeners)), refusedSignals(std::move(refusedSignals)) {}
+    : listeners(std::move(listeners)),
+      refusedSignals(std::move(refusedSignals)),
+      reserve(new char[ReserveSize]) {}
 
 void HostRecorder::Follow(const std::filesystem::path& log) {
   const std::lock_guard lock(mutex);
   readerLog.emplace(log);
 }
 
-void HostRecorder::Begin(const RunBegan& run) {
+std::filesystem::path HostRecorder::FollowOwnLog() {
   const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnRunBegan, run);
+  return readerLog.emplace().File();
+}
+
+void HostRecorder::Begin(const RunBegan& run) {
+  Locked([&] { TellNext(&RunListener::OnRunBegan, run); });
 }
 
 void HostRecorder::Warn(const Warned& warning) {
-  const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnWarning, warning);
+  Locked([&] { TellNext(&RunListener::OnWarning, warning); });
 }
 
 void HostRecorder::Count(const PagesCounted& pages) {
-  const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnPagesCounted, pages);
+  Locked([&] { TellNext(&RunListener::OnPagesCounted, pages); });
 }
 
 void HostRecorder::PassTime() {
-  const std::lock_guard lock(mutex);
-  TellHeld();
-  TellReaderLines();
-  TellAll([](RunListener& listener) { listener.OnTimePassed(); });
+  WhileModuleSpeaks([&] {
+    TellWaiting();
+    TellAll([](RunListener& listener) { listener.OnTimePassed(); });
+  });
 }
 
 void HostRecorder::End(const RunEnded& end) {
-  const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnRunEnded, end);
+  // The end is told whether or not there is memory for what waits.
+  Locked([&] { TellWaiting(); });
+  Locked([&] { Tell(&RunListener::OnRunEnded, end); });
 }
 
 std::int32_t HostRecorder::Call(const std::string& name, const std::string& failure,
                                 const std::function<std::int32_t()>& call) {
-  {
-    const std::lock_guard lock(mutex);
-    TellHeld();
+  Locked([&] {
     callUnderWay = true;
-  }
+    TellHeld();
+  });
   // Without the lock: the module calls back before it returns.
   const std::int32_t result = call();
 
-  const std::lock_guard lock(mutex);
-  CallReturned returned = {name, failure, result, {}};
-  if (result != ResultSuccess) {
-    returned.reasons = MarkReasons();
-  }
-  callUnderWay = false;
-  TellNext(&RunListener::OnCallReturned, returned);
+  Locked([&] {
+    callUnderWay = false;
+    CallReturned returned = {name, failure, result, {}};
+    if (result != ResultSuccess) {
+      returned.reasons = MarkReasons();
+    }
+    TellNext(&RunListener::OnCallReturned, returned);
+  });
   return result;
 }
 
 std::optional<std::string> HostRecorder::ListenerFailure() const {
   const std::lock_guard lock(mutex);
-  return listenerFailure;
+  if (!failed) {
+    return std::nullopt;
+  }
+  return failureText.empty() ? OutOfMemory : failureText;
 }
 
-void HostRecorder::TellAll(const std::function<void(RunListener&)>& tell) {
+void HostRecorder::Recover() noexcept {
+  const std::lock_guard lock(mutex);
+  failed = false;
+  outOfMemory = false;
+  failureText.clear();
+  reserve.reset(new (std::nothrow) char[ReserveSize]);
+}
+
+bool HostRecorder::IsTold(const RunListener& listener) const {
+  const std::lock_guard lock(mutex);
+  return std::ranges::find(listeners, &listener) != listeners.end();
+}
+
+/// An exception that left here would unwind through the module and the reader's threads.
+template <typename Work>
+void HostRecorder::Locked(const Work& work) noexcept {
+  const std::lock_guard lock(mutex);
+  try {
+    work();
+  } catch (const std::exception& problem) {
+    Fail(problem);
+  }
+}
+
+/// What is told behind a loss would look as if nothing had come between.
+template <typename Work>
+void HostRecorder::WhileModuleSpeaks(const Work& work) noexcept {
+  Locked([&] {
+    if (!outOfMemory) {
+      work();
+    }
+  });
+}
+
+void HostRecorder::Fail(const std::exception& problem) noexcept {
+  if (dynamic_cast<const std::bad_alloc*>(&problem) != nullptr) {
+    outOfMemory = true;
+    reserve.reset();
+  }
+  if (failed.exchange(true) || outOfMemory) {
+    return;
+  }
+  try {
+    failureText = problem.what();
+  } catch (const std::bad_alloc&) {
+    outOfMemory = true;
+  }
+}
+
+template <typename Operation>
+void HostRecorder::TellAll(const Operation& tell) {
   for (RunListener*& listener : listeners) {
     if (listener == nullptr) {
       continue;
     }
-    // An exception that left here would unwind through the module and the
-    // reader's threads.
     try {
       tell(*listener);
     } catch (const std::exception& problem) {
       listener = nullptr;
-      if (!listenerFailure) {
-        listenerFailure = problem.what();
-      }
+      Fail(problem);
+    } catch (...) {
+      listener = nullptr;
+      Fail(std::runtime_error("a listener threw an exception that says nothing"));
     }
   }
 }
@@ -146,16 +207,19 @@ void HostRecorder::Tell(void (RunListener::*operation)(const Happening&),
 template <typename Happening>
 void HostRecorder::TellNext(void (RunListener::*operation)(const Happening&),
                             const Happening& happening) {
-  TellHeld();
-  TellReaderLines();
+  TellWaiting();
   Tell(operation, happening);
 }
 
 void HostRecorder::TellNext(void (RunListener::*operation)()) {
-  TellHeld();
-  TellReaderLines();
+  TellWaiting();
   TellAll([](RunListener& listener) { listener.OnAnything(); });
   TellAll([&](RunListener& listener) { (listener.*operation)(); });
+}
+
+void HostRecorder::TellWaiting() {
+  TellHeld();
+  TellReaderLines();
 }
 
 void HostRecorder::TellReaderLines() {
@@ -210,78 +274,77 @@ std::vector<std::string> HostRecorder::MarkReasons() {
 }
 
 void HostRecorder::Log(std::int32_t level, const char* tag, const char* message) {
-  LogLine line = {level, CopyText(tag), CopyText(message), SaidAgain::Nowhere};
-  const std::lock_guard lock(mutex);
-  Hold(std::move(line));
+  WhileModuleSpeaks([&] {
+    Hold(LogLine{level, CopyText(tag), CopyText(message), SaidAgain::Nowhere});
+  });
 }
 
 std::int32_t HostRecorder::SendData(const char* name, ItemType itemType, std::int32_t length,
                                     const void* data, IStringMap* properties, bool last) {
-  ItemReceived item{CopyText(name),          itemType, length, CopyData(data, length),
-                    CopyFeature(properties), last,     0};
-  if (refusedSignals.contains(item.name)) {
-    item.answer = StopRecord;
-  }
-  const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnItem, item);
-  return item.answer;
+  std::int32_t answer = 0;
+  WhileModuleSpeaks([&] {
+    ItemReceived item{CopyText(name),          itemType, length, CopyData(data, length),
+                      CopyFeature(properties), last,     0};
+    if (refusedSignals.contains(item.name)) {
+      item.answer = StopRecord;
+    }
+    answer = item.answer;
+    TellNext(&RunListener::OnItem, item);
+  });
+  return answer;
 }
 
 void HostRecorder::SendEvent(const char* name) {
-  const EventReceived event = {CopyText(name)};
-  const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnEvent, event);
+  WhileModuleSpeaks([&] { TellNext(&RunListener::OnEvent, EventReceived{CopyText(name)}); });
 }
 
 void HostRecorder::BeginData() {
-  const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnDataBegan);
+  WhileModuleSpeaks([&] { TellNext(&RunListener::OnDataBegan); });
 }
 
 void HostRecorder::EndData() {
-  const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnDataEnded);
+  WhileModuleSpeaks([&] { TellNext(&RunListener::OnDataEnded); });
 }
 
 std::int32_t HostRecorder::SetActiveScript(const char* name) {
-  const ScriptActivated script = {CopyText(name)};
-  const std::lock_guard lock(mutex);
-  TellNext(&RunListener::OnScript, script);
+  WhileModuleSpeaks([&] { TellNext(&RunListener::OnScript, ScriptActivated{CopyText(name)}); });
   return ResultSuccess;
 }
 
 void HostRecorder::ReportState(const char* text) {
-  StateReported state = {CopyText(text), false};
-  const std::lock_guard lock(mutex);
-  if (!callUnderWay) {
-    TellNext(&RunListener::OnState, state);
-    return;
-  }
-  state.repeated = std::ranges::any_of(held, [&](const Said& one) {
-    const auto* const earlier = std::get_if<StateReported>(&one);
-    return earlier != nullptr && earlier->text == state.text;
+  WhileModuleSpeaks([&] {
+    StateReported state = {CopyText(text), false};
+    if (!callUnderWay) {
+      TellNext(&RunListener::OnState, state);
+      return;
+    }
+    state.repeated = std::ranges::any_of(held, [&](const Said& one) {
+      const auto* const earlier = std::get_if<StateReported>(&one);
+      return earlier != nullptr && earlier->text == state.text;
+    });
+    Hold(std::move(state));
   });
-  Hold(std::move(state));
 }
 
 void HostRecorder::ReportError(const char* text) {
-  ErrorReported error = {CopyText(text), false, SaidAgain::Nowhere};
-  const std::lock_guard lock(mutex);
-  error.routine = error.text.empty() && !errorStands;
-  errorStands = !error.text.empty();
-  if (errorStands) {
-    for (Said& one : held) {
-      if (auto* const line = std::get_if<LogLine>(&one);
-          line != nullptr && line->message.find(error.text) != std::string::npos) {
-        line->again = SaidAgain::AsError;
+  WhileModuleSpeaks([&] {
+    ErrorReported error = {CopyText(text), false, SaidAgain::Nowhere};
+    error.routine = error.text.empty() && !errorStands;
+    errorStands = !error.text.empty();
+    if (errorStands) {
+      for (Said& one : held) {
+        if (auto* const line = std::get_if<LogLine>(&one);
+            line != nullptr && line->message.find(error.text) != std::string::npos) {
+          line->again = SaidAgain::AsError;
+        }
       }
     }
-  }
-  if (callUnderWay) {
-    Hold(std::move(error));
-  } else {
-    TellNext(&RunListener::OnError, error);
-  }
+    if (callUnderWay) {
+      Hold(std::move(error));
+    } else {
+      TellNext(&RunListener::OnError, error);
+    }
+  });
 }
 
 }  // namespace conduit

@@ -1,9 +1,12 @@
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <deque>
+#include <exception>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -26,6 +29,10 @@ namespace conduit {
 /// call until the call returns or the reader is seen to run. Thus each listener is told
 /// whether a text comes again, and can show it once.
 ///
+/// Nothing is thrown into the module. When there is no memory left for what it says, or for
+/// what a listener makes of it, that is the failure of the run: what the module says from
+/// then on is dropped, and some memory is set free that was kept to end the run with.
+///
 /// REQUIRES: outlives the module, and the listeners outlive it.
 class HostRecorder final : public IModuleLogger, public IInputModuleHost {
  public:
@@ -38,6 +45,10 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   /// From now on tells what stands newly in the reader library's log, each time
   /// before what happens next.
   void Follow(const std::filesystem::path& log);
+
+  /// The same with a log that is made for this host alone and goes with it.
+  /// @returns the file that the reader library is to write.
+  std::filesystem::path FollowOwnLog();
 
   // What the host itself has to tell. [any thread]
   void Begin(const RunBegan& run);
@@ -53,8 +64,14 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   std::int32_t Call(const std::string& name, const std::string& failure,
                     const std::function<std::int32_t()>& call);
 
-  /// Why a listener could not go on. The first counts.
+  /// Whether a listener could not go on, or there was no memory. [any thread]
+  bool HasFailed() const noexcept { return failed; }
+  /// Why, of the first that failed; none when all go on.
   std::optional<std::string> ListenerFailure() const;
+  /// Forgets the failure, and goes on with the listeners that have not failed themselves.
+  void Recover() noexcept;
+  /// Whether the listener goes on.
+  bool IsTold(const RunListener& listener) const;
 
   void Log(std::int32_t level, const char* tag, const char* message) override;
   std::int32_t SendData(const char* name, ItemType itemType, std::int32_t length, const void* data,
@@ -69,13 +86,20 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
  private:
   using Said = std::variant<LogLine, StateReported, ErrorReported>;
 
-  void TellAll(const std::function<void(RunListener&)>& tell);
+  template <typename Work>
+  void Locked(const Work& work) noexcept;
+  template <typename Work>
+  void WhileModuleSpeaks(const Work& work) noexcept;
+  void Fail(const std::exception& problem) noexcept;
+  template <typename Operation>
+  void TellAll(const Operation& tell);
   template <typename Happening>
   void Tell(void (RunListener::*operation)(const Happening&), const Happening& happening);
   /// Tells what is held first, for something else has happened.
   template <typename Happening>
   void TellNext(void (RunListener::*operation)(const Happening&), const Happening& happening);
   void TellNext(void (RunListener::*operation)());
+  void TellWaiting();
   void TellReaderLines();
   void Hold(Said said);
   void TellHeld();
@@ -86,7 +110,10 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
 
   mutable std::mutex mutex;
   std::optional<ReaderLogFile> readerLog;
-  std::optional<std::string> listenerFailure;
+  std::unique_ptr<char[]> reserve;  ///< set free to end the run with
+  std::atomic<bool> failed = false;
+  bool outOfMemory = false;
+  std::string failureText;  ///< empty when there was no memory
   std::deque<Said> held;
   bool callUnderWay = false;
   bool errorStands = false;

@@ -48,8 +48,9 @@ struct LogLine {
 /// What the reader library wrote into its own log before what follows.
 struct ReaderLine {
   std::optional<std::int32_t> level;  ///< none: a log of another form
-  std::string text;
-  std::string document;  ///< where the line says so: what the document comes from
+  std::string text;                   ///< as people read it: "warning: a.png: odd"
+  std::string document;      ///< where the line heads a document: what it comes from, "a.png"
+  std::string warning = {};  ///< where the line is one: its text, "a.png: odd"
 };
 
 struct ItemReceived {
@@ -86,6 +87,10 @@ struct PagesCounted {
   int unread;
   int all;
 };
+
+/// Why a run failed that had no memory left. Short enough for a std::string to hold it
+/// without memory of its own.
+inline constexpr const char* OutOfMemory = "out of memory";
 
 enum class EndReason { ReaderTerminated, Interrupted, Failed };
 

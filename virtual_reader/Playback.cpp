@@ -30,14 +30,17 @@ constexpr struct {
 
 thread_local Playback* playbackOfThisThread = nullptr;
 
-std::string NameOf(ReaderDataType type) {
+const char* NameOf(ReaderDataType type) {
   const ReaderItem* const item = FindReaderItem(type);
   return item == nullptr || item->kind == ReaderItemKind::Record ? "record" : item->name;
 }
 
-std::string ItemLine(ReaderDataType type, std::size_t size) {
-  return "item " + NameOf(type) + " (" + std::to_string(static_cast<std::int32_t>(type)) + "), " +
-         std::to_string(size) + " bytes";
+/// Takes no memory, like all that is logged here: what is played must not depend on it. A
+/// number's digits fit into the string itself.
+void LogItem(ReaderLog* log, ReaderDataType type, std::size_t size) {
+  log->Write(LogItems, ReaderLogKind::Note,
+             {"item ", NameOf(type), " (", std::to_string(static_cast<std::int32_t>(type)), "), ",
+              std::to_string(size), " bytes"});
 }
 
 }  // namespace
@@ -105,6 +108,20 @@ void Playback::PlayStep(MadeStep made) {
   for (StepAction& action : made.step) {
     std::visit([this](auto& kind) { Perform(kind); }, action);
   }
+  TellOfLog();
+}
+
+/// Between two steps, for it belongs to none of their documents.
+void Playback::TellOfLog() {
+  std::string trouble = log->TakeTrouble();
+  if (trouble.empty()) {
+    return;
+  }
+  const bool otherStands = errorStands;
+  Perform(RaiseError{std::move(trouble)});
+  if (!otherStands) {
+    Perform(SendEvent{ReaderEventCode::ReaderErrorResolved, {}});
+  }
 }
 
 /// An exception out of a callback is the host's failure; the reader goes on.
@@ -116,7 +133,7 @@ void Playback::Perform(ActionType&& action) {
   try {
     Play(action);
   } catch (const std::exception& error) {
-    log->Write(LogFailures, std::string("exception out of a callback: ") + error.what());
+    log->Write(LogFailures, ReaderLogKind::Note, {"exception out of a callback: ", error.what()});
   } catch (...) {
     log->Write(LogFailures, "unknown exception out of a callback");
   }
@@ -124,9 +141,9 @@ void Playback::Perform(ActionType&& action) {
 
 void Playback::Play(const SendEvent& event) {
   EnterState(event);
-  log->Write(LogEvents, std::string("event ") +
-                            ReaderEventNames[static_cast<std::size_t>(event.code)] + ", state " +
-                            ReaderStateNames[static_cast<std::size_t>(state->load())]);
+  log->Write(LogEvents, ReaderLogKind::Note,
+             {"event ", ReaderEventNames[static_cast<std::size_t>(event.code)], ", state ",
+              ReaderStateNames[static_cast<std::size_t>(state->load())]});
   if (callbacks.event != nullptr) {
     callbacks.event(callbacks.context, event.code);
   }
@@ -137,7 +154,7 @@ void Playback::Play(const RaiseError& error) { Play(Loss{error.text.c_str()}); }
 void Playback::Play(const Loss& loss) {
   errorStands = true;
   PublishState();
-  log->Write(LogEvents, std::string("error: ") + loss.reason);
+  log->Write(LogEvents, ReaderLogKind::Note, {"error: ", loss.reason});
   if (callbacks.error != nullptr) {
     callbacks.error(nullptr, reinterpret_cast<const ReaderErrorInfo*>(loss.reason),
                     callbacks.context);
@@ -145,13 +162,14 @@ void Playback::Play(const Loss& loss) {
 }
 
 void Playback::Play(const Pause& pause) {
-  log->Write(LogPauses, "pause of " + std::to_string(pause.time.count()) + " ms");
+  log->Write(LogPauses, ReaderLogKind::Note,
+             {"pause of ", std::to_string(pause.time.count()), " ms"});
   std::unique_lock lock(mutex);
   stopRequested.wait_for(lock, pause.time, [this] { return over; });
 }
 
 void Playback::Play(SendItem& item) {
-  log->Write(LogItems, ItemLine(item.type, item.bytes.size()));
+  LogItem(log, item.type, item.bytes.size());
   if (callbacks.data != nullptr) {
     callbacks.data(callbacks.context, item.type, static_cast<std::int32_t>(item.bytes.size()),
                    item.bytes.data());
@@ -159,7 +177,7 @@ void Playback::Play(SendItem& item) {
 }
 
 void Playback::Play(SendBarcode& barcode) {
-  log->Write(LogItems, ItemLine(barcode.type, barcode.data.size()));
+  LogItem(log, barcode.type, barcode.data.size());
   ReaderBarcodeData record = {};
   record.index = barcode.index;
   record.count = barcode.count;
@@ -171,7 +189,7 @@ void Playback::Play(SendBarcode& barcode) {
   }
 }
 
-void Playback::Play(const WriteLine& line) { log->Write(LogLifecycle, line.text); }
+void Playback::Play(const WriteLine& line) { log->Write(LogLifecycle, line.kind, {line.text}); }
 
 void Playback::EnterState(const SendEvent& event) {
   if (event.state) {

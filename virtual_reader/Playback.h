@@ -57,6 +57,7 @@ class Playback {
 
   void Run();
   void PlayStep(MadeStep made);
+  void TellOfLog();
   template <typename ActionType>
   void Perform(ActionType&& action);
 

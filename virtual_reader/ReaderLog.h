@@ -1,12 +1,14 @@
 #pragma once
 
 #include <cstdint>
-#include <fstream>
+#include <initializer_list>
 #include <mutex>
 #include <string>
 #include <string_view>
 
+#include "platform/AppendedFile.h"
 #include "virtual_reader/ReaderResult.h"
+#include <conduit/ReaderLogLine.h>
 
 namespace conduit {
 
@@ -29,17 +31,30 @@ class ReaderLog {
 
   void Close();
 
-  /// Why the file of the last Open cannot be written to, once; empty when it can.
-  std::string TakeRefusal();
+  /// Why lines are missing from the log, once for each time that it cannot be written: the
+  /// last Open was refused, or a line was lost. Empty when there is nothing to tell.
+  /// [allocates; nothing is forgotten when there is no memory]
+  std::string TakeTrouble() noexcept;
 
-  /// Writes one line: the time (UTC), the level, the text.
-  void Write(std::int32_t level, std::string_view text);
+  /// Writes one line: the time (UTC), the level, the kind, the text, which is given in
+  /// parts. Allocates nothing, and neither waits nor fails: a line that cannot be written is
+  /// counted, and the next one that can be is preceded by the number of those lost.
+  void Write(std::int32_t level, ReaderLogKind kind, std::initializer_list<std::string_view> texts);
+  void Write(std::int32_t level, std::string_view note) {
+    Write(level, ReaderLogKind::Note, {note});
+  }
 
  private:
   std::mutex mutex;
-  std::ofstream stream;
+  AppendedFile output;
   std::int32_t highestLevel = 0;
+  std::int64_t lostLines = 0;  ///< since a line was written
+
+  // What is to be told: of this file, that it was not opened or why it cannot be written.
+  std::string name;
+  std::string refusedName;
   std::string refusal;
+  std::error_code shortage;
 };
 
 }  // namespace conduit

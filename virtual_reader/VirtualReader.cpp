@@ -63,7 +63,7 @@ void VirtualReader::Start(const ReaderCallbacks& callbacks) {
     log.Write(LogLifecycle, remark);
   }
   Step opening;
-  if (const std::string refusal = log.TakeRefusal(); !refusal.empty()) {
+  if (const std::string refusal = log.TakeTrouble(); !refusal.empty()) {
     opening = {RaiseError{refusal}, SendEvent{ReaderEventCode::ReaderErrorResolved, {}}};
   }
   state = ReaderState::Enabled;
@@ -73,7 +73,7 @@ void VirtualReader::Start(const ReaderCallbacks& callbacks) {
 
 void VirtualReader::ReportRefusal(const std::string& reason, const ReaderCallbacks& callbacks) {
   log.Write(LogFailures, "not started: " + reason);
-  for (const std::string& text : {log.TakeRefusal(), reason}) {
+  for (const std::string& text : {log.TakeTrouble(), reason}) {
     if (callbacks.error == nullptr || text.empty()) {
       continue;
     }

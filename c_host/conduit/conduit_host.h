@@ -59,7 +59,8 @@ enum conduit_host_result {
   CONDUIT_HOST_BUFFER_TOO_SMALL = -12,
   CONDUIT_HOST_TIMED_OUT = -13,        ///< of conduit_host_wait: the time is over
   CONDUIT_HOST_INTERRUPTED = -14,      ///< of conduit_host_wait: conduit_host_interrupt was called
-  CONDUIT_HOST_CALLBACK_FAILED = -15,  ///< a callback threw an exception
+  CONDUIT_HOST_CALLBACK_FAILED = -15,  ///< a callback threw an exception, or there was no memory
+                                       ///< to call it with
   CONDUIT_HOST_FAILED = -16  ///< anything else: memory, or a module that broke its contract
 };
 
@@ -75,6 +76,17 @@ typedef struct conduit_host_item {
   const char* feature;  ///< of a barcode: its 0-based position in its read; else null
   int32_t last;         ///< 0 only for a barcode that is followed by another of the same read
 } conduit_host_item;
+
+/// A line of the reader library's own log. Lent, with all that it points to, until the
+/// callback returns. No text is null.
+typedef struct conduit_host_reader_line {
+  size_t size;       ///< of this structure, as the library knows it
+  int32_t level;     ///< -1 in a log of another form than the virtual reader's
+  const char* text;  ///< as people read it, "document 03.png"
+  const char*
+      document;         ///< what the document comes from that this line heads, "03.png"; else empty
+  const char* warning;  ///< of a warning its text, "03.png: DBB is no date"; else empty
+} conduit_host_reader_line;
 
 /// What a host receives. Each may be null, for what is of no interest.
 ///
@@ -125,6 +137,9 @@ typedef struct conduit_host_callbacks {
   /// The reader has nothing more to give: its device was disconnected, and it has
   /// terminated. Comes once for each initialise, at most, after everything else.
   void (*ended)(void* context);
+
+  /// As reader_line, with all that is known of the line. Both are called where both are set.
+  void (*reader_log)(void* context, const conduit_host_reader_line* line);
 } conduit_host_callbacks;
 
 /// Receives one entry of a list, lent until it returns. Counts as a callback.
@@ -158,8 +173,12 @@ CONDUIT_HOST_API int32_t conduit_host_load(conduit_host host, const char* file);
 CONDUIT_HOST_API int32_t conduit_host_set_session(conduit_host host, const char* location);
 
 /// Has the reader library write its log to a file, and hands each line to the callback
-/// `reader_line`. For modules with the parameter "LogFileName", which this sets.
-/// @param file  need not exist; what stands in it already is passed over
+/// `reader_line`, and to `reader_log`. For modules with the parameter "LogFileName", which this
+/// sets.
+/// @param file  need not exist; what stands in it already is passed over. One that is no
+///              regular file, as /dev/null, is written but not followed, and a warning says so.
+///              Null: a log for this host alone, which takes no room on a disk where the system
+///              has files in memory
 /// @returns 0, what the module answers, NOT_LOADED, RUNNING, or a refusal as above.
 CONDUIT_HOST_API int32_t conduit_host_follow_reader_log(conduit_host host, const char* file);
 

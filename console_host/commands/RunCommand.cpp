@@ -6,6 +6,7 @@
 #include <iostream>
 #include <iterator>
 #include <memory>
+#include <new>
 #include <optional>
 #include <set>
 #include <string>
@@ -20,7 +21,6 @@
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
 #include "console_host/TableSink.h"
-#include "console_host/TemporaryFolder.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
 #include "console_host/report/ReportSink.h"
@@ -132,19 +132,19 @@ std::optional<std::string> ValueGiven(const RunOptions& options, const std::stri
   return value;
 }
 
-/// Shows what the reader library says of its own: in a file that goes with the
-/// run, unless the user names one. Without --log that is what the parameter's
-/// default admits: pages and warnings.
+/// Shows what the reader library says of its own: in a log that goes with the run, unless
+/// the user names one. Without --log that is what the parameter's default admits: pages and
+/// warnings.
 void FollowReaderLog(const LoadedModule& module, const RunOptions& options,
-                     const std::filesystem::path& folder, HostRecorder& recorder) {
+                     HostRecorder& recorder) {
   if (!HasParameter(module, ParameterName::LogFileName)) {
     return;
   }
-  std::filesystem::path file = folder / "reader.log";
   if (const auto given = ValueGiven(options, ParameterName::LogFileName)) {
-    file = PathFromUtf8(*given);
+    recorder.Follow(PathFromUtf8(*given));
   } else {
-    module->SetParameter(ParameterName::LogFileName, Utf8FromPath(file).c_str());
+    const std::string file = Utf8FromPath(recorder.FollowOwnLog());
+    module->SetParameter(ParameterName::LogFileName, file.c_str());
   }
   // The module tells of items and events at 2, the reader library from 3 on.
   constexpr std::int32_t itemsAndEvents = 2;
@@ -152,7 +152,6 @@ void FollowReaderLog(const LoadedModule& module, const RunOptions& options,
       !ValueGiven(options, ParameterName::LogLevel)) {
     module->SetParameter(ParameterName::LogLevel, std::to_string(options.logLevel + 1).c_str());
   }
-  recorder.Follow(file);
 }
 
 /// A module takes any event name, so that one with a mistake in it never comes.
@@ -200,8 +199,8 @@ RunEnded WaitForEnd(EndOfSession& end, HostRecorder& recorder) {
   // How long a Ctrl-C may go unnoticed: a signal handler cannot notify.
   constexpr std::chrono::milliseconds pollInterval(50);
   while (!end.WaitFor(pollInterval)) {
-    if (const auto failure = recorder.ListenerFailure()) {
-      return {EndReason::Failed, *failure};
+    if (recorder.HasFailed()) {
+      return {EndReason::Failed, ""};
     }
     if (InterruptStatus() != 0) {
       return {EndReason::Interrupted, ""};
@@ -211,12 +210,47 @@ RunEnded WaitForEnd(EndOfSession& end, HostRecorder& recorder) {
   return {EndReason::ReaderTerminated, ""};
 }
 
+/// Stops the reader whether or not there is memory to tell of it.
+void Stop(const LoadedModule& module, HostRecorder& recorder) {
+  bool called = false;
+  const auto shutDown = [&] {
+    called = true;
+    return module->Shutdown();
+  };
+  try {
+    recorder.Call("Shutdown", "the reader did not stop", shutDown);
+  } catch (const std::bad_alloc&) {
+    if (called) {
+      throw;
+    }
+    shutDown();
+  }
+}
+
+/// The end by an exception. Out of memory it takes none.
+RunEnded FailedBy(const std::exception& problem) noexcept {
+  if (dynamic_cast<const std::bad_alloc*>(&problem) == nullptr) {
+    try {
+      return {EndReason::Failed, problem.what()};
+    } catch (const std::bad_alloc&) {
+    }
+  }
+  return {EndReason::Failed, OutOfMemory};
+}
+
+RunEnded FailedBy(const HostRecorder& recorder) noexcept {
+  try {
+    return {EndReason::Failed, recorder.ListenerFailure().value_or("")};
+  } catch (const std::bad_alloc&) {
+    return {EndReason::Failed, OutOfMemory};
+  }
+}
+
 RunEnded PlayThrough(const ModuleLibrary& library, const RunOptions& options,
                      HostRecorder& recorder, EndOfSession& end) {
-  const TemporaryFolder temporary;
   const LoadedModule module(library, &recorder);
   module->SetHost(&recorder);
-  FollowReaderLog(module, options, temporary.path, recorder);
+  FollowReaderLog(module, options, recorder);
   SetParameters(module, options, recorder);
   AddReactions(module, options, recorder);
   const std::int32_t started =
@@ -226,7 +260,7 @@ RunEnded PlayThrough(const ModuleLibrary& library, const RunOptions& options,
   }
 
   RunEnded ended = WaitForEnd(end, recorder);
-  recorder.Call("Shutdown", "the reader did not stop", [&] { return module->Shutdown(); });
+  Stop(module, recorder);
   return ended;
 }
 
@@ -247,7 +281,7 @@ RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& e
     return PlayThrough(library, options, recorder, end);
   } catch (const std::exception& problem) {
     // Here, as what a module throws may need its library.
-    return {EndReason::Failed, problem.what()};
+    return FailedBy(problem);
   }
 }
 
@@ -265,6 +299,15 @@ std::vector<std::unique_ptr<RunListener>> OpenFiles(const RunOptions& options) {
     files.push_back(std::make_unique<TableSink>(PathFromUtf8(options.table)));
   }
   return files;
+}
+
+/// Tells one that was told nothing since it failed.
+void TellEnd(RunListener& listener, const RunEnded& end) noexcept {
+  try {
+    listener.OnRunEnded(end);
+  } catch (const std::exception&) {
+    // Its failure is the run's already.
+  }
 }
 
 /// Whether an environment variable holds anything.
@@ -291,34 +334,49 @@ int Run(const RunOptions& options) {
   if (terminal && !options.json) {
     listeners.push_back(&progress);
   }
-  listeners.push_back(options.json ? static_cast<RunListener*>(&json) : &text);
+  RunListener* const shown = options.json ? static_cast<RunListener*>(&json) : &text;
+  listeners.push_back(shown);
   for (const std::unique_ptr<RunListener>& file : files) {
     listeners.push_back(file.get());
   }
   listeners.insert(listeners.end(), {&trouble, &end, &count});
   HostRecorder recorder(listeners, {options.refusedSignals.begin(), options.refusedSignals.end()});
 
-  recorder.Begin({options.module, options.session});
   RunEnded ended{};
   try {
+    recorder.Begin({options.module, options.session});
     ended = Play(options, recorder, end);
+    if (count.MissesReaderLines()) {
+      recorder.Warn(
+          {"lines are missing from the reader's log, and with them what they would have "
+           "told: names of documents, warnings"});
+    }
   } catch (const std::exception& problem) {
-    ended = {EndReason::Failed, problem.what()};
+    ended = FailedBy(problem);
   }
   const bool pagesUnread = count.Pages().unread > 0;
   if (pagesUnread) {
     recorder.Count(count.Pages());
   }
+  if (recorder.HasFailed() && ended.message.empty()) {
+    ended = FailedBy(recorder);
+  }
   recorder.End(ended);
 
-  if (const auto failure = recorder.ListenerFailure();
-      failure && ended.reason != EndReason::Failed) {
-    ended = {EndReason::Failed, *failure};
-    trouble.OnRunEnded(ended);
+  // The user looks at one of these, also when it was the one that failed.
+  for (RunListener* const listener : {shown, static_cast<RunListener*>(&trouble)}) {
+    if (!recorder.IsTold(*listener)) {
+      TellEnd(*listener, ended);
+    }
+  }
+  // As a file that cannot be completed.
+  if (recorder.HasFailed() && ended.reason != EndReason::Failed) {
+    ended = FailedBy(recorder);
+    TellEnd(trouble, ended);
   }
   switch (ended.reason) {
     case EndReason::ReaderTerminated:
-      return pagesUnread ? EXIT_FAILURE : EXIT_SUCCESS;
+      return pagesUnread || count.MissesReaderLines() ? EXIT_FAILURE : EXIT_SUCCESS;
     case EndReason::Interrupted:
       return InterruptStatus();
     case EndReason::Failed:

@@ -38,12 +38,23 @@ class ItemStructure(ctypes.Structure):
     ]
 
 
+class ReaderLineStructure(ctypes.Structure):
+    _fields_ = [
+        ("size", c_size_t),
+        ("level", c_int32),
+        ("text", c_char_p),
+        ("document", c_char_p),
+        ("warning", c_char_p),
+    ]
+
+
 LogCallback = CFUNCTYPE(None, c_void_p, c_int32, c_char_p, c_char_p)
 ItemCallback = CFUNCTYPE(c_int32, c_void_p, POINTER(ItemStructure))
 TextCallback = CFUNCTYPE(None, c_void_p, c_char_p)
 PlainCallback = CFUNCTYPE(None, c_void_p)
 ScriptCallback = CFUNCTYPE(c_int32, c_void_p, c_char_p)
 ReaderLineCallback = CFUNCTYPE(None, c_void_p, c_int32, c_char_p, c_char_p)
+ReaderLogCallback = CFUNCTYPE(None, c_void_p, POINTER(ReaderLineStructure))
 EntryCallback = CFUNCTYPE(None, c_void_p, c_char_p, c_char_p)
 
 
@@ -61,6 +72,7 @@ class Callbacks(ctypes.Structure):
         ("error", TextCallback),
         ("reader_line", ReaderLineCallback),
         ("ended", PlainCallback),
+        ("reader_log", ReaderLogCallback),
     ]
 
 

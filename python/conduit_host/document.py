@@ -17,7 +17,6 @@ CHIP_PHOTO = "SCDG2_PHOTO"
 #: What the chip says comes under the page's names, between its own first item and what
 #: begins a page or a swipe.
 PAGE_STARTS = ("INPUT_SOURCE", "CODELINE")
-WARNING = "warning: "
 
 
 def _from(item: str) -> Any:
@@ -215,12 +214,12 @@ class DocumentBuilder:
                 self._next.items.append(happening)
             case Error(text) if text:
                 self._next.errors.append(text)
-            case ReaderLine(_, text, document):
+            case ReaderLine(document=document, warning=warning):
                 if document:
                     yield from self._give()
                     self._next = Document(document)
-                elif text.startswith(WARNING):
-                    self._next.warnings.append(text.removeprefix(WARNING))
+                elif warning:
+                    self._next.warnings.append(warning)
             case Begin():
                 self._within = True
             case End():

@@ -73,6 +73,8 @@ class ReaderLine:
     text: str
     #: What the document comes from that this line heads; else empty.
     document: str
+    #: What the virtual reader doubts; empty in a line that is no warning.
+    warning: str = ""
 
 
 Happening = Union[Item, Event, State, Error, Begin, End, Script, ReaderLine]

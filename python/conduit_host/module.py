@@ -9,9 +9,7 @@ import os
 import time
 import weakref
 from collections.abc import Callable, Generator, Iterator, MutableMapping
-from contextlib import suppress
 from pathlib import Path
-from tempfile import TemporaryDirectory
 from threading import Lock, Thread, local
 from types import TracebackType
 from typing import Any, Concatenate, ParamSpec, TypeVar
@@ -87,7 +85,7 @@ class Module:
         self._error_stands = False
         self._failure: BaseException | None = None
         self._ending = Lock()
-        self._log_folder: TemporaryDirectory[str] | None = None
+        self._own_log = ""
         self._callbacks = self._make_callbacks()
 
         created = library.conduit_host_create(
@@ -125,10 +123,6 @@ class Module:
             self._end(library.conduit_host_destroy)
         _open.discard(self)
         self._dropped.detach()
-        if self._log_folder is not None:
-            # Windows keeps a file that the reader library has not closed yet.
-            with suppress(OSError):
-                self._log_folder.cleanup()
 
     @property
     def parameters(self) -> MutableMapping[str, str]:
@@ -267,10 +261,11 @@ class Module:
         file = self.parameters.get("LogFileName")
         if file is None:
             return
-        if file == "":
-            self._log_folder = TemporaryDirectory(prefix="conduit_host-")
-            file = str(Path(self._log_folder.name) / "reader.log")
-        self._check(library.conduit_host_follow_reader_log(self._handle, encode(file)))
+        own = file in ("", self._own_log)
+        name = None if own else encode(file)
+        self._check(library.conduit_host_follow_reader_log(self._handle, name))
+        if own:
+            self._own_log = self.parameters["LogFileName"]
 
     def _list(self, function: Any) -> list[tuple[str, str]]:
         entries: list[tuple[str, str]] = []
@@ -319,8 +314,8 @@ class Module:
             script=lib.ScriptCallback(self._caught(Module._take_script, 0)),
             state=lib.TextCallback(self._caught(Module._take_state, None)),
             error=lib.TextCallback(self._caught(Module._take_error, None)),
-            reader_line=lib.ReaderLineCallback(self._caught(Module._take_reader_line, None)),
             ended=lib.PlainCallback(self._caught(Module._take_end_of_session, None)),
+            reader_log=lib.ReaderLogCallback(self._caught(Module._take_reader_line, None)),
         )
 
     def _caught(
@@ -393,10 +388,10 @@ class Module:
             self._put(Error(decode(text)))
         self._error_stands = bool(text)
 
-    def _take_reader_line(
-        self, _context: int | None, level: int, text: bytes, document: bytes
-    ) -> None:
-        self._put(ReaderLine(level, decode(text), decode(document)))
+    def _take_reader_line(self, _context: int | None, pointer: Any) -> None:
+        lent = pointer.contents
+        texts = (decode(text) for text in (lent.text, lent.document, lent.warning))
+        self._put(ReaderLine(lent.level, *texts))
 
     def _take_end_of_session(self, _context: int | None) -> None:
         if self._channel is not None:

@@ -1,5 +1,7 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -7,6 +9,7 @@
 #include <sstream>
 
 #include "RunConduit.h"
+#include "platform/Environment.h"
 #include "platform/FilePath.h"
 #include <conduit/Version.h>
 
@@ -71,7 +74,7 @@ TEST(RunCommand, ShowsWhatArrivesInOrder) {
 
 constexpr const char* ReaderScript =
     "reader 2024-05-01T09:30:00.120Z 1 document a.png\n"
-    "reader 2024-05-01T09:30:00.120Z 1 a.png: found\n"
+    "reader 2024-05-01T09:30:00.120Z 1 note a.png: found\n"
     "event DOC_ON_WINDOW\nbegin\nitem NAME 4 41\nend\nevent DOC_REMOVED\n"
     "reader 2024-05-01T09:30:00.121Z 1 document b.png\n"
     "event DOC_ON_WINDOW\nerror b.png: the file ends early\nevent DOC_REMOVED\n"
@@ -111,6 +114,64 @@ TEST(RunCommand, LeavesTheReadersLogWhereTheUserWantsIt) {
   EXPECT_THAT(outcome.output, AllOf(HasSubstr("reader  new\n"), Not(HasSubstr("earlier"))));
   std::ifstream file(log);
   EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), "of an earlier run\nnew\n");
+}
+
+TEST(RunCommand, NeedsNoFolderForTheReadersLog) {
+  if (!std::filesystem::exists("/proc/self/fd")) {
+    GTEST_SKIP() << "this system has no files in memory";
+  }
+  const char* const before = std::getenv("TMPDIR");
+  conduit::SetEnvironment("TMPDIR", InFolder("no-such-folder"));
+  const Outcome outcome = RunFake({}, ToItsEnd(ReaderScript));
+  conduit::SetEnvironment("TMPDIR", before != nullptr ? before : "/tmp");
+  EXPECT_THAT(outcome.output, HasSubstr("\nreader  document b.png\n"));
+}
+
+TEST(RunCommand, TakesNoNameForAWordOfTheReader) {
+  const std::string table = InFolder("names.jsonl");
+  std::filesystem::remove(table);
+  const std::string line = "reader 2024-05-01T09:30:00.120Z 1 ";
+  const Outcome outcome =
+      RunFake({"--json", "--table", table},
+              ToItsEnd(line + "document document 1.png\n" + line + "note document 1.png: none\n" +
+                       line + "note warning: 1.png: none\n" + line +
+                       "warning 1.png\\x0a: odd\nevent DOC_ON_WINDOW\nevent DOC_REMOVED\n"));
+  EXPECT_THAT(outcome.output,
+              AllOf(HasSubstr(R"("text":"document document 1.png","document":"document 1.png"})"),
+                    HasSubstr(R"("text":"document 1.png: none"})"),
+                    HasSubstr(R"("text":"warning: 1.png: none"})"),
+                    HasSubstr(R"("text":"warning: 1.png\n: odd","warning":"1.png\n: odd"})")));
+  std::ifstream file(table);
+  const std::string rows(std::istreambuf_iterator<char>(file), {});
+  EXPECT_EQ(std::count(rows.begin(), rows.end(), '\n'), 1);
+  EXPECT_THAT(rows, AllOf(StartsWith(R"({"file":"document 1.png",)"),
+                          HasSubstr(R"("warnings":["1.png\n: odd"])")));
+}
+
+TEST(RunCommand, SaysThatLinesOfTheReadersLogAreMissing) {
+  const char* const full = "/dev/full";
+  if (!std::filesystem::exists(full)) {
+    GTEST_SKIP() << "this system has no " << full;
+  }
+  const std::string session = WriteFile("no-steps.json", R"({"steps": []})");
+  const Outcome outcome =
+      RunConduit({"run", session, "--set", std::string("LogFileName=").append(full)});
+  EXPECT_THAT(outcome.output, HasSubstr("reader  warning: the reader's log /dev/full is not "
+                                        "followed, as it is not a regular file\n"));
+  EXPECT_THAT(outcome.output, HasSubstr("ERROR   the log file \"/dev/full\" cannot be written: "));
+  EXPECT_THAT(outcome.trouble, HasSubstr("warning: lines are missing from the reader's log"));
+  EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(RunCommand, DoesNotFollowItsOwnOutput) {
+  const std::string output = InFolder("own-output.txt");
+  const Outcome outcome =
+      RunConduit({"run", "--module", Module("FakeModule"), "--set", "LogFileName=" + output},
+                 ToItsEnd("reader line\nevent A\n"), {}, output.c_str());
+  EXPECT_EQ(outcome.status, 0);
+  std::ifstream file(output);
+  EXPECT_THAT(std::string(std::istreambuf_iterator<char>(file), {}),
+              HasSubstr("is not followed, as this program writes its own output into it\n"));
 }
 
 TEST(RunCommand, GivesProgramsOneObjectALine) {

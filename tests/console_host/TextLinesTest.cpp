@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <new>
 #include <random>
 #include <sstream>
 #include <string>
@@ -142,6 +143,27 @@ TEST(HostRecorder, SaysWhatComesTwice) {
   EXPECT_EQ(told.words.size(), 100'000U);
 }
 
+TEST(HostRecorder, LetsNoFailureIntoTheModuleAndTellsNothingBehindALoss) {
+  class WithoutMemory final : public RunListener {
+    void OnItem(const ItemReceived& /*item*/) override { throw std::bad_alloc(); }
+  };
+  WithoutMemory failing;
+  Told told;
+  HostRecorder recorder({&failing, &told}, {});
+  recorder.SendEvent("A");
+  EXPECT_FALSE(recorder.HasFailed());
+  recorder.SendData("NAME", ItemTypeText, 1, "x", nullptr, true);
+  EXPECT_EQ(recorder.ListenerFailure(), "out of memory");
+  EXPECT_FALSE(recorder.IsTold(failing));
+  recorder.SendEvent("B");
+  // What the host does itself is told to the end.
+  EXPECT_EQ(recorder.Call("Shutdown", "", [] { return 13; }), 13);
+  EXPECT_EQ(told.words, "A\nreturned 0\n");
+  recorder.Recover();
+  recorder.SendEvent("C");
+  EXPECT_EQ(told.words, "A\nreturned 0\nC\n");
+}
+
 TEST(TableSink, HasARowForEachDocument) {
   const std::string file = testing::TempDir() + "people-" + std::to_string(std::random_device()());
   const auto fill = [](TableSink& sink) {
@@ -149,7 +171,8 @@ TEST(TableSink, HasARowForEachDocument) {
       sink.OnItem({name, type, static_cast<std::int32_t>(data.size()), data, {}, true, 0});
     };
     sink.OnReaderLine({1, "document a.png", "a.png"});
-    sink.OnReaderLine({1, "warning: a.png: odd", ""});
+    sink.OnReaderLine({1, "warning: a.png: odd", "", "a.png: odd"});
+    sink.OnReaderLine({1, "warning: as its name begins", ""});
     sink.OnEvent({"DOC_ON_WINDOW"});
     sink.OnDataBegan();
     send("CODELINE_SURNAME", ItemTypeText, "M\xDCLLER, \"X\"");

@@ -31,6 +31,7 @@ error jam
 log 0 jam
 """
 UNREAD = """reader 2024-05-01T09:30:00.120Z 1 document a.png
+reader 2024-05-01T09:30:00.120Z 1 warning a.png: odd
 event DOC_ON_WINDOW
 error jam
 event DOC_REMOVED

@@ -81,6 +81,17 @@ def test_makes_documents_of_a_folder_of_scans():
     assert conduit_host.media_type(documents[5].images["IMAGEVIS"]) == "image/png"
 
 
+def test_takes_no_file_name_for_a_word_of_the_reader(tmp_path):
+    names = ["document 1.png", "line\n.png", "warning: 1.png"]
+    for name in names:
+        (tmp_path / name).write_bytes((SCANS / "05-passport.png").read_bytes())
+    with Module() as module:
+        for _ in range(2):  # the second with the log of the first
+            documents = list(module.run(tmp_path))
+            assert [document.source for document in documents] == names
+            assert not any(document.warnings for document in documents)
+
+
 def test_tells_the_parts_of_a_session_apart():
     with Module() as module:
         module.parameters["DateOfBirthFormat"] = "%d.%m.%Y"

@@ -5,6 +5,7 @@
 
 #include "tests/virtual_reader/ReaderSession.h"
 #include <conduit/ReaderCodelineData.h>
+#include <conduit/ReaderLogLine.h>
 
 namespace conduit {
 namespace {
@@ -28,24 +29,24 @@ TEST(ReaderLog, WritesWhatTheLevelAdmits) {
       "codeline": ["P<UTOERIKSSON<<ANNA<MARIA<<<<<<<<<<<<<<<<<<<",
                    "L898902C30UTO7408122F1204159ZE184226B<<<<<10"]}}]})");
   const std::vector<std::string> lines = {
-      "1 playing the session " + (session.folder / "session.json").string(),
-      "4 pause of 50 ms",
-      "2 event DEVICE_CONNECTED, state Enabled",
-      "2 error: two lines",
-      "4 pause of 1 ms",
+      "1 note playing the session " + (session.folder / "session.json").string(),
+      "4 note pause of 50 ms",
+      "2 note event DEVICE_CONNECTED, state Enabled",
+      R"(2 note error: two\x0alines)",
+      "4 note pause of 1 ms",
       "1 document step 3",
-      "1 warning: step 3, document.codeline: the check digit of the document number is '0', by "
+      "1 warning step 3, document.codeline: the check digit of the document number is '0', by "
       "the codeline it would be '6'",
-      "1 warning: step 3, document.codeline: the check digit of the whole codeline is '0', by the "
+      "1 warning step 3, document.codeline: the check digit of the whole codeline is '0', by the "
       "codeline it would be '8'",
-      "2 event DOC_ON_WINDOW, state Error",
-      "2 event START_OF_DOCUMENT_DATA, state Error",
-      "3 item CODELINE (0), 89 bytes",
-      "3 item record (1), " + std::to_string(sizeof(ReaderCodelineData)) + " bytes",
-      "2 event END_OF_DOCUMENT_DATA, state Error",
-      "2 event DOC_REMOVED, state Error",
-      "2 event DEVICE_DISCONNECTED, state Terminated",
-      "1 session ended",
+      "2 note event DOC_ON_WINDOW, state Error",
+      "2 note event START_OF_DOCUMENT_DATA, state Error",
+      "3 note item CODELINE (0), 89 bytes",
+      "3 note item record (1), " + std::to_string(sizeof(ReaderCodelineData)) + " bytes",
+      "2 note event END_OF_DOCUMENT_DATA, state Error",
+      "2 note event DOC_REMOVED, state Error",
+      "2 note event DEVICE_DISCONNECTED, state Terminated",
+      "1 note session ended",
   };
   for (int level = 0; level <= 5; ++level) {
     const std::string file = "log" + std::to_string(level);
@@ -57,6 +58,41 @@ TEST(ReaderLog, WritesWhatTheLevelAdmits) {
     std::copy_if(lines.begin(), lines.end(), std::back_inserter(wanted),
                  [level](const std::string& line) { return line[0] - '0' <= level; });
     EXPECT_EQ(Lines(session.Read(file)), wanted) << "level " << level;
+  }
+}
+
+TEST(ReaderLogLine, BringsAnyBytesBackAndStaysOneLine) {
+  const std::string bytes("\\x0aA\n\x01\x7f\xff");
+  const std::size_t count = bytes.size() * bytes.size() * bytes.size() * bytes.size();
+  for (std::size_t number = 0; number < count; ++number) {
+    std::string text;
+    for (std::size_t rest = number, i = 0; i < 4; ++i, rest /= bytes.size()) {
+      text += bytes[rest % bytes.size()];
+    }
+    std::string line;
+    WriteReaderLogLine(line, "2024-05-01T09:30:00.120Z", 1, ReaderLogKind::Warning,
+                       {text.substr(0, 2), text.substr(2)});
+    ASSERT_EQ(line.find('\n'), line.size() - 1);
+    const auto parsed = ParseReaderLogLine(line.substr(0, line.size() - 1));
+    ASSERT_TRUE(parsed) << line;
+    EXPECT_EQ(parsed->text, text) << line;
+    EXPECT_EQ(parsed->kind, ReaderLogKind::Warning);
+  }
+  std::string line;
+  WriteReaderLogLine(line, "2024-05-01T09:30:00.120Z", 1, ReaderLogKind::Document,
+                     {"C:\\scans\\a.png"});
+  EXPECT_EQ(line, "2024-05-01T09:30:00.120Z 1 document C:\\scans\\a.png\n");
+}
+
+TEST(ReaderLogLine, HasNoStructureInAnotherForm) {
+  EXPECT_EQ(ParseReaderLogLine("2024-05-01T09:30:00.120Z 1 note ")->text, "");
+  EXPECT_EQ(ParseReaderLogLine("2024-05-01T09:30:00.120Z 1 note a\\x4")->text, "a\\x4");
+  for (const char* const line :
+       {"", "document a.png", "2024-05-01T09:30:00.120Z", "2024-05-01T09:30:00.120Z 1 ",
+        "2024-05-01T09:30:00.120Z 1 note", "2024-05-01T09:30:00.120Z 1 warning: a",
+        "2024-05-01T09:30:00.120Z 1 documents a", "2024-05-01T09:30:00.120Z x note a",
+        "2024-05-01 09:30:00.120Z 1 note a"}) {
+    EXPECT_FALSE(ParseReaderLogLine(line)) << line;
   }
 }
 
@@ -96,7 +132,8 @@ TEST(ReaderLog, TellsTheHostOnceOfAFileThatCannotBeOpened) {
   ReaderSession session(R"({"steps": []})");
   const std::string missing = session.NameOf("no/log");
   HaldenReader_EnableLogging(true, 1, EveryPart, missing.c_str());
-  const std::string error = "error: the log file \"" + missing + "\" cannot be written Error";
+  const std::string error =
+      "error: the log file \"" + missing + "\" cannot be written: No such file or directory Error";
   EXPECT_THAT(session.PlayUntil(), testing::ElementsAre("DEVICE_CONNECTED Enabled", error,
                                                         "READER_ERROR_RESOLVED Enabled",
                                                         "DEVICE_DISCONNECTED Terminated"));

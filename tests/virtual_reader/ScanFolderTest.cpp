@@ -54,12 +54,13 @@ TEST(ScanFolder, LaysItsImagesOnTheWindowByName) {
       "image of " + std::to_string(std::filesystem::file_size(session.PathOf("b.PNG")));
   const std::string jpeg =
       "image of " + std::to_string(std::filesystem::file_size(session.PathOf("C.Jpeg")));
-  EXPECT_THAT(session.Read("log"), HasSubstr("1 letter.pdf: not read: its name is not that of"));
-  EXPECT_THAT(session.Read("log"), HasSubstr("1 folder.png: not read: it is a folder"));
+  EXPECT_THAT(session.Read("log"),
+              HasSubstr("1 note letter.pdf: not read: its name is not that of"));
+  EXPECT_THAT(session.Read("log"), HasSubstr("1 note folder.png: not read: it is a folder"));
   EXPECT_THAT(session.Read("log"), testing::Not(HasSubstr("._b.png")));
   EXPECT_THAT(items, ElementsAre(jpeg, std::string(Line1) + "\n" + Line2, none, none, none));
   EXPECT_THAT(session.Read("log"),
-              HasSubstr("1 lost.txt: not read: there is no image of this name"));
+              HasSubstr("1 note lost.txt: not read: there is no image of this name"));
 }
 
 /// What the reader says and does of a page, between two that are as they should be.

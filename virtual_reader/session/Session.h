@@ -13,6 +13,7 @@
 #include "virtual_reader/pages/PageReaders.h"
 #include <conduit/ReaderDataType.h>
 #include <conduit/ReaderEventCode.h>
+#include <conduit/ReaderLogLine.h>
 #include <conduit/ReaderState.h>
 
 namespace conduit {
@@ -46,6 +47,7 @@ struct SendBarcode {
 /// A line for the reader's log, among what it is about.
 struct WriteLine {
   std::string text;
+  ReaderLogKind kind = ReaderLogKind::Note;
 };
 
 using StepAction = std::variant<SendEvent, RaiseError, Pause, SendItem, SendBarcode, WriteLine>;
@@ -75,7 +77,7 @@ class StepSource {
 struct Session {
   std::shared_ptr<PageReaders> readers;  ///< of the steps
   std::unique_ptr<StepSource> steps;
-  std::vector<std::string> remarks;  ///< for the log, before anything is played
+  std::vector<std::string> remarks;  ///< notes for the log, before anything is played
 };
 
 /// Reads and checks what the location names: a session file, a folder whose

@@ -7,18 +7,20 @@
 
 namespace conduit {
 
-void StepBuilder::WriteNote(std::string text) {
-  notes.emplace_back(std::in_place_type<WriteLine>, WriteLine{std::move(text)});
+void StepBuilder::WriteToLog(ReaderLogKind kind, std::string text) {
+  notes.emplace_back(std::in_place_type<WriteLine>, WriteLine{std::move(text), kind});
 }
 
-void StepBuilder::AddDocument(const std::string& name) { WriteNote("document " + name); }
+void StepBuilder::AddDocument(const std::string& name) {
+  WriteToLog(ReaderLogKind::Document, name);
+}
 
 void StepBuilder::Note(const std::string& place, const std::string& text) {
-  WriteNote(std::string(place).append(": ").append(text));
+  WriteToLog(ReaderLogKind::Note, std::string(place).append(": ").append(text));
 }
 
 void StepBuilder::Warn(const std::string& place, const std::string& warning) {
-  Note("warning: " + place, warning);
+  WriteToLog(ReaderLogKind::Warning, std::string(place).append(": ").append(warning));
 }
 
 void StepBuilder::WarnAll(const std::string& place, const std::vector<std::string>& warnings) {

@@ -43,7 +43,7 @@ class StepBuilder {
   Step Take();
 
  private:
-  void WriteNote(std::string text);
+  void WriteToLog(ReaderLogKind kind, std::string text);
 
   Step notes;
   Step actions;

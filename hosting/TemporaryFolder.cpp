@@ -1,4 +1,4 @@
-#include "console_host/TemporaryFolder.h"
+#include "hosting/TemporaryFolder.h"
 
 #include <random>
 #include <stdexcept>

@@ -1,0 +1,132 @@
+#pragma once  // stands alone in C++17
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace conduit {
+
+/// A line of the virtual reader's log: "TIME LEVEL KIND TEXT".
+///
+///     2024-05-01T09:30:00.120Z 1 document 05-passport.png
+///     2024-05-01T09:30:00.120Z 1 note 05-passport.png: no barcode found on the page
+///
+/// A host learns from it what a document comes from and what is doubtful about it. The kind
+/// is always there and the text is escaped, so that no file name and no other free text is
+/// taken for a line of another kind, or for two lines. A line of another form is that of
+/// another reader library's log, and has no structure.
+enum class ReaderLogKind : std::int32_t {
+  Note = 0,      ///< anything else
+  Document = 1,  ///< the text names what the document comes from whose lines follow
+  Warning = 2,   ///< what is doubtful
+};
+
+/// The word of each kind, by its number.
+inline constexpr std::string_view ReaderLogKindNames[] = {"note", "document", "warning"};
+
+/// The form of a line's time, in UTC, after ISO 8601; each d is a digit.
+inline constexpr std::string_view ReaderLogTimeForm = "dddd-dd-ddTdd:dd:dd.dddZ";
+
+struct ReaderLogLine {
+  std::int32_t level;  ///< 0 to 9
+  ReaderLogKind kind;
+  std::string text;  ///< as it was before it was escaped
+};
+
+/// Writes one line with its end. Allocates nothing.
+///
+/// Every control character of the text becomes \xHH, and so does an x after a backslash;
+/// all other bytes stay as they are. So a path of Windows remains readable, and
+/// ParseReaderLogLine gets the exact bytes back.
+/// @param output  receives the pieces of the line by append(const char*, std::size_t)
+/// @param time    of the form ReaderLogTimeForm
+/// @param level   0 to 9
+/// @param texts   the parts that make up the text
+template <typename Output>
+void WriteReaderLogLine(Output& output, std::string_view time, std::int32_t level,
+                        ReaderLogKind kind, std::initializer_list<std::string_view> texts) {
+  const auto put = [&output](std::string_view text) { output.append(text.data(), text.size()); };
+  const char levelField[] = {' ', static_cast<char>('0' + level), ' '};
+  put(time);
+  put({levelField, sizeof levelField});
+  put(ReaderLogKindNames[static_cast<std::size_t>(kind)]);
+  put(" ");
+  bool afterBackslash = false;
+  for (const std::string_view text : texts) {
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+      const auto byte = static_cast<unsigned char>(text[i]);
+      const bool control = byte < 0x20 || byte == 0x7f;
+      if (control || (afterBackslash && byte == 'x')) {
+        constexpr char digits[] = "0123456789abcdef";
+        const char escape[] = {'\\', 'x', digits[byte >> 4U], digits[byte & 0xfU]};
+        put(text.substr(start, i - start));
+        put({escape, sizeof escape});
+        start = i + 1;
+      }
+      afterBackslash = byte == '\\';
+    }
+    put(text.substr(start));
+  }
+  put("\n");
+}
+
+/// @param line  without its end
+/// @returns nothing for a line of another form or of an unknown kind.
+inline std::optional<ReaderLogLine> ParseReaderLogLine(std::string_view line) {
+  const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
+  const auto valueOf = [&isDigit](char digit) {
+    return isDigit(digit) ? digit - '0' : digit >= 'a' && digit <= 'f' ? digit - 'a' + 10 : -1;
+  };
+  const std::size_t timeLength = ReaderLogTimeForm.size();
+  if (line.size() < timeLength + 3 || line[timeLength] != ' ' || !isDigit(line[timeLength + 1]) ||
+      line[timeLength + 2] != ' ') {
+    return std::nullopt;
+  }
+  for (std::size_t i = 0; i < timeLength; ++i) {
+    const char form = ReaderLogTimeForm[i];
+    if (form == 'd' ? !isDigit(line[i]) : line[i] != form) {
+      return std::nullopt;
+    }
+  }
+  const std::int32_t level = line[timeLength + 1] - '0';
+  line.remove_prefix(timeLength + 3);
+
+  const std::string_view word = line.substr(0, line.find(' '));
+  std::size_t kind = 0;
+  while (kind < std::size(ReaderLogKindNames) && ReaderLogKindNames[kind] != word) {
+    ++kind;
+  }
+  if (kind == std::size(ReaderLogKindNames) || word.size() == line.size()) {
+    return std::nullopt;
+  }
+  line.remove_prefix(word.size() + 1);
+
+  std::string text;
+  text.reserve(line.size());
+  while (!line.empty()) {
+    const bool escaped = line.size() >= 4 && line[0] == '\\' && line[1] == 'x' &&
+                         valueOf(line[2]) >= 0 && valueOf(line[3]) >= 0;
+    text += escaped ? static_cast<char>(valueOf(line[2]) * 16 + valueOf(line[3])) : line[0];
+    line.remove_prefix(escaped ? 4 : 1);
+  }
+  return ReaderLogLine{level, static_cast<ReaderLogKind>(kind), std::move(text)};
+}
+
+/// What a reader library says, as its error, of a log that it cannot write: between these
+/// stands the log file's name, and behind them the reason. A host that follows the log knows
+/// by it that it missed lines.
+inline constexpr std::string_view ReaderLogErrorStart = "the log file \"";
+inline constexpr std::string_view ReaderLogErrorMiddle = "\" cannot be written: ";
+
+inline bool IsReaderLogError(std::string_view error) {
+  return error.substr(0, ReaderLogErrorStart.size()) == ReaderLogErrorStart &&
+         error.find(ReaderLogErrorMiddle) != std::string_view::npos;
+}
+
+}  // namespace conduit

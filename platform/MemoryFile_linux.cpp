@@ -1,0 +1,46 @@
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <string>
+#include <utility>
+
+#include "platform/MemoryFile.h"
+
+namespace conduit {
+namespace {
+
+/// Smaller pieces are not worth a call; memory is given back in pages anyway.
+constexpr std::uint64_t WorthReleasing = 64 << 10;
+
+}  // namespace
+
+std::unique_ptr<MemoryFile> MemoryFile::Create() {
+  const int descriptor = memfd_create("conduit", MFD_CLOEXEC);
+  if (descriptor < 0) {
+    return nullptr;
+  }
+  std::unique_ptr<MemoryFile> file(
+      new MemoryFile("/proc/self/fd/" + std::to_string(descriptor), descriptor));
+  // Without /proc there is memory, but no path to it.
+  const bool reachable = access(file->path.c_str(), R_OK | W_OK) == 0;
+  return reachable ? std::move(file) : nullptr;
+}
+
+MemoryFile::MemoryFile(std::filesystem::path path, int descriptor)
+    : path(std::move(path)), descriptor(descriptor) {}
+
+MemoryFile::~MemoryFile() { close(descriptor); }
+
+void MemoryFile::Release(std::uint64_t end) {
+  if (end < released + WorthReleasing) {
+    return;
+  }
+  fallocate(descriptor, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, static_cast<off_t>(released),
+            static_cast<off_t>(end - released));
+  // The page that both ends share stays until all of it has been read.
+  constexpr std::uint64_t page = 4096;
+  released = end / page * page;
+}
+
+}  // namespace conduit

@@ -1,0 +1,17 @@
+#include <utility>
+
+#include "platform/MemoryFile.h"
+
+namespace conduit {
+
+// What Windows keeps in memory has no path.
+std::unique_ptr<MemoryFile> MemoryFile::Create() { return nullptr; }
+
+MemoryFile::MemoryFile(std::filesystem::path path, int descriptor)
+    : path(std::move(path)), descriptor(descriptor) {}
+
+MemoryFile::~MemoryFile() = default;
+
+void MemoryFile::Release(std::uint64_t /*end*/) {}
+
+}  // namespace conduit
