@@ -8,13 +8,13 @@
 /// built again or changed; the minor one when something is added. The third goes up with
 /// a release that leaves the interface as it is.
 #define CONDUIT_VERSION_MAJOR 1
-#define CONDUIT_VERSION_MINOR 1
+#define CONDUIT_VERSION_MINOR 2
 #define CONDUIT_VERSION_PATCH 0
 
-/// The interface's as one number, to be compared: 1001 for 1.1.
+/// The interface's as one number, to be compared: 1002 for 1.2.
 #define CONDUIT_INTERFACE_VERSION (CONDUIT_VERSION_MAJOR * 1000 + CONDUIT_VERSION_MINOR)
 
-/// All three as text: "1.1.0".
+/// All three as text: "1.2.0".
 #define CONDUIT_VERSION                       \
   CONDUIT_VERSION_TEXT(CONDUIT_VERSION_MAJOR) \
   "." CONDUIT_VERSION_TEXT(CONDUIT_VERSION_MINOR) "." CONDUIT_VERSION_TEXT(CONDUIT_VERSION_PATCH)
