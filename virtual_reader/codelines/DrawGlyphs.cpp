@@ -60,8 +60,8 @@ bool DrawGlyph(const stbtt_fontinfo& font, char character, Samples* samples) {
   }
   samples->fill(0);
   stbtt_MakeCodepointBitmapSubpixel(
-      &font, &(*samples)[static_cast<std::size_t>(row * GlyphWidth + column)], width, height,
-      GlyphWidth, scale, scale, shiftX, shiftY, character);
+      &font, samples->data() + std::ptrdiff_t{row} * GlyphWidth + column, width, height, GlyphWidth,
+      scale, scale, shiftX, shiftY, character);
   return true;
 }
 

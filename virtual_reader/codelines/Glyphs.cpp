@@ -37,10 +37,8 @@ std::size_t Index(int x, int y) {
 
 Canvas CanvasOf(const std::uint8_t (&glyph)[GlyphSamples]) {
   Canvas canvas(Index(0, CanvasHeight));
-  for (int y = 0; y < GlyphHeight; ++y) {
-    std::copy_n(
-        glyph + y * GlyphWidth, GlyphWidth,
-        canvas.begin() + static_cast<std::ptrdiff_t>(Index(CanvasBorder, CanvasBorder + y)));
+  for (int i = 0; i < GlyphSamples; ++i) {
+    canvas[Index(CanvasBorder + i % GlyphWidth, CanvasBorder + i / GlyphWidth)] = glyph[i];
   }
   return canvas;
 }

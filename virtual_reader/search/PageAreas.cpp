@@ -809,7 +809,7 @@ PageArea TurnedArea::Around() const {
   return {whole(middleX - wide / 2), whole(middleY - high / 2), whole(wide), whole(high)};
 }
 
-PageAreas FindAreas(const PageImage& image) {
+PageAreas FindAreas(const PageImage& image, bool barsAlone) {
   // A page of more pixels is not one of more symbols: it has larger ones.
   constexpr int largePage = 3000;
   const int cellSize = std::min(image.width, image.height) < largePage ? 4 : 8;
@@ -820,8 +820,12 @@ PageAreas FindAreas(const PageImage& image) {
   }
   const Cells<std::uint8_t> edges = FindEdges(image, cellSize, contrast.Range() / 4);
   const PageArea printed = ExtentOfMarked(edges, image);
-  return {printed, FindIsolated(image, edges), FindBars(image, edges, contrast),
-          FindBullsEyes(image, printed, contrast)};
+  PageAreas areas = {printed, {}, FindBars(image, edges, contrast), {}};
+  if (!barsAlone) {
+    areas.isolated = FindIsolated(image, edges);
+    areas.bullsEyes = FindBullsEyes(image, printed, contrast);
+  }
+  return areas;
 }
 
 }  // namespace conduit

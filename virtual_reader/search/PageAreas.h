@@ -35,6 +35,7 @@ struct PageAreas {
 };
 
 /// Takes less than a byte for each pixel of the image.
-PageAreas FindAreas(const PageImage& image);
+/// @param barsAlone  leaves out the isolated areas and the bull's eyes
+PageAreas FindAreas(const PageImage& image, bool barsAlone);
 
 }  // namespace conduit
