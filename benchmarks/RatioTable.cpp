@@ -104,6 +104,10 @@ bool MeetsItsTarget(const Workload& workload, const TimingCollector& collector) 
   return Excess(workload, RatiosOf(workload, collector)) <= Tolerance;
 }
 
+bool FailsItsTarget(const Workload& workload, const TimingCollector& collector) {
+  return Excess(workload, RatiosOf(workload, collector)) > 2;
+}
+
 std::string RatioTable(const std::vector<Workload>& workloads, const TimingCollector& collector,
                        const HeapUses& heapUses) {
   std::ostringstream time;

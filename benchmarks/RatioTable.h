@@ -52,6 +52,10 @@ class TimingCollector final : public benchmark::BenchmarkReporter {
 /// Whether the module is at most a tenth above what the workload demands of it.
 bool MeetsItsTarget(const Workload& workload, const TimingCollector& collector);
 
+/// Whether the module takes more than twice what the workload demands of it: a fault of the
+/// module, as no busy machine makes that of a ratio.
+bool FailsItsTarget(const Workload& workload, const TimingCollector& collector);
+
 /// The tables that say how the implementations compare, and on what machine.
 std::string RatioTable(const std::vector<Workload>& workloads, const TimingCollector& collector,
                        const HeapUses& heapUses);

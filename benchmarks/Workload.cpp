@@ -215,7 +215,7 @@ const std::vector<Workload>& Workloads() {
       {"image of 100 MB", false, 0, NoPreparation, SendImage<LargeImage>},
       {"event among 1,000 conditions", false, 0, AddConditions, SendWaitedForEvent},
       {"three parameters set and read", false, 0, NoPreparation, SetAndGetParameters},
-      {"load, start, stop, unload", false, 0, CopyLibrary, LoadAndUnload, true},
+      {"load, start, stop, unload", false, 0, CopyLibrary, LoadAndUnload},
   };
   return workloads;
 }

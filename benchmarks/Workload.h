@@ -31,10 +31,6 @@ struct Workload {
   double mostOfFloor;
   void (*prepare)(Subject& subject);
   void (*deliver)(Subject& subject);
-  /// Most of its time is the system's, for the pages of a library, and how much that
-  /// is differs between machines by more than a tenth: a target that is missed is told,
-  /// and is no failure.
-  bool mostlySystem = false;
 };
 
 const std::vector<Workload>& Workloads();
