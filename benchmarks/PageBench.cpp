@@ -3,6 +3,13 @@
 #include <ZXing/BitMatrix.h>
 #include <ZXing/MultiFormatWriter.h>
 #include <ZXing/ReadBarcode.h>
+#if __has_include(<ZXing/ReaderOptions.h>)
+#include <ZXing/ReaderOptions.h>
+#else
+namespace ZXing {
+using ReaderOptions = DecodeHints;
+}
+#endif
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -78,7 +85,7 @@ std::vector<std::string> Alone(const Page& page, ZXing::BarcodeFormats formats) 
   const PageImage& image = page.image;
   const ZXing::ImageView view(image.light.data(), image.width, image.height,
                               ZXing::ImageFormat::Lum);
-  const auto hints = ZXing::DecodeHints()
+  const auto hints = ZXing::ReaderOptions()
                          .setFormats(formats)
                          .setTryHarder(true)
                          .setTryRotate(true)

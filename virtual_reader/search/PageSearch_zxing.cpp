@@ -33,6 +33,12 @@ using ZXing::BarcodeFormat;
 /// none. What 1.4 is guarded against is not compiled in.
 constexpr bool DecoderFindsAll = ZXING_VERSION_MAJOR >= 2;
 
+#if ZXING_VERSION_MAJOR >= 2
+using DecoderOptions = ZXing::ReaderOptions;
+#else
+using DecoderOptions = ZXing::DecodeHints;
+#endif
+
 constexpr struct {
   BarcodeFormat format;
   ReaderDataType type;
@@ -135,7 +141,7 @@ ZXing::ImageView ViewOf(const PageImage& image) {
 
 /// @param failures  also gives what is there and cannot be decoded
 ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats formats, bool failures) {
-  auto hints = ZXing::DecodeHints().setFormats(formats).setReturnErrors(failures);
+  auto options = DecoderOptions().setFormats(formats).setReturnErrors(failures);
   if (!DecoderFindsAll && formats.testFlags(Linear)) {
     // ZXing-C++ 1.4 compares what it finds with its results so far, and for two linear
     // ones of the same bytes, or of which one has failed, asserts that the former was
@@ -143,9 +149,9 @@ ZXing::Results Decode(const ZXing::ImageView& view, ZXing::BarcodeFormats format
     // Debian's build: on most pages as soon as the page is searched a second time at a
     // third of its size, and on any with two equal labels. One result is compared with
     // none.
-    hints.setTryDownscale(false).setMaxNumberOfSymbols(1);
+    options.setTryDownscale(false).setMaxNumberOfSymbols(1);
   }
-  return ZXing::ReadBarcodes(view, hints);
+  return ZXing::ReadBarcodes(view, options);
 }
 
 struct Decoded {
@@ -179,7 +185,7 @@ Decoded DecodeEach(const ZXing::ImageView& view, ZXing::BarcodeFormats formats, 
 
 /// What a single line tells of a linear symbol, which may be chance.
 ZXing::Results DecodeLine(const ZXing::ImageView& view, bool rotate) {
-  return ZXing::ReadBarcodes(view, ZXing::DecodeHints()
+  return ZXing::ReadBarcodes(view, DecoderOptions()
                                        .setFormats(Linear)
                                        .setTryRotate(rotate)
                                        .setTryDownscale(false)
