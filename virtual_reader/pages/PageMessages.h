@@ -13,6 +13,7 @@ namespace conduit {
 
 /// What the reader and its page processes say to each other: small fields, and bytes of any
 /// number, both behind their lengths. Both ends are of one build.
+// NOLINTNEXTLINE(bugprone-exception-escape): moving JSON throws nothing but its assertions
 struct PageMessage {
   nlohmann::json fields;
   std::string bytes;

@@ -35,9 +35,9 @@ int ServePageRequests(const std::function<void(const PageRequest&, const AnswerP
   BecomeWorker();
   std::string head;
   std::string fields;
-  PageMessage message;
   try {
     while (Read(&head, PageMessageHead)) {
+      PageMessage message;
       const PageMessageLengths lengths = LengthsOf(head);
       if (!Read(&fields, lengths.fields) || !Read(&message.bytes, lengths.bytes)) {
         break;

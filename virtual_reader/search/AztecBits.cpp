@@ -126,11 +126,10 @@ class Reading {
     }
     const Mode present = mode;
     mode = latched;
-    if (present != Mode::Punctuation) {
-      data += codes.characters[code];
-    } else if (code == Flag) {
+    if (present == Mode::Punctuation && code == Flag) {
       return ReadFlag();
-    } else if (code >= FirstPair && code < FirstPair + std::size(Pairs)) {
+    }
+    if (present == Mode::Punctuation && code >= FirstPair && code < FirstPair + std::size(Pairs)) {
       data += Pairs[code - FirstPair];
     } else {
       data += codes.characters[code];
