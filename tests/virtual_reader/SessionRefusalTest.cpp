@@ -20,6 +20,15 @@ std::string InDocument(const std::string& fields) {
   return Step(R"({"document": {)" + fields + "}}");
 }
 
+/// An object of the fields "0", "1" and so on.
+std::string ManyFields(int count) {
+  std::string fields;
+  for (int i = 0; i < count; ++i) {
+    fields += (i > 0 ? ", \"" : "\"") + std::to_string(i) + "\": 0";
+  }
+  return "{" + fields + "}";
+}
+
 std::string Text(std::size_t size) { return '"' + std::string(size, 'x') + '"'; }
 
 const Refusal Refusals[] = {
@@ -36,6 +45,9 @@ const Refusal Refusals[] = {
     {Step("{}"), "step 2: a step has exactly one field, this one has 0"},
     {Step(R"({"pause": 1, "state": "Asleep"})"), "step 2: a step has exactly one field"},
     {Step(R"({"pause": 1, "pause": 2})"), "step 2: the field \"pause\" stands twice"},
+    {Step(R"({"event": [1], "event": 2})"), "step 2: the field \"event\" stands twice"},
+    {Step(ManyFields(64)), "step 2: a step has exactly one field, this one has 64"},
+    {Step(ManyFields(65)), "step 2: an object has more than 64 fields"},
     {Step(R"({"puase": 1})"), "step 2: there is no field \"puase\"; known: \"event\", \"error\""},
     {Step(R"({"event": "DOC_ON_WINDOWS"})"),
      "step 2, event: there is no event \"DOC_ON_WINDOWS\"; the nearest is \"DOC_ON_WINDOW\""},

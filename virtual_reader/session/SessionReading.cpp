@@ -1,5 +1,4 @@
 #include <memory>
-#include <set>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -12,63 +11,14 @@
 #include "virtual_reader/session/PageSession.h"
 #include "virtual_reader/session/Session.h"
 #include "virtual_reader/session/SessionField.h"
+#include "virtual_reader/session/SessionJson.h"
 #include "virtual_reader/session/StepReading.h"
 
 namespace conduit {
 namespace {
 
-using Json = SessionField::Json;
-
 /// Images stand in files of their own, so a session is text of modest size.
 constexpr std::uintmax_t LargestSession = std::uintmax_t{16} << 20;
-
-/// Deeper than the date of a codeline, the deepest field; each level costs memory.
-constexpr int DeepestField = 16;
-
-/// Refuses, while the file is read, a field that an object names twice, of which
-/// the parser would silently keep one, and what stands too deep.
-class StructureCheck {
- public:
-  bool operator()(int depth, Json::parse_event_t event, const Json& parsed) {
-    if (depth > DeepestField) {
-      throw SessionError(
-          ReaderResult::SessionMalformed,
-          "lists and objects stand in each other deeper than any field of a session");
-    }
-    constexpr int depthOfSteps = 2;  // in the list that stands in the file's one object
-    if (event == Json::parse_event_t::object_start) {
-      step += depth == depthOfSteps ? 1 : 0;
-      open.emplace_back();
-    } else if (event == Json::parse_event_t::object_end) {
-      open.pop_back();
-    } else if (event == Json::parse_event_t::key && !open.back().insert(parsed).second) {
-      const std::string place = step > 0 ? "step " + std::to_string(step) + ": " : "";
-      throw SessionError(
-          ReaderResult::SessionWrong,
-          place + "the field \"" + parsed.get<std::string>() + "\" stands twice in one object");
-    }
-    return true;
-  }
-
- private:
-  std::vector<std::set<std::string>> open;
-  int step = 0;
-};
-
-/// The library's message without its own error number: "line 3, column 5: ...".
-std::string ReasonOf(const Json::exception& error) {
-  const std::string text = error.what();
-  const std::size_t line = text.find("line ");
-  return "this is not JSON: " + text.substr(line != std::string::npos ? line : text.find("] ") + 2);
-}
-
-Json ParseJson(const std::string& text) {
-  try {
-    return Json::parse(text, StructureCheck());
-  } catch (const Json::exception& error) {
-    throw SessionError(ReaderResult::SessionMalformed, ReasonOf(error));
-  }
-}
 
 std::string ReadSessionFile(const std::filesystem::path& file) {
   try {
@@ -92,7 +42,7 @@ class FileSteps : public StepSource {
 };
 
 Session ReadFile(const std::filesystem::path& file) {
-  const Json json = ParseJson(ReadSessionFile(file));
+  const SessionField::Json json = ParseSessionJson(ReadSessionFile(file));
   const SessionField root(json, "");
   root.Fields({"steps"});
   Session session;

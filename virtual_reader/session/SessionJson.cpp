@@ -1,0 +1,119 @@
+#include "virtual_reader/session/SessionJson.h"
+
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include "virtual_reader/ReaderResult.h"
+
+namespace conduit {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+/// Deeper than the date of a codeline, the deepest field; each level costs memory.
+constexpr std::size_t DeepestField = 16;
+
+/// More than the fields of a codeline's record. An ordered object compares a name with each that
+/// it has, so that without a limit the time grows with their square.
+constexpr std::size_t MostFields = 64;
+
+/// The library's message without its own error number: "line 3, column 5: ...".
+std::string ReasonOf(const Json::exception& error) {
+  const std::string text = error.what();
+  const std::size_t line = text.find("line ");
+  return "this is not JSON: " + text.substr(line != std::string::npos ? line : text.find("] ") + 2);
+}
+
+/// Builds the document from the parser's events. The library can parse with a callback, but then
+/// looks through a whole list for what the callback has discarded, after each entry of the list.
+class JsonBuilder : public nlohmann::json_sax<Json> {
+ public:
+  Json Take() { return std::move(root); }
+
+  bool null() override { return Put(nullptr); }
+  bool boolean(bool value) override { return Put(value); }
+  bool number_integer(number_integer_t value) override { return Put(value); }
+  bool number_unsigned(number_unsigned_t value) override { return Put(value); }
+  bool number_float(number_float_t value, const string_t& /*text*/) override { return Put(value); }
+  bool string(string_t& value) override { return Put(std::move(value)); }
+  bool binary(binary_t& value) override { return Put(std::move(value)); }
+
+  bool start_object(std::size_t /*size*/) override {
+    constexpr std::size_t depthOfSteps = 2;  // in the list that stands in the file's one object
+    step += open.size() == depthOfSteps ? 1 : 0;
+    return Open(Json::object());
+  }
+  bool end_object() override { return Close(); }
+  bool start_array(std::size_t /*size*/) override { return Open(Json::array()); }
+  bool end_array() override { return Close(); }
+
+  bool key(string_t& name) override {
+    Json& object = *open.back();
+    if (object.contains(name)) {
+      Refuse("the field \"" + name + "\" stands twice in one object");
+    }
+    if (object.size() == MostFields) {
+      Refuse("an object has more than " + std::to_string(MostFields) + " fields");
+    }
+    field = &object[name];
+    return true;
+  }
+
+  bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
+                   const Json::exception& error) override {
+    throw SessionError(ReaderResult::SessionMalformed, ReasonOf(error));
+  }
+
+ private:
+  [[noreturn]] void Refuse(const std::string& reason) const {
+    throw SessionError(ReaderResult::SessionWrong,
+                       step > 0 ? "step " + std::to_string(step) + ": " + reason : reason);
+  }
+
+  template <typename Value>
+  bool Put(Value&& value) {
+    Place() = std::forward<Value>(value);
+    return true;
+  }
+
+  bool Open(Json structure) {
+    Json& placed = Place();
+    placed = std::move(structure);
+    open.push_back(&placed);
+    return true;
+  }
+
+  bool Close() {
+    open.pop_back();
+    return true;
+  }
+
+  /// Where the value that begins is to be stored.
+  Json& Place() {
+    if (open.size() > DeepestField) {
+      throw SessionError(
+          ReaderResult::SessionMalformed,
+          "lists and objects stand in each other deeper than any field of a session");
+    }
+    if (open.empty()) {
+      return root;
+    }
+    return open.back()->is_array() ? open.back()->emplace_back() : *field;
+  }
+
+  Json root;
+  std::vector<Json*> open;  ///< lists and objects that have not ended, each within the one before
+  Json* field = nullptr;    ///< of the innermost object, whose value follows
+  int step = 0;             ///< that is being parsed, from 1
+};
+
+}  // namespace
+
+Json ParseSessionJson(const std::string& text) {
+  JsonBuilder builder;
+  Json::sax_parse(text, &builder);
+  return builder.Take();
+}
+
+}  // namespace conduit
