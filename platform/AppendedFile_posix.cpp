@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/AppendedFile.h"
+#include "platform/Descriptor_posix.h"
 
 namespace conduit {
 namespace {
@@ -41,7 +42,7 @@ ssize_t WriteWithoutSignals(int descriptor, const char* bytes, std::size_t size)
 std::string AppendedFile::Open(const std::filesystem::path& file) {
   constexpr int flags = O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
   constexpr mode_t mode = S_IRUSR | S_IWUSR | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH;
-  const int opened = open(file.c_str(), flags, mode);
+  const int opened = AboveStandardStreams(open(file.c_str(), flags, mode));
   const int problem = errno;
   struct stat status = {};
   if (opened < 0) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/Descriptor_posix.h"
 #include "platform/MemoryFile.h"
 
 namespace conduit {
@@ -16,7 +17,7 @@ constexpr std::uint64_t WorthReleasing = 64 << 10;
 }  // namespace
 
 std::unique_ptr<MemoryFile> MemoryFile::Create() {
-  const int descriptor = memfd_create("conduit", MFD_CLOEXEC);
+  const int descriptor = AboveStandardStreams(memfd_create("conduit", MFD_CLOEXEC));
   if (descriptor < 0) {
     return nullptr;
   }

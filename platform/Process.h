@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -14,6 +15,9 @@ std::filesystem::path ProgramFile();
 
 /// The file of the program or the library that has the code at an address.
 std::filesystem::path FileOfCode(const void* address);
+
+/// The number of this process. A fork of it has another one.
+std::int64_t ProcessNumber();
 
 /// Whatever this process and those that it starts create from now on is for this
 /// user alone, where the system has such a setting.

@@ -13,6 +13,8 @@ std::vector<std::string> ProgramArguments(int count, const char* const* argument
                    : std::vector<std::string>();
 }
 
+std::int64_t ProcessNumber() { return getpid(); }
+
 void KeepFilesPrivate() { umask(S_IRWXG | S_IRWXO); }
 
 void LetWritesFail() {

@@ -38,6 +38,8 @@ std::filesystem::path FileOfCode(const void* address) {
 }
 
 // A user's folders are that user's own from the start.
+std::int64_t ProcessNumber() { return GetCurrentProcessId(); }
+
 void KeepFilesPrivate() {}
 
 // They do from the start.

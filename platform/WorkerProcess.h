@@ -26,8 +26,10 @@ class WorkerProcess {
   WorkerProcess(const WorkerProcess&) = delete;
   WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-  /// Blocks until the process has taken all bytes. Returns false when it ends before.
-  bool Write(std::string_view bytes);
+  /// Waits until the process takes bytes, for `time` at most, and writes those for which
+  /// there is room. Returns their number, 0 when it took none in time, or nothing when it
+  /// has ended. On Windows this waits for as long as the process takes nothing.
+  std::optional<std::size_t> Write(std::string_view bytes, std::chrono::milliseconds time);
 
   /// Waits for bytes, for `time` at most, and reads those that are there. Returns their
   /// number, 0 when none came in time, or nothing when the process has ended.

@@ -2,6 +2,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -9,11 +10,13 @@
 #include <csignal>
 #include <cstring>
 #include <ctime>
+#include <iterator>
 #include <mutex>
 #include <stdexcept>
 #include <system_error>
 #include <thread>
 
+#include "platform/Descriptor_posix.h"
 #include "platform/WorkerProcess.h"
 
 namespace conduit {
@@ -63,6 +66,22 @@ class SpawnSetting {
   posix_spawnattr_t attributes;
 };
 
+/// Waits until the channel is ready and moves bytes through it. Nothing at its end.
+template <typename Moving>
+std::optional<std::size_t> Transfer(int channel, short readiness, std::chrono::milliseconds time,
+                                    const Moving& move) {
+  pollfd wait = {channel, readiness, 0};
+  if (poll(&wait, 1, static_cast<int>(time.count())) <= 0) {
+    return 0;
+  }
+  const ssize_t count = move(channel);
+  if (count > 0) {
+    return static_cast<std::size_t>(count);
+  }
+  return count < 0 && (errno == EAGAIN || errno == EINTR) ? std::optional<std::size_t>(0)
+                                                          : std::nullopt;
+}
+
 std::string DescribeEnd(int status) {
   if (!WIFSIGNALED(status)) {
     return "exit status " + std::to_string(WEXITSTATUS(status));
@@ -88,8 +107,12 @@ WorkerProcess::WorkerProcess(const std::filesystem::path& program)
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
     Refuse(program, errno);
   }
+  for (int& end : ends) {
+    end = AboveStandardStreams(end);
+  }
   state->channel = ends[0];
-  const int problem = SpawnSetting(ends[1]).Spawn(program, &state->process);
+  const int problem =
+      ends[0] < 0 || ends[1] < 0 ? errno : SpawnSetting(ends[1]).Spawn(program, &state->process);
   close(ends[1]);
   if (problem != 0) {
     close(ends[0]);
@@ -103,29 +126,17 @@ WorkerProcess::~WorkerProcess() {
   close(state->channel);
 }
 
-bool WorkerProcess::Write(std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t taken = send(state->channel, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-    if (taken < 0 && errno != EINTR) {
-      return false;
-    }
-    bytes.remove_prefix(taken > 0 ? static_cast<std::size_t>(taken) : 0);
-  }
-  return true;
+std::optional<std::size_t> WorkerProcess::Write(std::string_view bytes,
+                                                std::chrono::milliseconds time) {
+  return Transfer(state->channel, POLLOUT, time, [&](int channel) {
+    return send(channel, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+  });
 }
 
 std::optional<std::size_t> WorkerProcess::Read(char* bytes, std::size_t most,
                                                std::chrono::milliseconds time) {
-  pollfd wait = {state->channel, POLLIN, 0};
-  if (poll(&wait, 1, static_cast<int>(time.count())) <= 0) {
-    return 0;
-  }
-  const ssize_t count = recv(state->channel, bytes, most, MSG_DONTWAIT);
-  if (count > 0) {
-    return static_cast<std::size_t>(count);
-  }
-  return count < 0 && (errno == EAGAIN || errno == EINTR) ? std::optional<std::size_t>(0)
-                                                          : std::nullopt;
+  return Transfer(state->channel, POLLIN, time,
+                  [&](int channel) { return recv(channel, bytes, most, MSG_DONTWAIT); });
 }
 
 void WorkerProcess::Kill() {
@@ -165,10 +176,11 @@ std::string WorkerProcess::WaitForEnd() {
 }
 
 void BecomeWorker() {
-  // Its other end belongs to the starter alone: it closes with that process at the latest.
-  std::thread([] {
-    pollfd starter = {STDIN_FILENO, POLLRDHUP, 0};
-    while (poll(&starter, 1, -1) < 0 && errno == EINTR) {
+  // A fork of the starter may hold the channel open beyond its end.
+  const auto starter = static_cast<int>(syscall(SYS_pidfd_open, getppid(), 0));
+  std::thread([starter] {
+    pollfd ends[] = {{STDIN_FILENO, POLLRDHUP, 0}, {starter, POLLIN, 0}};
+    while (poll(ends, std::size(ends), -1) < 0 && errno == EINTR) {
     }
     _exit(0);
   }).detach();

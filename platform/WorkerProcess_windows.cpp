@@ -115,17 +115,14 @@ WorkerProcess::~WorkerProcess() {
   WaitForEnd();
 }
 
-bool WorkerProcess::Write(std::string_view bytes) {
+std::optional<std::size_t> WorkerProcess::Write(std::string_view bytes,
+                                                std::chrono::milliseconds /*time*/) {
   constexpr std::size_t most = 1 << 20;
-  while (!bytes.empty()) {
-    DWORD taken = 0;
-    if (WriteFile(state->input.value, bytes.data(),
-                  static_cast<DWORD>(std::min(bytes.size(), most)), &taken, nullptr) == 0) {
-      return false;
-    }
-    bytes.remove_prefix(taken);
-  }
-  return true;
+  DWORD taken = 0;
+  return WriteFile(state->input.value, bytes.data(),
+                   static_cast<DWORD>(std::min(bytes.size(), most)), &taken, nullptr) != 0
+             ? std::optional<std::size_t>(taken)
+             : std::nullopt;
 }
 
 std::optional<std::size_t> WorkerProcess::Read(char* bytes, std::size_t most,

@@ -112,6 +112,14 @@ void ReaderLog::Close() {
   shortage = {};
 }
 
+void ReaderLog::Release() {
+  Close();
+  const std::lock_guard lock(mutex);
+  for (std::string* const text : {&name, &refusedName, &refusal}) {
+    std::string().swap(*text);
+  }
+}
+
 std::string ReaderLog::TakeTrouble() noexcept {
   try {
     const std::lock_guard lock(mutex);

@@ -31,6 +31,9 @@ class ReaderLog {
 
   void Close();
 
+  /// Closes the log and gives its memory back: it is never destroyed.
+  void Release();
+
   /// Why lines are missing from the log, once for each time that it cannot be written: the
   /// last Open was refused, or a line was lost. Empty when there is nothing to tell.
   /// [allocates; nothing is forgotten when there is no memory]

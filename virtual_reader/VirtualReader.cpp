@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/FilePath.h"
+#include "platform/Process.h"
 #include "platform/SessionLocation.h"
 #include "virtual_reader/session/Session.h"
 
@@ -27,6 +28,7 @@ ReaderResult VirtualReader::Initialise(const ReaderCallbacks& callbacks) {
   }
   {
     const std::lock_guard lock(lifecycle);
+    ForgetAfterFork();
     if (playback != nullptr && !playback->IsOver()) {
       log.Write(LogFailures, "not started: a session is being played already");
       return ReaderResult::AlreadyRunning;
@@ -67,6 +69,7 @@ void VirtualReader::Start(const ReaderCallbacks& callbacks) {
     opening = {RaiseError{refusal}, SendEvent{ReaderEventCode::ReaderErrorResolved, {}}};
   }
   state = ReaderState::Enabled;
+  process = ProcessNumber();
   playback =
       std::make_unique<Playback>(std::move(session), std::move(opening), callbacks, &state, &log);
 }
@@ -93,8 +96,17 @@ void VirtualReader::Shutdown() {
     return;
   }
   const std::lock_guard lock(lifecycle);
+  ForgetAfterFork();
   playback.reset();
   state = ReaderState::NotInitialised;
+}
+
+/// A fork of the host has neither the threads of the playback, which cannot be waited for,
+/// nor a right to its page processes.
+void VirtualReader::ForgetAfterFork() {
+  if (process != ProcessNumber()) {
+    static_cast<void>(playback.release());
+  }
 }
 
 void VirtualReader::Release() {
@@ -105,7 +117,7 @@ void VirtualReader::Release() {
     return;
   }
   Shutdown();
-  log.Close();
+  log.Release();
 }
 
 }  // namespace conduit

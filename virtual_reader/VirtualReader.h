@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 
@@ -30,6 +31,7 @@ class VirtualReader {
 
  private:
   void Start(const ReaderCallbacks& callbacks);
+  void ForgetAfterFork();
   void ReportRefusal(const std::string& reason, const ReaderCallbacks& callbacks);
 
   ReaderLog log;
@@ -38,6 +40,7 @@ class VirtualReader {
   /// that plays: that is the one waited for.
   std::mutex lifecycle;
   std::unique_ptr<Playback> playback;
+  std::int64_t process = 0;  ///< that has started the playback
 };
 
 }  // namespace conduit

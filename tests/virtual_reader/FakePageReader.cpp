@@ -11,12 +11,9 @@ using namespace conduit;
 void Misbehave(const PageRequest& request, const AnswerPage& answer) {
   const std::string_view page = request.bytes;
   if (page.starts_with("search")) {
-    answer({{{"kind", PageAnswer::Decoded}, {"width", 100}, {"height", 100}, {"pages", 1}}, {}});
-    answer({{{"kind", PageAnswer::Codeline},
-             {"lines", {"LINE"}},
-             {"failures", nlohmann::json::array()}},
-            {}});
-    answer(MessageOf(PageFinding{ReaderDataType::BarcodeQr, "found", {0, 0, 9, 9}, ""}));
+    answer(PageDecoded{100, 100, 1});
+    answer(CodelineFindings{{"LINE"}, {}});
+    answer(PageFinding{ReaderDataType::BarcodeQr, "found", {0, 0, 9, 9}, ""});
   }
   if (page.ends_with("crash")) {
     std::abort();
@@ -28,7 +25,7 @@ void Misbehave(const PageRequest& request, const AnswerPage& answer) {
   if (page.ends_with("babble")) {
     std::fputs("This is a text and no message of any kind.", stdout);
   }
-  answer({{{"kind", PageAnswer::Done}, {"error", ""}}, {}});
+  answer(PageDone{});
 }
 
 }  // namespace

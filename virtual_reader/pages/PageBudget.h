@@ -10,12 +10,9 @@ namespace conduit {
 ///
 /// A page of 300 dpi takes a tenth of it at most, one of 100 million pixels a fifth.
 struct PageBudget {
-  /// To decode an image, or to list the pages of a TIFF.
+  /// To decode an image, or to list the pages of a TIFF. By the clock as well for the first
+  /// answer of a process, for which the start of the reader waits.
   std::chrono::milliseconds decoding{10'000};
-
-  /// To see at the start of a session whether an image can be decoded. One that takes longer
-  /// counts as one that can.
-  std::chrono::milliseconds checking{500};
 
   /// To search an image, and beside it for each million pixels.
   std::chrono::milliseconds searching{5'000};

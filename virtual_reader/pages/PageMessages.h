@@ -1,59 +1,71 @@
 #pragma once
 
 #include <cstddef>
-#include <nlohmann/json.hpp>
-#include <optional>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <variant>
 
+#include "virtual_reader/codelines/CodelineFindings.h"
 #include "virtual_reader/pages/PageRequest.h"
 #include "virtual_reader/search/PageFindings.h"
 
 namespace conduit {
 
-/// What the reader and its page processes say to each other: small fields, and bytes of any
-/// number, both behind their lengths. Both ends are of one build.
-// NOLINTNEXTLINE(bugprone-exception-escape): moving JSON throws nothing but its assertions
-struct PageMessage {
-  nlohmann::json fields;
+/// An image is decoded, or the pages of a TIFF file are counted.
+struct PageDecoded {
+  std::int64_t width;   ///< in pixels; 0 when pages were counted
+  std::int64_t height;  ///< in pixels; 0 when pages were counted
+  std::uint64_t pages;  ///< of a TIFF
+};
+
+/// What is delivered in place of a TIFF's page.
+struct PagePng {
   std::string bytes;
 };
 
-/// The kinds of answers, in the field "kind".
-namespace PageAnswer {
-inline constexpr char Decoded[] = "decoded";    ///< "width", "height"; "pages" of a TIFF
-inline constexpr char Png[] = "png";            ///< the bytes that are delivered for a TIFF page
-inline constexpr char Codeline[] = "codeline";  ///< "lines", "failures"
-inline constexpr char Barcode[] = "barcode";    ///< see FindingOf
-inline constexpr char Searched[] = "searched";  ///< behind the last barcode
-inline constexpr char Limit[] = "limit";        ///< "text"
-inline constexpr char Done[] = "done";          ///< "error": empty when all was done
-}  // namespace PageAnswer
+/// The search for barcodes has come to its end.
+struct PageSearched {};
+
+/// What is not looked for.
+struct PageLimit {
+  std::string text;
+};
+
+/// The last answer to a request.
+struct PageDone {
+  std::string error;  ///< empty when all was done
+};
+
+using PageAnswer = std::variant<PageDecoded, PagePng, CodelineFindings, PageFinding, PageSearched,
+                                PageLimit, PageDone>;
+
+/// What the reader and its page processes send to each other: small fields, and bytes of any
+/// number. Both ends are of one build.
+struct PageMessage {
+  std::string fields;
+  std::string bytes;
+};
 
 /// The bytes in front of a message: the lengths of its two parts.
 inline constexpr std::size_t PageMessageHead = 16;
-
-/// What is sent of a message before its bytes.
-std::string HeadOf(const nlohmann::json& fields, std::size_t bytes);
 
 struct PageMessageLengths {
   std::size_t fields;
   std::size_t bytes;
 };
 
+std::string HeadOf(const PageMessageLengths& lengths);
 /// Throws std::runtime_error when a head announces more than a message has.
 PageMessageLengths LengthsOf(std::string_view head);
 
-/// Throws std::runtime_error when the text holds no fields.
-nlohmann::json ParseFields(std::string_view text);
-
 /// All of a request but its bytes.
-nlohmann::json FieldsOf(const PageRequest& request);
-/// Throws std::exception for a message that is no request.
+std::string FieldsOf(const PageRequest& request);
+/// Throws std::runtime_error for a message that is no request.
 PageRequest RequestOf(PageMessage message);
 
-PageMessage MessageOf(const PageFinding& finding);
-/// Throws std::exception for a message that is no finding.
-PageFinding FindingOf(PageMessage message);
+PageMessage MessageOf(PageAnswer answer);
+/// Throws std::runtime_error for a message that is no answer.
+PageAnswer AnswerOf(PageMessage message);
 
 }  // namespace conduit

@@ -1,7 +1,6 @@
 #include "virtual_reader/pages/PageReaders.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <exception>
 #include <optional>
 #include <stdexcept>
@@ -18,97 +17,119 @@ std::string SecondsText(milliseconds time) {
   return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10) + " s";
 }
 
-/// The time that a process may still take.
-class TimeLimit {
+}  // namespace
+
+/// The time that a process may take for a part of its work.
+class PageReaders::TimeLimit {
  public:
-  TimeLimit(const WorkerProcess& process, milliseconds time)
-      : time(time),
-        latest(process.ProcessorTime() + time),
-        clockEnd(std::chrono::steady_clock::now() + ClockFactor * time) {}
+  using Clock = std::chrono::steady_clock;
+
+  explicit TimeLimit(milliseconds time, Clock::time_point latest = Clock::time_point::max())
+      : time(time), clockEnd(std::min(latest, Clock::now() + ClockFactor * time)) {}
+
+  /// The work begins: what the process did before does not count.
+  void Begin(const WorkerProcess& process) { processorEnd = process.ProcessorTime() + time; }
 
   bool IsExceededBy(const WorkerProcess& process) const {
-    return process.ProcessorTime() > latest || std::chrono::steady_clock::now() > clockEnd;
+    return process.ProcessorTime() > processorEnd || Clock::now() > clockEnd;
   }
   milliseconds Time() const { return time; }
 
  private:
   milliseconds time;
-  milliseconds latest;
-  std::chrono::steady_clock::time_point clockEnd;
+  milliseconds processorEnd{0};
+  Clock::time_point clockEnd;
 };
-
-}  // namespace
 
 /// One request, at a process that is this job's alone meanwhile.
 class PageReaders::Job {
  public:
   /// Throws std::runtime_error when no process can be had.
-  Job(PageReaders* readers, milliseconds time)
-      : readers(readers), process(readers->TakeProcess()), limit(*process, time) {}
+  Job(PageReaders* readers, const TimeLimit& limit)
+      : readers(readers), process(readers->TakeProcess()), limit(limit) {
+    this->limit.Begin(*process);
+  }
   ~Job() { readers->GiveBack(std::move(process), done); }
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
 
   /// Hands each answer over until all is done.
-  Outcome Run(const PageRequest& request, const std::function<void(PageMessage)>& take) {
-    // One that has ended tells it when it is read.
-    static_cast<void>(process->Write(HeadOf(FieldsOf(request), request.bytes.size())) &&
-                      process->Write(request.bytes));
-    while (true) {
-      std::optional<PageMessage> message = Receive();
-      if (!message) {
-        return failure;
-      }
-      const std::string kind = message->fields.at("kind").get<std::string>();
-      if (kind == PageAnswer::Done) {
-        done = true;
-        return {Outcome::End::Done, message->fields.at("error").get<std::string>()};
-      }
-      if (kind == PageAnswer::Decoded) {
-        const std::int64_t pixels = message->fields.at("width").get<std::int64_t>() *
-                                    message->fields.at("height").get<std::int64_t>();
-        limit = TimeLimit(*process, readers->budget.SearchingOf(pixels));
-      }
-      take(std::move(*message));
+  Outcome Run(const PageRequest& request, const std::function<void(PageAnswer)>& take) {
+    const std::string fields = FieldsOf(request);
+    const std::string head = HeadOf({fields.size(), request.bytes.size()});
+    if (!Send(head) || !Send(fields) || !Send(request.bytes)) {
+      return failure;
     }
+    while (std::optional<PageMessage> message = Receive()) {
+      PageAnswer answer = AnswerOf(std::move(*message));
+      if (auto* const all = std::get_if<PageDone>(&answer)) {
+        done = true;
+        return {Outcome::End::Done, std::move(all->error)};
+      }
+      const auto* const image = std::get_if<PageDecoded>(&answer);
+      if (image != nullptr && request.task == PageRequest::Task::ReadPage) {
+        limit = TimeLimit(readers->budget.SearchingOf(image->width * image->height));
+        limit.Begin(*process);
+      }
+      take(std::move(answer));
+    }
+    return failure;
   }
 
  private:
   std::optional<PageMessage> Receive() {
-    std::string text;
-    if (!Fill(&text, PageMessageHead)) {
+    std::string head;
+    if (!Fill(&head, PageMessageHead)) {
       return {};
     }
-    const PageMessageLengths lengths = LengthsOf(text);
+    const PageMessageLengths lengths = LengthsOf(head);
     PageMessage message;
-    if (!Fill(&text, lengths.fields) || !Fill(&message.bytes, lengths.bytes)) {
+    if (!Fill(&message.fields, lengths.fields) || !Fill(&message.bytes, lengths.bytes)) {
       return {};
     }
-    message.fields = ParseFields(text);
     return message;
+  }
+
+  /// Returns false when the process does not take the bytes, and then has the reason.
+  bool Send(std::string_view bytes) {
+    while (!bytes.empty()) {
+      const auto taken = process->Write(bytes, Interval);
+      if (!GoesOn(taken)) {
+        return false;
+      }
+      bytes.remove_prefix(*taken);
+    }
+    return true;
   }
 
   /// Returns false when the process does not deliver, and then has the reason.
   bool Fill(std::string* bytes, std::size_t count) {
-    // How long a budget may be exceeded before that is noticed.
-    constexpr milliseconds interval(50);
     bytes->resize(count);
     for (std::size_t have = 0; have < count;) {
-      const auto more = process->Read(bytes->data() + have, count - have, interval);
-      if (!more) {
-        failure = {Outcome::End::Crashed,
-                   "the process that reads pages has ended: " + process->WaitForEnd()};
+      const auto more = process->Read(bytes->data() + have, count - have, Interval);
+      if (!GoesOn(more)) {
         return false;
       }
       have += *more;
-      if (limit.IsExceededBy(*process)) {
-        failure = {Outcome::End::OverBudget,
-                   "it takes longer than its budget of " + SecondsText(limit.Time())};
-        return false;
-      }
     }
     return true;
   }
+
+  bool GoesOn(const std::optional<std::size_t>& moved) {
+    if (!moved) {
+      failure = {Outcome::End::Crashed,
+                 "the process that reads pages has ended: " + process->WaitForEnd()};
+    } else if (limit.IsExceededBy(*process)) {
+      failure = {Outcome::End::OverBudget,
+                 "it takes longer than its budget of " + SecondsText(limit.Time())};
+    } else {
+      return true;
+    }
+    return false;
+  }
+
+  /// How long a budget may be exceeded before that is noticed.
+  static constexpr milliseconds Interval{50};
 
   PageReaders* const readers;
   std::unique_ptr<WorkerProcess> process;
@@ -117,10 +138,10 @@ class PageReaders::Job {
   Outcome failure = {Outcome::End::Done, ""};
 };
 
-PageReaders::Outcome PageReaders::Work(const PageRequest& request, milliseconds time,
-                                       const std::function<void(PageMessage)>& take) {
+PageReaders::Outcome PageReaders::Work(const PageRequest& request, const TimeLimit& limit,
+                                       const std::function<void(PageAnswer)>& take) {
   try {
-    Job job(this, time);
+    Job job(this, limit);
     try {
       return job.Run(request, take);
     } catch (const std::bad_alloc&) {
@@ -138,19 +159,17 @@ PageReading PageReaders::Read(const PageRequest& request) {
   PageReading reading;
   std::vector<PageFinding> found;
   bool decoded = false;
-  const Outcome outcome = Work(request, budget.decoding, [&](PageMessage message) {
-    const std::string kind = message.fields.at("kind").get<std::string>();
-    if (kind == PageAnswer::Decoded) {
+  const Outcome outcome = Work(request, TimeLimit(budget.decoding), [&](PageAnswer answer) {
+    if (const auto* const image = std::get_if<PageDecoded>(&answer)) {
       decoded = true;
-      reading.pages = message.fields.at("pages").get<std::size_t>();
-    } else if (kind == PageAnswer::Png) {
-      reading.png = std::move(message.bytes);
-    } else if (kind == PageAnswer::Codeline) {
-      message.fields.at("lines").get_to(reading.codeline.lines);
-      message.fields.at("failures").get_to(reading.codeline.failures);
-    } else if (kind == PageAnswer::Barcode) {
-      found.push_back(FindingOf(std::move(message)));
-    } else if (kind == PageAnswer::Searched) {
+      reading.pages = image->pages;
+    } else if (auto* const png = std::get_if<PagePng>(&answer)) {
+      reading.png = std::move(png->bytes);
+    } else if (auto* const codeline = std::get_if<CodelineFindings>(&answer)) {
+      reading.codeline = std::move(*codeline);
+    } else if (auto* const finding = std::get_if<PageFinding>(&answer)) {
+      found.push_back(std::move(*finding));
+    } else if (std::holds_alternative<PageSearched>(answer)) {
       reading.searched = true;
     }
   });
@@ -164,18 +183,19 @@ std::size_t PageReaders::CountPages(const std::string& file) {
   request.task = PageRequest::Task::CountPages;
   request.file = file;
   std::size_t count = 0;
-  const Outcome outcome = Work(request, budget.decoding, [&count](const PageMessage& message) {
-    count = message.fields.at("pages").get<std::size_t>();
-  });
+  const Outcome outcome =
+      Work(request, TimeLimit(budget.decoding),
+           [&count](const PageAnswer& answer) { count = std::get<PageDecoded>(answer).pages; });
   if (!outcome.reason.empty()) {
     throw std::invalid_argument(outcome.reason);
   }
   return count;
 }
 
-bool PageReaders::IsReadable(PageRequest request) {
+bool PageReaders::IsReadable(PageRequest request, std::chrono::steady_clock::time_point latest) {
   request.task = PageRequest::Task::CheckImage;
-  const Outcome outcome = Work(request, budget.checking, [](const PageMessage& /*message*/) {});
+  const Outcome outcome =
+      Work(request, TimeLimit(budget.decoding, latest), [](const PageAnswer& /*answer*/) {});
   return outcome.reason.empty() || outcome.end == Outcome::End::OverBudget;
 }
 
@@ -183,8 +203,9 @@ std::vector<std::string> PageReaders::Limits() {
   PageRequest request;
   request.task = PageRequest::Task::DescribeLimits;
   std::vector<std::string> limits;
-  const Outcome outcome = Work(request, budget.decoding, [&limits](const PageMessage& message) {
-    limits.push_back(message.fields.at("text").get<std::string>());
+  const TimeLimit limit(budget.decoding, std::chrono::steady_clock::now() + budget.decoding);
+  const Outcome outcome = Work(request, limit, [&limits](const PageAnswer& answer) {
+    limits.push_back(std::get<PageLimit>(answer).text);
   });
   if (!outcome.reason.empty()) {
     throw std::runtime_error("page images cannot be read: " + outcome.reason);

@@ -48,8 +48,9 @@ class PageReaders {
   /// they cannot be listed.
   std::size_t CountPages(const std::string& file);
 
-  /// Whether the image can be decoded, or the TIFF file has a page.
-  bool IsReadable(PageRequest request);
+  /// Whether the image can be decoded, or the TIFF file has a page. One of which that
+  /// is not known by `latest` counts as one that can.
+  bool IsReadable(PageRequest request, std::chrono::steady_clock::time_point latest);
 
   /// What is not looked for on pages, for the log. Throws std::runtime_error when pages
   /// cannot be read at all, for the program cannot be started.
@@ -65,10 +66,11 @@ class PageReaders {
     End end;
     std::string reason;  ///< why not all was done; empty when all was
   };
+  class TimeLimit;
   class Job;
 
-  Outcome Work(const PageRequest& request, std::chrono::milliseconds time,
-               const std::function<void(PageMessage)>& take);
+  Outcome Work(const PageRequest& request, const TimeLimit& limit,
+               const std::function<void(PageAnswer)>& take);
   std::unique_ptr<WorkerProcess> TakeProcess();
   void GiveBack(std::unique_ptr<WorkerProcess> process, bool reusable);
 

@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <functional>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "platform/Process.h"
@@ -20,9 +20,11 @@ bool Read(std::string* bytes, std::size_t count) {
 }
 
 /// Nobody learns of what cannot be written: the reader has gone, and this process with it.
-void Write(const PageMessage& message) {
-  const std::string head = HeadOf(message.fields, message.bytes.size());
-  for (const std::string_view part : {std::string_view(head), std::string_view(message.bytes)}) {
+void Write(PageAnswer answer) {
+  const PageMessage message = MessageOf(std::move(answer));
+  const std::string head = HeadOf({message.fields.size(), message.bytes.size()});
+  for (const std::string& part :
+       {std::cref(head), std::cref(message.fields), std::cref(message.bytes)}) {
     std::fwrite(part.data(), 1, part.size(), stdout);
   }
   std::fflush(stdout);
@@ -32,17 +34,15 @@ void Write(const PageMessage& message) {
 
 int ServePageRequests(const std::function<void(const PageRequest&, const AnswerPage&)>& work) {
   EndAtOnceOnCrash();
-  BecomeWorker();
-  std::string head;
-  std::string fields;
   try {
+    BecomeWorker();
+    std::string head;
     while (Read(&head, PageMessageHead)) {
       PageMessage message;
       const PageMessageLengths lengths = LengthsOf(head);
-      if (!Read(&fields, lengths.fields) || !Read(&message.bytes, lengths.bytes)) {
+      if (!Read(&message.fields, lengths.fields) || !Read(&message.bytes, lengths.bytes)) {
         break;
       }
-      message.fields = ParseFields(fields);
       work(RequestOf(std::move(message)), Write);
     }
     return EXIT_SUCCESS;

@@ -6,7 +6,7 @@
 
 namespace conduit {
 
-using AnswerPage = std::function<void(const PageMessage&)>;
+using AnswerPage = std::function<void(PageAnswer)>;
 
 /// The main function of a process that works for PageReaders: does `work` on each request
 /// from its standard input until that ends. Returns the exit status.

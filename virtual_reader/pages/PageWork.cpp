@@ -40,13 +40,9 @@ PageImage Decode(const PageRequest& request, const AnswerPage& answer) {
     image = DecodeImage(request.bytes);
   }
   if (!png.empty()) {
-    answer({{{"kind", PageAnswer::Png}}, std::move(png)});
+    answer(PagePng{std::move(png)});
   }
-  answer({{{"kind", PageAnswer::Decoded},
-           {"width", image.width},
-           {"height", image.height},
-           {"pages", pages}},
-          {}});
+  answer(PageDecoded{image.width, image.height, pages});
   return image;
 }
 
@@ -54,24 +50,18 @@ void ReadPage(const PageRequest& request, const AnswerPage& answer) {
   const PageImage image = Decode(request, answer);
   // First, for its time is bounded.
   if (request.codeline) {
-    const CodelineFindings found = SearchCodeline(image);
-    answer({{{"kind", PageAnswer::Codeline}, {"lines", found.lines}, {"failures", found.failures}},
-            {}});
+    answer(SearchCodeline(image));
   }
   if (request.barcodes) {
-    SearchPage(image, [&answer](const PageFinding& finding) { answer(MessageOf(finding)); });
+    SearchPage(image, [&answer](const PageFinding& finding) { answer(finding); });
     if (CanSearchPages()) {
-      answer({{{"kind", PageAnswer::Searched}}, {}});
+      answer(PageSearched{});
     }
   }
 }
 
 void CountPages(const PageRequest& request, const AnswerPage& answer) {
-  answer({{{"kind", PageAnswer::Decoded},
-           {"width", 0},
-           {"height", 0},
-           {"pages", TiffOf(request).Count()}},
-          {}});
+  answer(PageDecoded{0, 0, TiffOf(request).Count()});
 }
 
 void DescribeLimits(const AnswerPage& answer) {
@@ -83,7 +73,7 @@ void DescribeLimits(const AnswerPage& answer) {
     }
     text = "not looked for on pages, as nothing decodes them: " + names;
   }
-  answer({{{"kind", PageAnswer::Limit}, {"text", text}}, {}});
+  answer(PageLimit{text});
 }
 
 void Do(const PageRequest& request, const AnswerPage& answer) {
@@ -114,7 +104,7 @@ void WorkOn(const PageRequest& request, const AnswerPage& answer) {
   } catch (const std::exception& problem) {
     error = problem.what();
   }
-  answer({{{"kind", PageAnswer::Done}, {"error", error}}, {}});
+  answer(PageDone{error});
 }
 
 }  // namespace conduit

@@ -5,7 +5,7 @@
 namespace conduit {
 
 /// Does what a request asks for and hands over each answer as soon as it is there, at last
-/// PageAnswer::Done. Throws what `answer` throws, and std::bad_alloc.
+/// PageDone. Throws what `answer` throws, and std::bad_alloc.
 void WorkOn(const PageRequest& request, const AnswerPage& answer);
 
 }  // namespace conduit

@@ -11,6 +11,9 @@
 namespace conduit {
 namespace {
 
+/// Looking for a readable image holds the start of the reader, which cannot be stopped.
+constexpr std::chrono::milliseconds LongestCheck(700);
+
 class FolderSteps : public StepSource {
  public:
   FolderSteps(std::filesystem::path folder, std::vector<ScanFolder::Scan> scans,
@@ -44,12 +47,11 @@ Session ReadFolder(const std::filesystem::path& folder) {
   Session session;
   session.readers = MakePageReaders();
   RemarkLimits(&session);
-  // A folder that takes longer to judge counts as readable: the start cannot be stopped.
-  const auto latest = std::chrono::steady_clock::now() + std::chrono::milliseconds(300);
+  const auto latest = std::chrono::steady_clock::now() + LongestCheck;
   const bool readable =
       std::any_of(listed.scans.begin(), listed.scans.end(), [&](const ScanFolder::Scan& scan) {
         return std::chrono::steady_clock::now() > latest ||
-               IsReadable(folder, scan, session.readers.get());
+               IsReadable(folder, scan, session.readers.get(), latest);
       });
   if (!readable) {
     throw SessionError(

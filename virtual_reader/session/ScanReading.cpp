@@ -165,7 +165,7 @@ std::deque<StepWork> WorkOnScan(const std::filesystem::path& folder, const ScanF
 }
 
 bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
-                PageReaders* readers) {
+                PageReaders* readers, std::chrono::steady_clock::time_point latest) {
   try {
     const std::filesystem::path file = folder / PathFromUtf8(scan.image);
     PageRequest request;
@@ -174,7 +174,7 @@ bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& sca
     } else {
       request.bytes = ReadInputFile(file, LargestImage);
     }
-    return readers->IsReadable(std::move(request));
+    return readers->IsReadable(std::move(request), latest);
   } catch (const std::exception&) {
     return false;
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <filesystem>
 #include <memory>
@@ -15,8 +16,9 @@ namespace conduit {
 std::deque<StepWork> WorkOnScan(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
                                 const std::shared_ptr<PageReaders>& readers);
 
-/// Whether the file can be decoded, or of a TIFF its directory be read.
+/// Whether the file can be decoded, or of a TIFF its directory be read; one of which that is
+/// not known by `latest` counts as readable.
 bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
-                PageReaders* readers);
+                PageReaders* readers, std::chrono::steady_clock::time_point latest);
 
 }  // namespace conduit
