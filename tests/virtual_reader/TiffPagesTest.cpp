@@ -5,6 +5,7 @@
 #include "tests/virtual_reader/ImageFiles.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/TiffPages.h"
+#include "virtual_reader/pages/PageWork.h"
 
 namespace conduit {
 namespace {
@@ -95,6 +96,41 @@ TEST(TiffPages, ReadsPagesOnThreadsAndByAnyName) {
   EXPECT_EQ(ReasonOf([&file] { TiffPages{file}; }), "the file cannot be read");
 }
 
+/// The process that works on pages lists them once, for as long as the file stays as it is.
+TEST(TiffPages, AreThoseOfTheFileAsItIsNow) {
+  const auto file = std::filesystem::temp_directory_path() / "replaced-pages.tif";
+  PageRequest request;
+  request.file = file.string();
+  const auto decoded = [&request] {
+    std::string text;
+    WorkOn(request, [&text](const PageAnswer& answer) {
+      if (const auto* const page = std::get_if<PageDecoded>(&answer); page != nullptr) {
+        text += std::to_string(page->width) + " of " + std::to_string(page->pages);
+      } else if (const auto* const done = std::get_if<PageDone>(&answer); done != nullptr) {
+        text += done->error;
+      }
+    });
+    return text;
+  };
+  const auto write = [&file](const std::string& bytes) {
+    std::ofstream(file, std::ios::binary) << bytes;
+  };
+  write(ImageBytes("pages.tif"));
+  EXPECT_EQ(decoded(), "1012 of 2");
+  request.page = 1;
+  EXPECT_EQ(decoded(), "638 of 2");
+  request.page = 0;
+  write(ImageBytes("card-g4.tif"));
+  EXPECT_EQ(decoded(), "1012 of 1");
+  // Of the same size.
+  write(std::string(ImageBytes("card-g4.tif").size(), 'x'));
+  std::filesystem::last_write_time(
+      file, std::filesystem::file_time_type::clock::now() + std::chrono::seconds(1));
+  EXPECT_THAT(decoded(), HasSubstr("this TIFF cannot be decoded: "));
+  std::filesystem::remove(file);
+  EXPECT_EQ(decoded(), "the file cannot be read");
+}
+
 TEST(TiffPages, NamesWhatIsWrongWithThePage) {
   const std::string start = std::string("II*\0", 4) + Number(8, 4);
   const auto sized = [](std::uint32_t width, std::uint32_t height, std::uint32_t packing = 1) {
@@ -129,6 +165,18 @@ TEST(TiffPages, NamesWhatIsWrongWithThePage) {
 }
 
 TEST(TiffPages, ReadsTheOthersBesideADamagedPage) {
+  const auto onePixel = [](std::uint32_t at, std::uint32_t next) {
+    return Directory(Entry(256, 1) + Entry(257, 1) + Entry(258, 8) + Entry(259, 1) + Entry(262, 1) +
+                         Entry(273, at) + Entry(278, 1) + Entry(279, 1),
+                     next);
+  };
+  const std::string first = std::string("II*\0", 4) + Number(8, 4) + onePixel(100000, 110);
+  const std::string cut = first + onePixel(8, 0);
+  ASSERT_EQ(first.size(), 110U);
+  const TiffPages endingEarly = TiffPages::OfBytes(cut);
+  EXPECT_EQ(ReasonOf([&] { endingEarly.Read(0); }), "the file ends early");
+  EXPECT_EQ(endingEarly.Read(1).image.width, 1);
+
   std::string bytes = ImageBytes("pages.tif");
   std::fill(bytes.begin() + 8, bytes.begin() + 200, '\xFF');
   const TiffPages pages = TiffPages::OfBytes(bytes);

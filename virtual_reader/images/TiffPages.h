@@ -38,11 +38,14 @@ class TiffPages {
   TiffPages& operator=(const TiffPages&) = delete;
   ~TiffPages();
 
+  /// Returns whether these are the pages of `file`, which has not changed since.
+  bool AreOf(const std::filesystem::path& file) const;
+
   /// At least 1.
   std::size_t Count() const;
 
   /// Decodes a page, with at most 4 bytes a pixel beside its PNG and a strip or a row of
-  /// tiles. Any number of threads at a time: each opens the file for itself.
+  /// tiles. The file is open only meanwhile. [any thread; one waits for the other]
   /// @param index  less than Count()
   TiffPage Read(std::size_t index) const;
 
@@ -55,7 +58,6 @@ class TiffPages {
   explicit TiffPages(std::unique_ptr<Source> given);
 
   std::unique_ptr<Source> source;
-  std::vector<std::uint64_t> pages;  // where their directories begin in the file
 };
 
 }  // namespace conduit

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <mutex>
 #include <stdexcept>
 #include <utility>
 
@@ -16,12 +17,6 @@
 #include "virtual_reader/images/TiffPages.h"
 
 namespace conduit {
-
-/// Where the bytes of the file come from.
-struct TiffPages::Source {
-  std::filesystem::path file;  ///< empty: the bytes are in memory
-  std::string_view bytes;
-};
 
 namespace {
 
@@ -44,18 +39,18 @@ constexpr std::uint16_t Packings[] = {
 /// A file that is open. What libtiff has to say is kept, not printed.
 class OpenTiff {
  public:
-  explicit OpenTiff(const std::filesystem::path& file, std::string_view bytes) : bytes(bytes) {
-    size = bytes.size();
+  explicit OpenTiff(const std::filesystem::path& file, std::string_view bytes)
+      : file(file), bytes(bytes), size(bytes.size()) {
     if (!file.empty()) {
       // A pipe would be waited for, and has no places to go to.
       std::error_code error;
       const bool regular = std::filesystem::is_regular_file(file, error);
       size = regular ? std::filesystem::file_size(file, error) : 0;
-      stream.open(file, std::ios::binary);
-      if (!regular || error || !stream) {
-        throw std::invalid_argument("the file cannot be read");
+      if (!regular || error) {
+        RefuseUnread();
       }
     }
+    Open();
     const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> options(
         TIFFOpenOptionsAlloc(), &TIFFOpenOptionsFree);
     TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), LargestPiece);
@@ -74,6 +69,20 @@ class OpenTiff {
 
   TIFF* Get() const { return tiff; }
 
+  /// What libtiff has learnt of the file stays when it is closed: it follows the directories once.
+  void Open() {
+    endsEarly = false;
+    Forget();
+    if (!file.empty()) {
+      stream.open(file, std::ios::binary);
+      if (!stream) {
+        RefuseUnread();
+      }
+    }
+  }
+  /// Others may want to replace or to remove the file.
+  void Close() { stream.close(); }
+
   /// Whether something was said since the last Forget.
   bool HasComplained() const { return message[0] != '\0'; }
   void Forget() {
@@ -82,6 +91,7 @@ class OpenTiff {
   }
 
   bool EndsEarly() const { return endsEarly; }
+  std::uint64_t Size() const { return size; }
 
   [[noreturn]] void Refuse() const {
     if (endsEarly) {
@@ -91,6 +101,10 @@ class OpenTiff {
   }
 
  private:
+  [[noreturn]] static void RefuseUnread() {
+    throw std::invalid_argument("the file cannot be read");
+  }
+
   static OpenTiff& Of(thandle_t handle) { return *static_cast<OpenTiff*>(handle); }
 
   static tmsize_t OnRead(thandle_t handle, void* to, tmsize_t length) {
@@ -98,7 +112,7 @@ class OpenTiff {
     const std::uint64_t there = self.size - std::min(self.at, self.size);
     const auto count = std::min(there, static_cast<std::uint64_t>(length));
     self.endsEarly = self.endsEarly || count < static_cast<std::uint64_t>(length);
-    if (!self.stream.is_open()) {
+    if (self.file.empty()) {
       std::memcpy(to, self.bytes.data() + (count > 0 ? self.at : 0), count);
     } else {
       // Without exceptions, as a stream is: none may pass through libtiff.
@@ -143,7 +157,8 @@ class OpenTiff {
     return 1;
   }
 
-  std::string_view bytes;
+  const std::filesystem::path file;  ///< empty: the bytes are in memory
+  const std::string_view bytes;
   std::ifstream stream;
   std::uint64_t size = 0;
   std::uint64_t at = 0;
@@ -388,34 +403,65 @@ std::vector<std::uint64_t> ListPages(OpenTiff& file) {
 
 }  // namespace
 
-TiffPages::TiffPages(std::unique_ptr<Source> given) : source(std::move(given)) {
-  OpenTiff file(source->file, source->bytes);
-  pages = ListPages(file);
-}
+struct TiffPages::Source {
+  /// Its own time comes first: what is written meanwhile is a change.
+  explicit Source(const std::filesystem::path& file, std::string_view bytes = {})
+      : file(file), written(TimeOf(file)), tiff(file, bytes), pages(ListPages(tiff)) {
+    tiff.Close();
+  }
+
+  static std::filesystem::file_time_type TimeOf(const std::filesystem::path& file) {
+    std::error_code noFile;
+    return std::filesystem::last_write_time(file, noFile);
+  }
+
+  /// Does `operation` with the decoded page.
+  template <typename Operation>
+  auto Decode(std::size_t index, const Operation& operation) {
+    const std::lock_guard lock(reading);
+    tiff.Open();
+    const std::unique_ptr<OpenTiff, void (*)(OpenTiff*)> closing(
+        &tiff, [](OpenTiff* open) { open->Close(); });
+    return operation(Decoding(tiff, pages.at(index)));
+  }
+
+  const std::filesystem::path file;
+  const std::filesystem::file_time_type written;
+  std::mutex reading;
+  OpenTiff tiff;                           ///< guarded by reading, and open only meanwhile
+  const std::vector<std::uint64_t> pages;  ///< where their directories begin in the file
+};
+
+TiffPages::TiffPages(std::unique_ptr<Source> given) : source(std::move(given)) {}
 
 TiffPages::TiffPages(const std::filesystem::path& file)
-    : TiffPages(std::make_unique<Source>(Source{file, {}})) {}
+    : TiffPages(std::make_unique<Source>(file)) {}
 
 TiffPages TiffPages::OfBytes(std::string_view bytes) {
-  return TiffPages(std::make_unique<Source>(Source{{}, bytes}));
+  return TiffPages(std::make_unique<Source>(std::filesystem::path(), bytes));
 }
 
 TiffPages::TiffPages(TiffPages&& other) noexcept = default;
 TiffPages& TiffPages::operator=(TiffPages&& other) noexcept = default;
 TiffPages::~TiffPages() = default;
 
-std::size_t TiffPages::Count() const { return pages.size(); }
+bool TiffPages::AreOf(const std::filesystem::path& file) const {
+  std::error_code noFile;
+  return source->file == file && source->tiff.Size() == std::filesystem::file_size(file, noFile) &&
+         source->written == Source::TimeOf(file);
+}
+
+std::size_t TiffPages::Count() const { return source->pages.size(); }
 
 TiffPage TiffPages::Read(std::size_t index) const {
-  OpenTiff file(source->file, source->bytes);
-  Decoding decoding(file, pages.at(index));
-  std::string png = decoding.Png();
-  return {decoding.Light(), std::move(png)};
+  return source->Decode(index, [](Decoding decoding) {
+    std::string png = decoding.Png();
+    return TiffPage{decoding.Light(), std::move(png)};
+  });
 }
 
 PageImage TiffPages::ReadImage(std::size_t index) const {
-  OpenTiff file(source->file, source->bytes);
-  return Decoding(file, pages.at(index)).Light();
+  return source->Decode(index, [](Decoding decoding) { return decoding.Light(); });
 }
 
 PageImage DecodeTiff(std::string_view bytes) { return TiffPages::OfBytes(bytes).ReadImage(0); }

@@ -1,6 +1,7 @@
 #include "virtual_reader/pages/PageWork.h"
 
 #include <exception>
+#include <memory>
 #include <new>
 #include <optional>
 #include <stdexcept>
@@ -17,9 +18,19 @@
 namespace conduit {
 namespace {
 
-TiffPages TiffOf(const PageRequest& request) {
-  return request.file.empty() ? TiffPages::OfBytes(request.bytes)
-                              : TiffPages(PathFromUtf8(request.file));
+/// The pages of a file are asked for one after the other. Its directories are listed for the first
+/// of them only, or the time grows with the square of their number.
+std::shared_ptr<const TiffPages> TiffOf(const PageRequest& request) {
+  if (request.file.empty()) {
+    return std::make_shared<TiffPages>(TiffPages::OfBytes(request.bytes));
+  }
+  static std::shared_ptr<const TiffPages> last;
+  const std::filesystem::path file = PathFromUtf8(request.file);
+  if (last == nullptr || !last->AreOf(file)) {
+    last = nullptr;
+    last = std::make_shared<TiffPages>(file);
+  }
+  return last;
 }
 
 bool IsTiff(const PageRequest& request) {
@@ -31,9 +42,9 @@ PageImage Decode(const PageRequest& request, const AnswerPage& answer) {
   std::string png;
   std::size_t pages = 1;
   if (IsTiff(request)) {
-    const TiffPages tiff = TiffOf(request);
-    TiffPage page = tiff.Read(request.page);
-    pages = tiff.Count();
+    const auto tiff = TiffOf(request);
+    TiffPage page = tiff->Read(request.page);
+    pages = tiff->Count();
     image = std::move(page.image);
     png = std::move(page.png);
   } else {
@@ -61,7 +72,7 @@ void ReadPage(const PageRequest& request, const AnswerPage& answer) {
 }
 
 void CountPages(const PageRequest& request, const AnswerPage& answer) {
-  answer(PageDecoded{0, 0, TiffOf(request).Count()});
+  answer(PageDecoded{0, 0, TiffOf(request)->Count()});
 }
 
 void DescribeLimits(const AnswerPage& answer) {
