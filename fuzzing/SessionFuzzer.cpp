@@ -5,6 +5,7 @@
 #include <fstream>
 
 #include "virtual_reader/ReaderResult.h"
+#include "virtual_reader/session/DocumentStep.h"
 #include "virtual_reader/session/Session.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -19,8 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   try {
     const conduit::Session session = conduit::ReadSession(file);
-    while (const std::optional<conduit::StepWork> work = session.steps->Next()) {
-      (*work)();
+    while (const std::optional<conduit::Document> document = session.documents->Next()) {
+      conduit::MakeStep(*document, conduit::ReadImages(*document, session.readers.get()));
     }
   } catch (const conduit::SessionError&) {
     // The one way in which a session is refused.

@@ -33,26 +33,13 @@ std::size_t BytesOf(const Step& step) {
 constexpr const char* NoMemory = "the system has no memory left for a step of the session";
 constexpr const char* SourceFailed = "the session ends early: the system has no memory left";
 
-/// Sources report page errors themselves; only out-of-memory reaches this.
-MadeStep Make(const StepWork& work) {
-  try {
-    try {
-      return {work()};
-    } catch (const std::bad_alloc&) {
-      throw;
-    } catch (const std::exception& error) {
-      return {{RaiseError{std::string("a step of the session cannot be played: ") + error.what()},
-               SendEvent{ReaderEventCode::ReaderErrorResolved, {}}}};
-    }
-  } catch (...) {
-    return {{}, NoMemory};
-  }
-}
-
 }  // namespace
 
-LookAhead::LookAhead(std::unique_ptr<StepSource> source, unsigned workerCount)
-    : source(std::move(source)), mostAhead(StepsForEachWorker * workerCount) {
+LookAhead::LookAhead(std::unique_ptr<DocumentSource> source,
+                     std::function<Step(const Document&)> make, unsigned workerCount)
+    : source(std::move(source)),
+      make(std::move(make)),
+      mostAhead(StepsForEachWorker * workerCount) {
   try {
     while (workers.size() < workerCount) {
       workers.emplace_back([this] { Work(); });
@@ -98,13 +85,31 @@ std::optional<MadeStep> LookAhead::Take() {
 
 void LookAhead::Work() {
   while (const std::optional<Claim> claim = ClaimNext()) {
-    MadeStep made = Make(claim->work);
+    MadeStep made = Make(claim->document);
     const std::lock_guard lock(mutex);
     claim->place->bytes = BytesOf(made.step);
     bytesAhead += claim->place->bytes;
     claim->place->made = std::move(made);
     claim->place->isMade = true;
     changed.notify_all();
+  }
+}
+
+/// Errors of images are part of the step; only out-of-memory is expected here.
+MadeStep LookAhead::Make(const Document& document) const {
+  try {
+    try {
+      return {make(document)};
+    } catch (const std::bad_alloc&) {
+      throw;
+    } catch (const std::exception& error) {
+      MadeStep failed;
+      AddPassingError(&failed.step,
+                      std::string("a step of the session cannot be played: ") + error.what());
+      return failed;
+    }
+  } catch (...) {
+    return {{}, NoMemory};
   }
 }
 
@@ -133,15 +138,15 @@ std::optional<LookAhead::Claim> LookAhead::WaitForNext() {
       return {};
     }
     lock.unlock();
-    std::optional<StepWork> work = source->Next();
+    std::optional<Document> document = source->Next();
     lock.lock();
-    if (!work) {
+    if (document) {
+      return Claim{std::move(*document), &ahead.emplace_back()};
+    }
+    if (!source->CanGrow()) {
       complete = true;
       changed.notify_all();
       return {};
-    }
-    if (*work) {
-      return Claim{std::move(*work), &ahead.emplace_back()};
     }
     changed.wait_for(lock, PollInterval, [this] { return stopped; });
   }

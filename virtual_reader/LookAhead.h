@@ -3,6 +3,7 @@
 #include <condition_variable>
 #include <cstddef>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -23,8 +24,10 @@ struct MadeStep {
 /// and not yet played is bounded in number and in bytes.
 class LookAhead {
  public:
+  /// @param make         reads the images of a document and makes its step [any thread]
   /// @param workerCount  threads, at least one
-  LookAhead(std::unique_ptr<StepSource> source, unsigned workerCount);
+  LookAhead(std::unique_ptr<DocumentSource> source, std::function<Step(const Document&)> make,
+            unsigned workerCount);
   /// Stops, and waits for the work under way.
   ~LookAhead();
   LookAhead(const LookAhead&) = delete;
@@ -48,16 +51,18 @@ class LookAhead {
     bool isMade = false;
   };
   struct Claim {
-    StepWork work;
+    Document document;
     Place* place;
   };
 
   void Work();
+  MadeStep Make(const Document& document) const;
   std::optional<Claim> ClaimNext();
   std::optional<Claim> WaitForNext();
   bool HasRoom() const;
 
-  const std::unique_ptr<StepSource> source;  ///< guarded by claiming
+  const std::unique_ptr<DocumentSource> source;  ///< guarded by claiming
+  const std::function<Step(const Document&)> make;
   const std::size_t mostAhead;
 
   std::mutex claiming;  ///< held before mutex, so that places stand in the source's order

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "virtual_reader/session/DocumentStep.h"
 #include <conduit/ReaderBarcodeData.h>
 #include <conduit/ReaderItem.h>
 
@@ -50,7 +51,12 @@ Playback::Playback(Session session, Step opening, const ReaderCallbacks& callbac
     : ownCode(HoldLibrary(reinterpret_cast<const void*>(&Playback::OfThisThread))),
       calledCode(HoldLibrary(reinterpret_cast<const void*>(callbacks.event))),
       readers(std::move(session.readers)),
-      steps(std::move(session.steps), std::max(std::thread::hardware_concurrency(), 1U)),
+      steps(
+          std::move(session.documents),
+          [pages = readers.get()](const Document& document) {
+            return MakeStep(document, ReadImages(document, pages));
+          },
+          std::max(std::thread::hardware_concurrency(), 1U)),
       opening(std::move(opening)),
       callbacks(callbacks),
       state(state),

@@ -11,34 +11,17 @@
 namespace conduit {
 namespace {
 
-Step StepWith(const std::string& text) {
-  Step step;
-  step.emplace_back(std::in_place_type<WriteLine>, WriteLine{text});
-  return step;
-}
-
-/// Steps that say their number, made in unequal times.
-class NumberedSteps : public StepSource {
+/// Documents that are named by their number.
+class NumberedDocuments : public DocumentSource {
  public:
-  NumberedSteps(int count, std::atomic<int>* made) : count(count), made(made) {}
+  explicit NumberedDocuments(int count) : count(count) {}
 
-  std::optional<StepWork> Next() override {
-    if (next == count) {
-      return {};
-    }
-    return [number = next++, made = made] {
-      std::this_thread::sleep_for(std::chrono::milliseconds(number * 7 % 5));
-      ++*made;
-      if (number == 3) {
-        throw std::runtime_error("three");
-      }
-      return StepWith(std::to_string(number));
-    };
+  std::optional<Document> Next() override {
+    return next < count ? std::optional(Document{.name = std::to_string(next++)}) : std::nullopt;
   }
 
  private:
   const int count;
-  std::atomic<int>* const made;
   int next = 0;
 };
 
@@ -51,7 +34,18 @@ TEST(LookAhead, HandsStepsOutInTheirOrderAndStaysAFewAhead) {
   constexpr int count = 60;
   constexpr int workers = 4;
   std::atomic<int> made = 0;
-  LookAhead steps(std::make_unique<NumberedSteps>(count, &made), workers);
+  // In unequal times.
+  const auto make = [&made](const Document& document) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(std::stoi(document.name) * 7 % 5));
+    ++made;
+    if (document.name == "3") {
+      throw std::runtime_error("three");
+    }
+    Step step;
+    Add(&step, WriteLine{document.name});
+    return step;
+  };
+  LookAhead steps(std::make_unique<NumberedDocuments>(count), make, workers);
   for (int i = 0; i < count; ++i) {
     const std::optional<MadeStep> taken = steps.Take();
     ASSERT_TRUE(taken);
@@ -63,19 +57,20 @@ TEST(LookAhead, HandsStepsOutInTheirOrderAndStaysAFewAhead) {
 }
 
 TEST(LookAhead, TellsOfWhatIsLostWithoutMemory) {
-  class Exhausted : public StepSource {
+  class Exhausted : public DocumentSource {
    public:
-    std::optional<StepWork> Next() override {
+    std::optional<Document> Next() override {
       if (asked++ > 0) {
         throw std::bad_alloc();
       }
-      return []() -> Step { throw std::bad_alloc(); };
+      return Document();
     }
 
    private:
     int asked = 0;
   };
-  LookAhead steps(std::make_unique<Exhausted>(), 2);
+  const auto make = [](const Document& /*document*/) -> Step { throw std::bad_alloc(); };
+  LookAhead steps(std::make_unique<Exhausted>(), make, 2);
   const std::optional<MadeStep> unmade = steps.Take();
   ASSERT_TRUE(unmade);
   EXPECT_STREQ(unmade->lost, "the system has no memory left for a step of the session");
@@ -86,11 +81,13 @@ TEST(LookAhead, TellsOfWhatIsLostWithoutMemory) {
 }
 
 TEST(LookAhead, StopsWhileItWaitsForMoreSteps) {
-  class Never : public StepSource {
+  class Never : public DocumentSource {
    public:
-    std::optional<StepWork> Next() override { return StepWork(); }
+    std::optional<Document> Next() override { return {}; }
+    bool CanGrow() const override { return true; }
   };
-  LookAhead steps(std::make_unique<Never>(), 2);
+  LookAhead steps(
+      std::make_unique<Never>(), [](const Document& /*document*/) { return Step(); }, 2);
   std::thread other([&] { steps.RequestStop(); });
   EXPECT_FALSE(steps.Take());
   other.join();

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <iterator>
+#include <exception>
+#include <new>
 #include <stdexcept>
+#include <utility>
 
 #include "platform/FilePath.h"
+#include "virtual_reader/InputFile.h"
 #include "virtual_reader/images/ImageFormat.h"
 #include "virtual_reader/records/AamvaReading.h"
 
@@ -34,7 +37,7 @@ std::size_t RankAmong(const std::array<ReaderDataType, Size>& types, ReaderDataT
 
 /// The images in the order of these types; those of other types come last.
 template <class Image, std::size_t Size>
-std::vector<Image*> Ordered(std::vector<Image>& images,
+std::vector<Image*> Ordered(std::span<Image> images,
                             const std::array<ReaderDataType, Size>& types) {
   std::vector<Image*> ordered;
   ordered.reserve(images.size());
@@ -42,18 +45,39 @@ std::vector<Image*> Ordered(std::vector<Image>& images,
     ordered.push_back(&image);
   }
   std::stable_sort(ordered.begin(), ordered.end(), [&types](const Image* a, const Image* b) {
-    return RankAmong(types, a->type) < RankAmong(types, b->type);
+    return RankAmong(types, a->file->type) < RankAmong(types, b->file->type);
   });
   return ordered;
 }
 
 bool ShowsPage(const DocumentImage& image) {
-  return RankAmong(PagesByBarcodes, image.type) < PagesByBarcodes.size();
+  return RankAmong(PagesByBarcodes, image.file->type) < PagesByBarcodes.size();
 }
 
-/// What is neither an image by its bytes nor by its name is sent as it is.
+/// The reader sends a file as it is when neither its bytes nor its name are those of an image.
 bool IsImage(const DocumentImage& image) {
-  return FormatOf(image.bytes).has_value() || IsImageName(PathFromUtf8(image.name));
+  return image.file->tiffPage.has_value() || FormatOf(image.bytes).has_value() ||
+         IsImageName(image.file->path);
+}
+
+/// @param wanted  on an image that shows a page
+void Read(DocumentImage* image, const PagesWanted& wanted, PageReaders* readers) {
+  const ImageFile& file = *image->file;
+  PageRequest request;
+  if (file.tiffPage) {
+    request.file = AbsoluteName(file.path);
+    request.page = *file.tiffPage;
+  } else {
+    image->bytes = ReadInputFile(file.path, LargestImage);
+  }
+  if (!IsImage(*image)) {
+    return;
+  }
+  request.barcodes = wanted.barcodes && ShowsPage(*image);
+  request.codeline = wanted.codeline && ShowsPage(*image);
+  request.bytes = std::move(image->bytes);
+  image->reading = readers->Read(request);
+  image->bytes = std::move(image->reading.png.empty() ? request.bytes : image->reading.png);
 }
 
 struct FoundBarcode {
@@ -64,34 +88,35 @@ struct FoundBarcode {
 /// Tells of the images of one document, and adds what was read from them.
 class ImagesOfDocument {
  public:
-  ImagesOfDocument(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step)
-      : images(std::move(images)), wanted(wanted), step(step) {}
+  ImagesOfDocument(Step* step, std::span<DocumentImage> images, const PagesWanted& wanted)
+      : step(step), images(images), wanted(wanted) {}
 
-  void Add() {
+  void Send() {
     for (const DocumentImage* image : Ordered(images, PagesByCodeline)) {
       if (image->reading.error.empty()) {
         TellOf(*image);
       }
     }
     WarnOfUnreadCodeline();
-    AddCodeline();
+    SendCodeline();
     SendImages();
-    AddBarcodes();
+    SendBarcodes();
   }
 
  private:
   void TellOf(const DocumentImage& image) {
-    if (image.reading.pages > 1) {
-      step->Warn(image.name, "the first of its " + std::to_string(image.reading.pages) +
-                                 " pages is taken, as it is one image of a document");
+    if (image.reading.pages > 1 && !image.file->tiffPage) {
+      AddWarning(step, image.file->name,
+                 "the first of its " + std::to_string(image.reading.pages) +
+                     " pages is taken, as it is one image of a document");
     }
     if (ShowsPage(image) && !IsImage(image)) {
-      step->Warn(image.name, "not searched, as it is no image of a known format");
+      AddWarning(step, image.file->name, "not searched, as it is no image of a known format");
     }
     TakeBarcodes(image);
     TakeCodeline(image);
     if (!image.reading.shortened.empty()) {
-      step->Warn(image.name, "not searched to the end: " + image.reading.shortened);
+      AddWarning(step, image.file->name, "not searched to the end: " + image.reading.shortened);
     }
   }
 
@@ -102,17 +127,17 @@ class ImagesOfDocument {
       barcodes.push_back({barcode, &image});
     }
     if (!symbologies.empty()) {
-      step->Note(image.name, "found on the page: " + symbologies);
+      AddNote(step, image.file->name, "found on the page: " + symbologies);
     } else if (image.reading.searched) {
-      step->Note(image.name, "no barcode found on the page");
+      AddNote(step, image.file->name, "no barcode found on the page");
     }
-    step->WarnAll(image.name, image.reading.barcodes.failures);
+    AddWarnings(step, image.file->name, image.reading.barcodes.failures);
   }
 
   void TakeCodeline(const DocumentImage& image) {
     const CodelineFindings& findings = image.reading.codeline;
     if (!findings.lines.empty() && codelineImage == nullptr) {
-      step->Note(image.name, "a codeline found on the page");
+      AddNote(step, image.file->name, "a codeline found on the page");
       codelineImage = &image;
     }
     for (const std::string& failure : findings.failures) {
@@ -124,24 +149,25 @@ class ImagesOfDocument {
   void WarnOfUnreadCodeline() {
     for (const auto& [image, failure] : unreadCodelines) {
       if (codelineImage == nullptr || codelineImage == image) {
-        step->Warn(image->name, failure);
+        AddWarning(step, image->file->name, failure);
       }
     }
   }
 
-  void AddCodeline() {
+  void SendCodeline() {
     if (codelineImage != nullptr) {
-      step->AddCodeline(codelineImage->name, ReadCodeline(codelineImage->reading.codeline.lines),
-                        ReaderDataType::Codeline, ReaderDataType::CodelineRecord);
+      AddCodeline(step, codelineImage->file->name,
+                  ReadCodeline(codelineImage->reading.codeline.lines), ReaderDataType::Codeline,
+                  ReaderDataType::CodelineRecord);
     }
   }
 
   void SendImages() {
     for (DocumentImage& image : images) {
       if (image.reading.error.empty()) {
-        step->Add(SendItem{image.type, std::move(image.bytes)});
+        Add(step, SendItem{image.file->type, std::move(image.bytes)});
       } else {
-        step->AddPassingError(image.place + ": " + image.reading.error);
+        AddPassingError(step, ErrorOf(image));
       }
     }
   }
@@ -163,33 +189,33 @@ class ImagesOfDocument {
     return once;
   }
 
-  void AddBarcodes() {
+  void SendBarcodes() {
     const std::vector<FoundBarcode> found = BarcodesOnce();
     std::int32_t index = 0;
     for (const FoundBarcode& one : found) {
-      step->Add(SendBarcode{one.barcode.type, index++, static_cast<std::int32_t>(found.size()), 0,
+      Add(step, SendBarcode{one.barcode.type, index++, static_cast<std::int32_t>(found.size()), 0,
                             one.barcode.data});
     }
     for (const FoundBarcode& one : found) {
       if (wanted.aamva && one.barcode.type == ReaderDataType::BarcodePdf417 &&
           IsAamva(one.barcode.data)) {
-        AddLicence(one);
+        SendLicence(one);
       }
     }
   }
 
-  void AddLicence(const FoundBarcode& found) {
+  void SendLicence(const FoundBarcode& found) {
     try {
-      step->AddAamva(found.image->name, found.barcode.data);
+      AddAamva(step, found.image->file->name, found.barcode.data);
     } catch (const std::invalid_argument& reason) {
-      step->Warn(found.image->name,
+      AddWarning(step, found.image->file->name,
                  std::string("no AAMVA record of the barcode: ") + reason.what());
     }
   }
 
-  std::vector<DocumentImage> images;
+  Step* const step;
+  const std::span<DocumentImage> images;
   const PagesWanted wanted;
-  StepBuilder* const step;
   std::vector<FoundBarcode> barcodes;
   const DocumentImage* codelineImage = nullptr;
   std::vector<std::pair<const DocumentImage*, std::string>> unreadCodelines;
@@ -197,26 +223,43 @@ class ImagesOfDocument {
 
 }  // namespace
 
-void ReadImages(std::vector<DocumentImage>* images, const PagesWanted& wanted,
-                PageReaders* readers) {
-  bool codelineWanted = wanted.codeline;
-  for (DocumentImage* image : Ordered(*images, PagesByCodeline)) {
-    if (!IsImage(*image)) {
+std::vector<DocumentImage> ReadImages(const Document& document, PageReaders* readers) {
+  std::vector<DocumentImage> images;
+  for (const DocumentPart& part : document.parts) {
+    if (const auto* const files = std::get_if<std::vector<ImageFile>>(&part); files != nullptr) {
+      for (const ImageFile& file : *files) {
+        images.push_back({&file, {}, {}});
+        images.back().reading.error = file.error;
+      }
+    }
+  }
+  PagesWanted wanted = document.wanted;
+  for (DocumentImage* image : Ordered(std::span(images), PagesByCodeline)) {
+    if (!image->reading.error.empty()) {
       continue;
     }
-    PageRequest request;
-    request.barcodes = wanted.barcodes && ShowsPage(*image);
-    request.codeline = codelineWanted && ShowsPage(*image);
-    request.bytes = std::move(image->bytes);
-    image->reading = readers->Read(request);
-    image->bytes =
-        image->reading.png.empty() ? std::move(request.bytes) : std::move(image->reading.png);
-    codelineWanted = codelineWanted && image->reading.codeline.lines.empty();
+    try {
+      Read(image, wanted, readers);
+    } catch (const std::bad_alloc&) {
+      image->reading.error = "the system has no memory left for it";
+    } catch (const std::exception& problem) {
+      image->reading.error = problem.what();
+    }
+    wanted.codeline = wanted.codeline && image->reading.codeline.lines.empty();
   }
+  return images;
 }
 
-void AddImages(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step) {
-  ImagesOfDocument(std::move(images), wanted, step).Add();
+std::string ErrorOf(const DocumentImage& image) {
+  return image.file->place + ": " + image.reading.error;
+}
+
+void AddImages(Step* step, std::span<DocumentImage> images, const PagesWanted& wanted) {
+  ImagesOfDocument(step, images, wanted).Send();
+}
+
+std::string AbsoluteName(const std::filesystem::path& file) {
+  return Utf8FromPath(std::filesystem::absolute(file));
 }
 
 }  // namespace conduit

@@ -1,42 +1,38 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "virtual_reader/pages/PageReaders.h"
-#include "virtual_reader/session/StepBuilder.h"
+#include "virtual_reader/session/Document.h"
 
 namespace conduit {
 
 /// Room for an uncompressed page image of A3 at 600 dpi in colour.
 inline constexpr std::uintmax_t LargestImage = std::uintmax_t{256} << 20;
 
-/// An image of a document, and what kind it is sent as.
+/// An image of a document, as it was read.
 struct DocumentImage {
-  ReaderDataType type;
-  std::string name;   ///< of its file, for the log
-  std::string place;  ///< what an error with it is said of
-  std::string bytes;  ///< as they are sent
-  PageReading reading = {};
+  const ImageFile* file;  ///< of the document
+  std::string bytes;      ///< as they are sent; of a TIFF, the PNG of its page
+  PageReading reading;    ///< has the error when the file cannot be read either
 };
 
-/// What is to be read from the images that show a page: not what the document
-/// gives itself.
-struct PagesWanted {
-  bool codeline = true;
-  bool barcodes = true;
-  bool aamva = true;
-};
+/// Reads all images of a document in their order: decodes them, and searches those that show a
+/// page. Takes long; errors are in the result. [any thread]
+std::vector<DocumentImage> ReadImages(const Document& document, PageReaders* readers);
 
-/// Reads the images that hold their bytes: decodes them, and searches those that show a
-/// page. A TIFF becomes a PNG of its first page.
-void ReadImages(std::vector<DocumentImage>* images, const PagesWanted& wanted,
-                PageReaders* readers);
+/// The error that the reader raises in place of an image.
+std::string ErrorOf(const DocumentImage& image);
 
-/// Adds the images, before them the codeline and behind them the barcodes that were read
-/// from them, one that several of them show counted once. A damaged image is an error in its
-/// place.
-void AddImages(std::vector<DocumentImage> images, const PagesWanted& wanted, StepBuilder* step);
+/// Adds the images, before them the codeline and after them the barcodes that were read from
+/// them, one that several of them show counted once. An image that cannot be read is an error in
+/// its place. Takes the bytes of the images.
+void AddImages(Step* step, std::span<DocumentImage> images, const PagesWanted& wanted);
+
+/// For another process, which need not be in the folder that this one is in.
+std::string AbsoluteName(const std::filesystem::path& file);
 
 }  // namespace conduit

@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <deque>
 #include <memory>
 #include <stdexcept>
 #include <system_error>
@@ -7,12 +9,12 @@
 #include "platform/SessionLocation.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/session/FolderSteps.h"
+#include "virtual_reader/session/FolderSession.h"
 #include "virtual_reader/session/PageSession.h"
 #include "virtual_reader/session/Session.h"
 #include "virtual_reader/session/SessionField.h"
 #include "virtual_reader/session/SessionJson.h"
-#include "virtual_reader/session/StepReading.h"
+#include "virtual_reader/session/StepParsing.h"
 
 namespace conduit {
 namespace {
@@ -28,35 +30,40 @@ std::string ReadSessionFile(const std::filesystem::path& file) {
   }
 }
 
-class FileSteps : public StepSource {
+class ListedDocuments : public DocumentSource {
  public:
-  explicit FileSteps(std::vector<StepWork> steps) : steps(std::move(steps)) {}
+  explicit ListedDocuments(std::deque<Document> documents) : documents(std::move(documents)) {}
 
-  std::optional<StepWork> Next() override {
-    return next < steps.size() ? std::optional(std::move(steps[next++])) : std::nullopt;
-  }
+  std::optional<Document> Next() override { return TakeFirst(&documents); }
 
  private:
-  std::vector<StepWork> steps;
-  std::size_t next = 0;
+  std::deque<Document> documents;
 };
+
+bool HasPageImage(const Document& document) {
+  return std::any_of(document.parts.begin(), document.parts.end(), [](const DocumentPart& part) {
+    const auto* const files = std::get_if<std::vector<ImageFile>>(&part);
+    return files != nullptr && !files->empty() &&
+           files->front().type != ReaderDataType::ChipDataGroup2Photo;
+  });
+}
 
 Session ReadFile(const std::filesystem::path& file) {
   const SessionField::Json json = ParseSessionJson(ReadSessionFile(file));
   const SessionField root(json, "");
   root.Fields({"steps"});
+  constexpr std::size_t mostSteps = 1000000;
+  std::deque<Document> documents;
+  for (const SessionField& step : root.Require("steps").Elements(0, mostSteps)) {
+    const std::string place = "step " + std::to_string(documents.size() + 1);
+    documents.push_back(ParseStep(step.At(place), file.parent_path()));
+  }
   Session session;
   session.readers = MakePageReaders();
-  StepReading reading(file.parent_path(), session.readers);
-  constexpr std::size_t mostSteps = 1000000;
-  std::vector<StepWork> steps;
-  for (const SessionField& step : root.Require("steps").Elements(0, mostSteps)) {
-    steps.push_back(reading.ReadStep(step.At("step " + std::to_string(steps.size() + 1))));
-  }
-  session.steps = std::make_unique<FileSteps>(std::move(steps));
-  if (reading.HasImages()) {
+  if (std::any_of(documents.begin(), documents.end(), HasPageImage)) {
     RemarkLimits(&session);
   }
+  session.documents = std::make_unique<ListedDocuments>(std::move(documents));
   return session;
 }
 

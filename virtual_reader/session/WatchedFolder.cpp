@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <chrono>
+#include <deque>
 #include <iterator>
 #include <map>
 #include <set>
@@ -7,10 +9,9 @@
 
 #include "platform/FilePath.h"
 #include "virtual_reader/ReaderResult.h"
-#include "virtual_reader/session/FolderSteps.h"
+#include "virtual_reader/session/FolderSession.h"
 #include "virtual_reader/session/PageSession.h"
-#include "virtual_reader/session/ScanReading.h"
-#include "virtual_reader/session/StepBuilder.h"
+#include "virtual_reader/session/ScanDocuments.h"
 
 namespace conduit {
 namespace {
@@ -44,38 +45,33 @@ struct WatchedFile {
   bool taken = false;       ///< read as it is now
 };
 
-class WatchedFolder : public StepSource {
+class WatchedFolder : public DocumentSource {
  public:
   WatchedFolder(std::filesystem::path folder, std::shared_ptr<PageReaders> readers)
       : folder(std::move(folder)), readers(std::move(readers)) {}
 
-  std::optional<StepWork> Next() override {
-    if (work.empty()) {
+  std::optional<Document> Next() override {
+    if (documents.empty()) {
       Look();
     }
-    StepWork next;
-    if (!work.empty()) {
-      next = std::move(work.front());
-      work.pop_front();
-    }
-    return next;
+    return TakeFirst(&documents);
   }
+
+  bool CanGrow() const override { return true; }
 
  private:
   void Look() {
     try {
       const ScanFolder listed = ListScans(folder);
       if (std::exchange(isAway, false)) {
-        Append([](StepBuilder* step) { step->AddEvent(ReaderEventCode::ReaderErrorResolved); });
+        Append(SendEvent{ReaderEventCode::ReaderErrorResolved});
       }
       Forget(listed);
       TakeAll(listed);
       isFirstLook = false;
     } catch (const SessionError& error) {
       if (!std::exchange(isAway, true)) {
-        Append([text = Utf8FromPath(folder) + ": " + error.what()](StepBuilder* step) {
-          step->Add(RaiseError{text});
-        });
+        Append(RaiseError{Utf8FromPath(folder) + ": " + error.what()});
       }
     }
   }
@@ -87,16 +83,14 @@ class WatchedFolder : public StepSource {
       if (shape.size == 0 || !HasSettled(scan.image, shape)) {
         continue;
       }
-      std::deque<StepWork> pages = WorkOnScan(folder, scan, readers);
-      work.insert(work.end(), std::make_move_iterator(pages.begin()),
-                  std::make_move_iterator(pages.end()));
+      std::deque<Document> pages = DocumentsOf(folder, scan, readers.get());
+      std::move(pages.begin(), pages.end(), std::back_inserter(documents));
     }
     for (const ScanFolder::Unread& unread : listed.unread) {
       const Shape shape = ShapeOf(folder / PathFromUtf8(unread.name));
       if (!told.contains(unread.name) && HasSettled(unread.name, shape)) {
         told.insert(unread.name);
-        Append(
-            [unread](StepBuilder* step) { step->Note(unread.name, "not read: " + unread.reason); });
+        Append(WriteLine{unread.name + ": not read: " + unread.reason});
       }
     }
   }
@@ -130,13 +124,9 @@ class WatchedFolder : public StepSource {
     std::erase_if(files, [&present](const auto& file) { return !present.contains(file.first); });
   }
 
-  template <typename Filling>
-  void Append(Filling filling) {
-    work.emplace_back([filling = std::move(filling)] {
-      StepBuilder step;
-      filling(&step);
-      return step.Take();
-    });
+  template <typename ActionType>
+  void Append(ActionType action) {
+    Add(LastActions(&documents.emplace_back()), std::move(action));
   }
 
   const std::filesystem::path folder;
@@ -145,7 +135,7 @@ class WatchedFolder : public StepSource {
   std::set<std::string> told;  ///< what is not read and was said of
   bool isFirstLook = true;
   bool isAway = false;
-  std::deque<StepWork> work;
+  std::deque<Document> documents;
 };
 
 }  // namespace
@@ -155,7 +145,7 @@ Session WatchFolder(const std::filesystem::path& folder) {
   Session session;
   session.readers = MakePageReaders();
   RemarkLimits(&session);
-  session.steps = std::make_unique<WatchedFolder>(folder, session.readers);
+  session.documents = std::make_unique<WatchedFolder>(folder, session.readers);
   return session;
 }
 

@@ -1,4 +1,4 @@
-#include "virtual_reader/session/FolderSteps.h"
+#include "virtual_reader/session/FolderSession.h"
 
 #include <algorithm>
 #include <chrono>
@@ -6,7 +6,7 @@
 
 #include "virtual_reader/ReaderResult.h"
 #include "virtual_reader/session/PageSession.h"
-#include "virtual_reader/session/ScanReading.h"
+#include "virtual_reader/session/ScanDocuments.h"
 
 namespace conduit {
 namespace {
@@ -14,22 +14,17 @@ namespace {
 /// Looking for a readable image holds the start of the reader, which cannot be stopped.
 constexpr std::chrono::milliseconds LongestCheck(700);
 
-class FolderSteps : public StepSource {
+class ListedFolder : public DocumentSource {
  public:
-  FolderSteps(std::filesystem::path folder, std::vector<ScanFolder::Scan> scans,
-              std::shared_ptr<PageReaders> readers)
+  ListedFolder(std::filesystem::path folder, std::vector<ScanFolder::Scan> scans,
+               std::shared_ptr<PageReaders> readers)
       : folder(std::move(folder)), scans(std::move(scans)), readers(std::move(readers)) {}
 
-  std::optional<StepWork> Next() override {
-    while (pages.empty()) {
-      if (next == scans.size()) {
-        return {};
-      }
-      pages = WorkOnScan(folder, scans[next++], readers);
+  std::optional<Document> Next() override {
+    if (pages.empty() && next < scans.size()) {
+      pages = DocumentsOf(folder, scans[next++], readers.get());
     }
-    StepWork page = std::move(pages.front());
-    pages.pop_front();
-    return page;
+    return TakeFirst(&pages);
   }
 
  private:
@@ -37,7 +32,7 @@ class FolderSteps : public StepSource {
   const std::vector<ScanFolder::Scan> scans;
   const std::shared_ptr<PageReaders> readers;
   std::size_t next = 0;
-  std::deque<StepWork> pages;  ///< of the file before the next
+  std::deque<Document> pages;  ///< of the file before the next
 };
 
 }  // namespace
@@ -61,7 +56,8 @@ Session ReadFolder(const std::filesystem::path& folder) {
   for (const ScanFolder::Unread& unread : listed.unread) {
     session.remarks.push_back(unread.name + ": not read: " + unread.reason);
   }
-  session.steps = std::make_unique<FolderSteps>(folder, std::move(listed.scans), session.readers);
+  session.documents =
+      std::make_unique<ListedFolder>(folder, std::move(listed.scans), session.readers);
   return session;
 }
 

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "virtual_reader/session/Step.h"
+
+namespace conduit {
+
+/// A file that holds an image of a document.
+struct ImageFile {
+  ReaderDataType type;  ///< it is sent as
+  std::string name;     ///< in the log
+  std::string place;    ///< heads an error
+  std::filesystem::path path;
+  std::optional<std::uint32_t> tiffPage = {};  ///< from 0; absent: the first page of a TIFF
+  std::string error = {};                      ///< why it cannot be read, where that is known
+};
+
+/// What the reader looks for on the images of a document: not what the document gives itself.
+struct PagesWanted {
+  bool codeline = true;
+  bool barcodes = true;
+  bool aamva = true;
+};
+
+/// The reader plays actions as they are. Images are read before they are sent.
+using DocumentPart = std::variant<Step, std::vector<ImageFile>>;
+
+/// A step of a session file, or a page of a folder.
+struct Document {
+  std::string name = {};  ///< in the log; empty when nothing is laid on the window
+  std::vector<DocumentPart> parts = {};
+  PagesWanted wanted = {};
+  bool isScan = false;  ///< one image, without which there is nothing to deliver
+};
+
+/// Returns nothing when there is none.
+std::optional<Document> TakeFirst(std::deque<Document>* documents);
+
+/// The actions at the end of the document, to add to.
+Step* LastActions(Document* document);
+
+}  // namespace conduit
