@@ -20,8 +20,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
   try {
     const conduit::Session session = conduit::ReadSession(file);
-    while (const std::optional<conduit::Document> document = session.documents->Next()) {
-      conduit::MakeStep(*document, conduit::ReadImages(*document, session.readers.get()));
+    for (const conduit::Document& document : session.documents->Next()) {
+      conduit::MakeStep(document, conduit::ReadImages(document, session.readers.get()));
     }
   } catch (const conduit::SessionError&) {
     // The one way in which a session is refused.

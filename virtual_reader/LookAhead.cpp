@@ -138,10 +138,14 @@ std::optional<LookAhead::Claim> LookAhead::WaitForNext() {
       return {};
     }
     lock.unlock();
-    std::optional<Document> document = source->Next();
+    if (next.empty()) {
+      next = source->Next();
+    }
     lock.lock();
-    if (document) {
-      return Claim{std::move(*document), &ahead.emplace_back()};
+    if (!next.empty()) {
+      Claim claim = {std::move(next.front()), &ahead.emplace_back()};
+      next.pop_front();
+      return claim;
     }
     if (!source->CanGrow()) {
       complete = true;

@@ -62,6 +62,7 @@ class LookAhead {
   bool HasRoom() const;
 
   const std::unique_ptr<DocumentSource> source;  ///< guarded by claiming
+  std::deque<Document> next;                     ///< guarded by claiming: of the source
   const std::function<Step(const Document&)> make;
   const std::size_t mostAhead;
 

@@ -16,8 +16,12 @@ class NumberedDocuments : public DocumentSource {
  public:
   explicit NumberedDocuments(int count) : count(count) {}
 
-  std::optional<Document> Next() override {
-    return next < count ? std::optional(Document{.name = std::to_string(next++)}) : std::nullopt;
+  std::deque<Document> Next() override {
+    std::deque<Document> documents;
+    for (int i = 0; i < 7 && next < count; ++i) {
+      documents.push_back({.name = std::to_string(next++)});
+    }
+    return documents;
   }
 
  private:
@@ -59,11 +63,11 @@ TEST(LookAhead, HandsStepsOutInTheirOrderAndStaysAFewAhead) {
 TEST(LookAhead, TellsOfWhatIsLostWithoutMemory) {
   class Exhausted : public DocumentSource {
    public:
-    std::optional<Document> Next() override {
+    std::deque<Document> Next() override {
       if (asked++ > 0) {
         throw std::bad_alloc();
       }
-      return Document();
+      return {Document()};
     }
 
    private:
@@ -83,7 +87,7 @@ TEST(LookAhead, TellsOfWhatIsLostWithoutMemory) {
 TEST(LookAhead, StopsWhileItWaitsForMoreSteps) {
   class Never : public DocumentSource {
    public:
-    std::optional<Document> Next() override { return {}; }
+    std::deque<Document> Next() override { return {}; }
     bool CanGrow() const override { return true; }
   };
   LookAhead steps(

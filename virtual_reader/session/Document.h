@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -39,9 +38,6 @@ struct Document {
   PagesWanted wanted = {};
   bool isScan = false;  ///< one image, without which there is nothing to deliver
 };
-
-/// Returns nothing when there is none.
-std::optional<Document> TakeFirst(std::deque<Document>* documents);
 
 /// The actions at the end of the document, to add to.
 Step* LastActions(Document* document);

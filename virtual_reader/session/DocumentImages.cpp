@@ -62,14 +62,8 @@ bool IsImage(const DocumentImage& image) {
 
 /// @param wanted  on an image that shows a page
 void Read(DocumentImage* image, const PagesWanted& wanted, PageReaders* readers) {
-  const ImageFile& file = *image->file;
-  PageRequest request;
-  if (file.tiffPage) {
-    request.file = AbsoluteName(file.path);
-    request.page = *file.tiffPage;
-  } else {
-    image->bytes = ReadInputFile(file.path, LargestImage);
-  }
+  PageRequest request = RequestOf(*image->file);
+  image->bytes = std::move(request.bytes);
   if (!IsImage(*image)) {
     return;
   }
@@ -80,148 +74,92 @@ void Read(DocumentImage* image, const PagesWanted& wanted, PageReaders* readers)
   image->bytes = std::move(image->reading.png.empty() ? request.bytes : image->reading.png);
 }
 
+void AddNotes(Step* step, const DocumentImage& image, bool hasTheCodeline) {
+  const std::string& name = image.file->name;
+  const PageReading& reading = image.reading;
+  if (reading.pages > 1 && !image.file->tiffPage) {
+    AddWarning(step, name,
+               "the first of its " + std::to_string(reading.pages) +
+                   " pages is taken, as it is one image of a document");
+  }
+  if (ShowsPage(image) && !IsImage(image)) {
+    AddWarning(step, name, "not searched, as it is no image of a known format");
+  }
+  std::string symbologies;
+  for (const PageBarcode& barcode : reading.barcodes.barcodes) {
+    symbologies += (symbologies.empty() ? "" : ", ") + BarcodeName(barcode.type);
+  }
+  if (!symbologies.empty()) {
+    AddNote(step, name, "found on the page: " + symbologies);
+  } else if (reading.searched) {
+    AddNote(step, name, "no barcode found on the page");
+  }
+  AddWarnings(step, name, reading.barcodes.failures);
+  if (hasTheCodeline) {
+    AddNote(step, name, "a codeline found on the page");
+  }
+  if (!reading.shortened.empty()) {
+    AddWarning(step, name, "not searched to the end: " + reading.shortened);
+  }
+}
+
 struct FoundBarcode {
-  PageBarcode barcode;
+  const PageBarcode* barcode;
   const DocumentImage* image;
 };
 
-/// Tells of the images of one document, and adds what was read from them.
-class ImagesOfDocument {
- public:
-  ImagesOfDocument(Step* step, std::span<DocumentImage> images, const PagesWanted& wanted)
-      : step(step), images(images), wanted(wanted) {}
-
-  void Send() {
-    for (const DocumentImage* image : Ordered(images, PagesByCodeline)) {
-      if (image->reading.error.empty()) {
-        TellOf(*image);
-      }
-    }
-    WarnOfUnreadCodeline();
-    SendCodeline();
-    SendImages();
-    SendBarcodes();
-  }
-
- private:
-  void TellOf(const DocumentImage& image) {
-    if (image.reading.pages > 1 && !image.file->tiffPage) {
-      AddWarning(step, image.file->name,
-                 "the first of its " + std::to_string(image.reading.pages) +
-                     " pages is taken, as it is one image of a document");
-    }
-    if (ShowsPage(image) && !IsImage(image)) {
-      AddWarning(step, image.file->name, "not searched, as it is no image of a known format");
-    }
-    TakeBarcodes(image);
-    TakeCodeline(image);
-    if (!image.reading.shortened.empty()) {
-      AddWarning(step, image.file->name, "not searched to the end: " + image.reading.shortened);
-    }
-  }
-
-  void TakeBarcodes(const DocumentImage& image) {
-    std::string symbologies;
-    for (const PageBarcode& barcode : image.reading.barcodes.barcodes) {
-      symbologies += (symbologies.empty() ? "" : ", ") + BarcodeName(barcode.type);
-      barcodes.push_back({barcode, &image});
-    }
-    if (!symbologies.empty()) {
-      AddNote(step, image.file->name, "found on the page: " + symbologies);
-    } else if (image.reading.searched) {
-      AddNote(step, image.file->name, "no barcode found on the page");
-    }
-    AddWarnings(step, image.file->name, image.reading.barcodes.failures);
-  }
-
-  void TakeCodeline(const DocumentImage& image) {
-    const CodelineFindings& findings = image.reading.codeline;
-    if (!findings.lines.empty() && codelineImage == nullptr) {
-      AddNote(step, image.file->name, "a codeline found on the page");
-      codelineImage = &image;
-    }
-    for (const std::string& failure : findings.failures) {
-      unreadCodelines.emplace_back(&image, failure);
-    }
-  }
-
-  /// What one image does not give away counts only if no other does.
-  void WarnOfUnreadCodeline() {
-    for (const auto& [image, failure] : unreadCodelines) {
-      if (codelineImage == nullptr || codelineImage == image) {
-        AddWarning(step, image->file->name, failure);
+/// Two equal barcodes on one page are two; on another image they are the same once more.
+std::vector<FoundBarcode> BarcodesOn(std::span<DocumentImage> images) {
+  std::vector<FoundBarcode> found;
+  for (const DocumentImage* image : Ordered(images, PagesByBarcodes)) {
+    for (const PageBarcode& barcode : image->reading.barcodes.barcodes) {
+      const bool known = std::any_of(found.begin(), found.end(), [&](const FoundBarcode& other) {
+        return *other.barcode == barcode && other.image != image;
+      });
+      if (!known) {
+        found.push_back({&barcode, image});
       }
     }
   }
+  return found;
+}
 
-  void SendCodeline() {
-    if (codelineImage != nullptr) {
-      AddCodeline(step, codelineImage->file->name,
-                  ReadCodeline(codelineImage->reading.codeline.lines), ReaderDataType::Codeline,
-                  ReaderDataType::CodelineRecord);
+void AddLicence(Step* step, const FoundBarcode& found) {
+  const std::string& name = found.image->file->name;
+  try {
+    AddAamva(step, name, found.barcode->data);
+  } catch (const std::invalid_argument& reason) {
+    AddWarning(step, name, std::string("no AAMVA record of the barcode: ") + reason.what());
+  }
+}
+
+void AddBarcodes(Step* step, const std::vector<FoundBarcode>& found, bool licencesWanted) {
+  const auto count = static_cast<std::int32_t>(found.size());
+  std::int32_t index = 0;
+  for (const auto& [barcode, image] : found) {
+    Add(step, SendBarcode{barcode->type, index++, count, 0, barcode->data});
+  }
+  for (const FoundBarcode& one : found) {
+    if (licencesWanted && one.barcode->type == ReaderDataType::BarcodePdf417 &&
+        IsAamva(one.barcode->data)) {
+      AddLicence(step, one);
     }
   }
-
-  void SendImages() {
-    for (DocumentImage& image : images) {
-      if (image.reading.error.empty()) {
-        Add(step, SendItem{image.file->type, std::move(image.bytes)});
-      } else {
-        AddPassingError(step, ErrorOf(image));
-      }
-    }
-  }
-
-  /// Twice on one page is two; on another image it is the same once more.
-  std::vector<FoundBarcode> BarcodesOnce() {
-    std::vector<FoundBarcode> once;
-    for (const DocumentImage* image : Ordered(images, PagesByBarcodes)) {
-      for (FoundBarcode& found : barcodes) {
-        const bool known =
-            std::any_of(once.begin(), once.end(), [&found](const FoundBarcode& other) {
-              return other.barcode == found.barcode && other.image != found.image;
-            });
-        if (found.image == image && !known) {
-          once.push_back(found);
-        }
-      }
-    }
-    return once;
-  }
-
-  void SendBarcodes() {
-    const std::vector<FoundBarcode> found = BarcodesOnce();
-    std::int32_t index = 0;
-    for (const FoundBarcode& one : found) {
-      Add(step, SendBarcode{one.barcode.type, index++, static_cast<std::int32_t>(found.size()), 0,
-                            one.barcode.data});
-    }
-    for (const FoundBarcode& one : found) {
-      if (wanted.aamva && one.barcode.type == ReaderDataType::BarcodePdf417 &&
-          IsAamva(one.barcode.data)) {
-        SendLicence(one);
-      }
-    }
-  }
-
-  void SendLicence(const FoundBarcode& found) {
-    try {
-      AddAamva(step, found.image->file->name, found.barcode.data);
-    } catch (const std::invalid_argument& reason) {
-      AddWarning(step, found.image->file->name,
-                 std::string("no AAMVA record of the barcode: ") + reason.what());
-    }
-  }
-
-  Step* const step;
-  const std::span<DocumentImage> images;
-  const PagesWanted wanted;
-  std::vector<FoundBarcode> barcodes;
-  const DocumentImage* codelineImage = nullptr;
-  std::vector<std::pair<const DocumentImage*, std::string>> unreadCodelines;
-};
+}
 
 }  // namespace
+
+PageRequest RequestOf(const ImageFile& file) {
+  PageRequest request;
+  if (file.tiffPage) {
+    // The process that reads it need not be in the folder that this one is in.
+    request.file = Utf8FromPath(std::filesystem::absolute(file.path));
+    request.page = *file.tiffPage;
+  } else {
+    request.bytes = ReadInputFile(file.path, LargestImage);
+  }
+  return request;
+}
 
 std::vector<DocumentImage> ReadImages(const Document& document, PageReaders* readers) {
   std::vector<DocumentImage> images;
@@ -255,11 +193,32 @@ std::string ErrorOf(const DocumentImage& image) {
 }
 
 void AddImages(Step* step, std::span<DocumentImage> images, const PagesWanted& wanted) {
-  ImagesOfDocument(step, images, wanted).Send();
-}
-
-std::string AbsoluteName(const std::filesystem::path& file) {
-  return Utf8FromPath(std::filesystem::absolute(file));
+  std::vector<DocumentImage*> pages = Ordered(images, PagesByCodeline);
+  std::erase_if(pages, [](const DocumentImage* image) { return !image->reading.error.empty(); });
+  const auto codeline = std::ranges::find_if(
+      pages, [](const DocumentImage* image) { return !image->reading.codeline.lines.empty(); });
+  const DocumentImage* const codelinePage = codeline != pages.end() ? *codeline : nullptr;
+  for (const DocumentImage* page : pages) {
+    AddNotes(step, *page, page == codelinePage);
+  }
+  for (const DocumentImage* page : pages) {
+    // A codeline that one page does not give away counts only if no other does.
+    if (codelinePage == nullptr || codelinePage == page) {
+      AddWarnings(step, page->file->name, page->reading.codeline.failures);
+    }
+  }
+  if (codelinePage != nullptr) {
+    AddCodeline(step, codelinePage->file->name, ReadCodeline(codelinePage->reading.codeline.lines),
+                ReaderDataType::Codeline, ReaderDataType::CodelineRecord);
+  }
+  for (DocumentImage& image : images) {
+    if (image.reading.error.empty()) {
+      Add(step, SendItem{image.file->type, std::move(image.bytes)});
+    } else {
+      AddPassingError(step, ErrorOf(image));
+    }
+  }
+  AddBarcodes(step, BarcodesOn(images), wanted.aamva);
 }
 
 }  // namespace conduit

@@ -20,6 +20,9 @@ struct DocumentImage {
   PageReading reading;    ///< has the error when the file cannot be read either
 };
 
+/// The request for an image, with its bytes. Throws std::invalid_argument when they cannot be read.
+PageRequest RequestOf(const ImageFile& file);
+
 /// Reads all images of a document in their order: decodes them, and searches those that show a
 /// page. Takes long; errors are in the result. [any thread]
 std::vector<DocumentImage> ReadImages(const Document& document, PageReaders* readers);
@@ -31,8 +34,5 @@ std::string ErrorOf(const DocumentImage& image);
 /// them, one that several of them show counted once. An image that cannot be read is an error in
 /// its place. Takes the bytes of the images.
 void AddImages(Step* step, std::span<DocumentImage> images, const PagesWanted& wanted);
-
-/// For another process, which need not be in the folder that this one is in.
-std::string AbsoluteName(const std::filesystem::path& file);
 
 }  // namespace conduit

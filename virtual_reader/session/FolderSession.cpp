@@ -20,11 +20,9 @@ class ListedFolder : public DocumentSource {
                std::shared_ptr<PageReaders> readers)
       : folder(std::move(folder)), scans(std::move(scans)), readers(std::move(readers)) {}
 
-  std::optional<Document> Next() override {
-    if (pages.empty() && next < scans.size()) {
-      pages = DocumentsOf(folder, scans[next++], readers.get());
-    }
-    return TakeFirst(&pages);
+  std::deque<Document> Next() override {
+    return next < scans.size() ? DocumentsOf(folder, scans[next++], readers.get())
+                               : std::deque<Document>();
   }
 
  private:
@@ -32,7 +30,6 @@ class ListedFolder : public DocumentSource {
   const std::vector<ScanFolder::Scan> scans;
   const std::shared_ptr<PageReaders> readers;
   std::size_t next = 0;
-  std::deque<Document> pages;  ///< of the file before the next
 };
 
 }  // namespace

@@ -57,43 +57,44 @@ void AddText(Document* document, const std::filesystem::path& folder, const std:
   }
 }
 
+ImageFile ImageOf(const std::filesystem::path& folder, const ScanFolder::Scan& scan) {
+  return {ReaderDataType::ImageVis, scan.image, scan.image, folder / PathFromUtf8(scan.image)};
+}
+
+/// Throws std::invalid_argument when the file cannot be read.
 bool IsTiff(const std::filesystem::path& file) {
+  RequireInputFile(file, LargestImage);
   char start[4] = {};
   std::ifstream stream(file, std::ios::binary);
   stream.read(start, sizeof start);
   return FormatOf({start, static_cast<std::size_t>(stream.gcount())}) == ImageFormat::Tiff;
 }
 
-std::vector<ImageFile> PagesOf(const std::filesystem::path& file, const std::string& name,
-                               PageReaders* readers) {
-  std::vector<ImageFile> pages;
-  try {
-    RequireInputFile(file, LargestImage);
-    if (IsTiff(file)) {
-      const std::size_t count = readers->CountPages(AbsoluteName(file));
-      for (std::uint32_t i = 0; i < count; ++i) {
-        const std::string page = name + (count > 1 ? " page " + std::to_string(i + 1) : "");
-        pages.push_back({ReaderDataType::ImageVis, page, page, file, i});
-      }
-      return pages;
-    }
-    return {{ReaderDataType::ImageVis, name, name, file}};
-  } catch (const std::exception& error) {
-    return {{ReaderDataType::ImageVis, name, name, file, {}, error.what()}};
-  }
-}
-
 }  // namespace
 
 std::deque<Document> DocumentsOf(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
                                  PageReaders* readers) {
+  ImageFile image = ImageOf(folder, scan);
+  std::size_t count = 1;
+  try {
+    if (IsTiff(image.path)) {
+      image.tiffPage = 0;
+      count = readers->CountPages(RequestOf(image).file);
+    }
+  } catch (const std::exception& error) {
+    image.error = error.what();
+  }
   std::deque<Document> documents;
-  for (ImageFile& page : PagesOf(folder / PathFromUtf8(scan.image), scan.image, readers)) {
-    Document& document = documents.emplace_back(Document{.name = page.name, .isScan = true});
+  while (documents.size() < count) {
+    if (count > 1) {
+      image.tiffPage = static_cast<std::uint32_t>(documents.size());
+      image.name = image.place = scan.image + " page " + std::to_string(documents.size() + 1);
+    }
+    Document& document = documents.emplace_back(Document{.name = image.name, .isScan = true});
     if (documents.size() == 1 && !scan.text.empty()) {
       AddText(&document, folder, scan.text);
     }
-    document.parts.emplace_back(std::vector{std::move(page)});
+    document.parts.emplace_back(std::vector{image});
   }
   return documents;
 }
@@ -101,14 +102,11 @@ std::deque<Document> DocumentsOf(const std::filesystem::path& folder, const Scan
 bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
                 PageReaders* readers, std::chrono::steady_clock::time_point latest) {
   try {
-    const std::filesystem::path file = folder / PathFromUtf8(scan.image);
-    PageRequest request;
-    if (IsTiff(file)) {
-      request.file = AbsoluteName(file);
-    } else {
-      request.bytes = ReadInputFile(file, LargestImage);
+    ImageFile image = ImageOf(folder, scan);
+    if (IsTiff(image.path)) {
+      image.tiffPage = 0;
     }
-    return readers->IsReadable(std::move(request), latest);
+    return readers->IsReadable(RequestOf(image), latest);
   } catch (const std::exception&) {
     return false;
   }

@@ -1,8 +1,8 @@
 #pragma once
 
+#include <deque>
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -19,10 +19,10 @@ class DocumentSource {
   DocumentSource& operator=(const DocumentSource&) = delete;
   virtual ~DocumentSource() = default;
 
-  /// Returns nothing when there is no document, or none yet.
-  virtual std::optional<Document> Next() = 0;
+  /// Returns the documents that follow, as many as are listed at once; none at the end, and none
+  /// while a source that can grow has no more yet.
+  virtual std::deque<Document> Next() = 0;
 
-  /// Returns whether there can be a document later when there is none.
   virtual bool CanGrow() const { return false; }
 };
 

@@ -9,12 +9,12 @@
 #include "platform/SessionLocation.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/ReaderResult.h"
+#include "virtual_reader/session/DocumentParsing.h"
 #include "virtual_reader/session/FolderSession.h"
 #include "virtual_reader/session/PageSession.h"
 #include "virtual_reader/session/Session.h"
 #include "virtual_reader/session/SessionField.h"
 #include "virtual_reader/session/SessionJson.h"
-#include "virtual_reader/session/StepParsing.h"
 
 namespace conduit {
 namespace {
@@ -34,7 +34,7 @@ class ListedDocuments : public DocumentSource {
  public:
   explicit ListedDocuments(std::deque<Document> documents) : documents(std::move(documents)) {}
 
-  std::optional<Document> Next() override { return TakeFirst(&documents); }
+  std::deque<Document> Next() override { return std::exchange(documents, {}); }
 
  private:
   std::deque<Document> documents;

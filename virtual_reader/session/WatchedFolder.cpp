@@ -50,51 +50,44 @@ class WatchedFolder : public DocumentSource {
   WatchedFolder(std::filesystem::path folder, std::shared_ptr<PageReaders> readers)
       : folder(std::move(folder)), readers(std::move(readers)) {}
 
-  std::optional<Document> Next() override {
-    if (documents.empty()) {
-      Look();
+  std::deque<Document> Next() override {
+    std::deque<Document> documents;
+    const auto append = [&documents](auto action) {
+      Add(LastActions(&documents.emplace_back()), std::move(action));
+    };
+    try {
+      const ScanFolder listed = ListScans(folder);
+      if (std::exchange(isAway, false)) {
+        append(SendEvent{ReaderEventCode::ReaderErrorResolved});
+      }
+      Forget(listed);
+      for (const ScanFolder::Scan& scan : listed.scans) {
+        const Shape shape = ShapeOf(folder / PathFromUtf8(scan.image));
+        // An empty file is one that somebody is about to write.
+        if (shape.size > 0 && HasSettled(scan.image, shape)) {
+          std::ranges::move(DocumentsOf(folder, scan, readers.get()),
+                            std::back_inserter(documents));
+        }
+      }
+      for (const ScanFolder::Unread& unread : listed.unread) {
+        const Shape shape = ShapeOf(folder / PathFromUtf8(unread.name));
+        if (!told.contains(unread.name) && HasSettled(unread.name, shape)) {
+          told.insert(unread.name);
+          append(WriteLine{unread.name + ": not read: " + unread.reason});
+        }
+      }
+      isFirstLook = false;
+    } catch (const SessionError& error) {
+      if (!std::exchange(isAway, true)) {
+        append(RaiseError{Utf8FromPath(folder) + ": " + error.what()});
+      }
     }
-    return TakeFirst(&documents);
+    return documents;
   }
 
   bool CanGrow() const override { return true; }
 
  private:
-  void Look() {
-    try {
-      const ScanFolder listed = ListScans(folder);
-      if (std::exchange(isAway, false)) {
-        Append(SendEvent{ReaderEventCode::ReaderErrorResolved});
-      }
-      Forget(listed);
-      TakeAll(listed);
-      isFirstLook = false;
-    } catch (const SessionError& error) {
-      if (!std::exchange(isAway, true)) {
-        Append(RaiseError{Utf8FromPath(folder) + ": " + error.what()});
-      }
-    }
-  }
-
-  void TakeAll(const ScanFolder& listed) {
-    for (const ScanFolder::Scan& scan : listed.scans) {
-      const Shape shape = ShapeOf(folder / PathFromUtf8(scan.image));
-      // An empty file is one that somebody is about to write.
-      if (shape.size == 0 || !HasSettled(scan.image, shape)) {
-        continue;
-      }
-      std::deque<Document> pages = DocumentsOf(folder, scan, readers.get());
-      std::move(pages.begin(), pages.end(), std::back_inserter(documents));
-    }
-    for (const ScanFolder::Unread& unread : listed.unread) {
-      const Shape shape = ShapeOf(folder / PathFromUtf8(unread.name));
-      if (!told.contains(unread.name) && HasSettled(unread.name, shape)) {
-        told.insert(unread.name);
-        Append(WriteLine{unread.name + ": not read: " + unread.reason});
-      }
-    }
-  }
-
   /// Whether the file is to be taken now, which is so once for as long as it stays
   /// as it is.
   bool HasSettled(const std::string& name, const Shape& shape) {
@@ -124,18 +117,12 @@ class WatchedFolder : public DocumentSource {
     std::erase_if(files, [&present](const auto& file) { return !present.contains(file.first); });
   }
 
-  template <typename ActionType>
-  void Append(ActionType action) {
-    Add(LastActions(&documents.emplace_back()), std::move(action));
-  }
-
   const std::filesystem::path folder;
   const std::shared_ptr<PageReaders> readers;
   std::map<std::string, WatchedFile> files;
   std::set<std::string> told;  ///< what is not read and was said of
   bool isFirstLook = true;
   bool isAway = false;
-  std::deque<Document> documents;
 };
 
 }  // namespace

@@ -12,7 +12,4 @@ namespace conduit {
 /// @param folder  where the file names of the session start from
 Document ParseStep(const SessionField& step, const std::filesystem::path& folder);
 
-/// Parses a document of a session file. Likewise.
-Document ParseDocument(const SessionField& field, const std::filesystem::path& folder);
-
 }  // namespace conduit
