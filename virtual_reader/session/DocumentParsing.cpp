@@ -58,6 +58,7 @@ ImageFile ImageOf(ReaderDataType type, const SessionField& field,
 
 std::vector<std::string> NamesOf(const std::vector<ReaderItem>& items) {
   std::vector<std::string> names;
+  names.reserve(items.size());
   for (const ReaderItem& item : items) {
     names.emplace_back(item.name);
   }

@@ -29,7 +29,7 @@ std::string ReasonOf(const Json::exception& error) {
 /// looks through a whole list for what the callback has discarded, after each entry of the list.
 class JsonBuilder : public nlohmann::json_sax<Json> {
  public:
-  Json Take() { return std::move(root); }
+  explicit JsonBuilder(Json* root) : root(root) {}
 
   bool null() override { return Put(nullptr); }
   bool boolean(bool value) override { return Put(value); }
@@ -97,12 +97,12 @@ class JsonBuilder : public nlohmann::json_sax<Json> {
           "lists and objects stand in each other deeper than any field of a session");
     }
     if (open.empty()) {
-      return root;
+      return *root;
     }
     return open.back()->is_array() ? open.back()->emplace_back() : *field;
   }
 
-  Json root;
+  Json* const root;
   std::vector<Json*> open;  ///< lists and objects that have not ended, each within the one before
   Json* field = nullptr;    ///< of the innermost object, whose value follows
   int step = 0;             ///< that is being parsed, from 1
@@ -111,9 +111,10 @@ class JsonBuilder : public nlohmann::json_sax<Json> {
 }  // namespace
 
 Json ParseSessionJson(const std::string& text) {
-  JsonBuilder builder;
+  Json root;
+  JsonBuilder builder(&root);
   Json::sax_parse(text, &builder);
-  return builder.Take();
+  return root;
 }
 
 }  // namespace conduit

@@ -1,7 +1,5 @@
-#include <algorithm>
 #include <chrono>
 #include <deque>
-#include <iterator>
 #include <map>
 #include <set>
 #include <system_error>
@@ -51,43 +49,56 @@ class WatchedFolder : public DocumentSource {
       : folder(std::move(folder)), readers(std::move(readers)) {}
 
   std::deque<Document> Next() override {
-    std::deque<Document> documents;
-    const auto append = [&documents](auto action) {
-      Add(LastActions(&documents.emplace_back()), std::move(action));
-    };
     try {
-      const ScanFolder listed = ListScans(folder);
-      if (std::exchange(isAway, false)) {
-        append(SendEvent{ReaderEventCode::ReaderErrorResolved});
-      }
-      Forget(listed);
-      for (const ScanFolder::Scan& scan : listed.scans) {
-        const Shape shape = ShapeOf(folder / PathFromUtf8(scan.image));
-        // An empty file is one that somebody is about to write.
-        if (shape.size > 0 && HasSettled(scan.image, shape)) {
-          std::ranges::move(DocumentsOf(folder, scan, readers.get()),
-                            std::back_inserter(documents));
+      if (settled.empty() && notes.empty()) {
+        const ScanFolder listed = ListScans(folder);
+        if (std::exchange(isAway, false)) {
+          return {Playing(SendEvent{ReaderEventCode::ReaderErrorResolved})};
         }
+        Look(listed);
       }
-      for (const ScanFolder::Unread& unread : listed.unread) {
-        const Shape shape = ShapeOf(folder / PathFromUtf8(unread.name));
-        if (!told.contains(unread.name) && HasSettled(unread.name, shape)) {
-          told.insert(unread.name);
-          append(WriteLine{unread.name + ": not read: " + unread.reason});
-        }
-      }
-      isFirstLook = false;
     } catch (const SessionError& error) {
       if (!std::exchange(isAway, true)) {
-        append(RaiseError{Utf8FromPath(folder) + ": " + error.what()});
+        return {Playing(RaiseError{Utf8FromPath(folder) + ": " + error.what()})};
       }
     }
-    return documents;
+    if (settled.empty()) {
+      return std::exchange(notes, {});
+    }
+    const ScanFolder::Scan scan = std::move(settled.front());
+    settled.pop_front();
+    return DocumentsOf(folder, scan, readers.get());
   }
 
   bool CanGrow() const override { return true; }
 
  private:
+  template <typename ActionType>
+  static Document Playing(ActionType action) {
+    Document document;
+    Add(LastActions(&document), std::move(action));
+    return document;
+  }
+
+  void Look(const ScanFolder& listed) {
+    Forget(listed);
+    for (const ScanFolder::Scan& scan : listed.scans) {
+      const Shape shape = ShapeOf(folder / PathFromUtf8(scan.image));
+      // An empty file is one that somebody is about to write.
+      if (shape.size > 0 && HasSettled(scan.image, shape)) {
+        settled.push_back(scan);
+      }
+    }
+    for (const ScanFolder::Unread& unread : listed.unread) {
+      const Shape shape = ShapeOf(folder / PathFromUtf8(unread.name));
+      if (!told.contains(unread.name) && HasSettled(unread.name, shape)) {
+        told.insert(unread.name);
+        notes.push_back(Playing(WriteLine{unread.name + ": not read: " + unread.reason}));
+      }
+    }
+    isFirstLook = false;
+  }
+
   /// Whether the file is to be taken now, which is so once for as long as it stays
   /// as it is.
   bool HasSettled(const std::string& name, const Shape& shape) {
@@ -100,9 +111,9 @@ class WatchedFolder : public DocumentSource {
     // be that of another machine.
     const bool isOld =
         isFirstLook && std::filesystem::file_time_type::clock::now() - shape.written >= QuietTime;
-    const bool settled = !file.taken && (isOld || now - file.since >= QuietTime);
-    file.taken = file.taken || settled;
-    return settled;
+    const bool hasSettled = !file.taken && (isOld || now - file.since >= QuietTime);
+    file.taken = file.taken || hasSettled;
+    return hasSettled;
   }
 
   /// A name that comes back is a new file.
@@ -120,7 +131,9 @@ class WatchedFolder : public DocumentSource {
   const std::filesystem::path folder;
   const std::shared_ptr<PageReaders> readers;
   std::map<std::string, WatchedFile> files;
-  std::set<std::string> told;  ///< what is not read and was said of
+  std::set<std::string> told;            ///< what is not read and was said of
+  std::deque<ScanFolder::Scan> settled;  ///< and not yet taken
+  std::deque<Document> notes;            ///< on the files that are not read, after those
   bool isFirstLook = true;
   bool isAway = false;
 };
