@@ -62,6 +62,30 @@ TEST(Playing, RaisesAnErrorInPlaceOfADamagedImage) {
           "END_OF_DOCUMENT_DATA Enabled", "DOC_REMOVED Enabled", "DEVICE_DISCONNECTED Terminated"));
 }
 
+TEST(Playing, RaisesAnErrorInPlaceOfAnImageThatIsGone) {
+  // More steps than are made ahead by the time of the first event.
+  std::string pauses;
+  for (int i = 0; i < 1000; ++i) {
+    pauses += R"({"pause": 0}, )";
+  }
+  ReaderSession session(R"({"steps": [)" + pauses + R"({"document": {
+      "images": {"IMAGEUV": "uv", "IMAGEVIS": "vis", "IMAGEIR": "ir"}}}]})");
+  for (const char* name : {"uv", "vis", "ir"}) {
+    session.Write(name, name);
+  }
+  session.onEvent = [&session](ReaderEventCode /*code*/) {
+    std::filesystem::remove(session.PathOf("vis"));
+  };
+  EXPECT_THAT(
+      session.PlayUntil(),
+      ElementsAre("DEVICE_CONNECTED Enabled", "DOC_ON_WINDOW Enabled",
+                  "START_OF_DOCUMENT_DATA Reading", "item 11 uv",
+                  "error: step 1001, document.images.IMAGEVIS: \"vis\": there is no such "
+                  "file Error",
+                  "READER_ERROR_RESOLVED Reading", "item 4 ir", "END_OF_DOCUMENT_DATA Enabled",
+                  "DOC_REMOVED Enabled", "DEVICE_DISCONNECTED Terminated"));
+}
+
 TEST(Playing, IsInTheStateThatItAnnounces) {
   ReaderSession session(R"({"steps": [
       {"state": "Asleep"}, {"document": {}}, {"swipe": ["1"]}, {"state": "Error"},

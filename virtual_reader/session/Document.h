@@ -31,7 +31,7 @@ struct PagesWanted {
 /// The reader plays actions as they are. Images are read before they are sent.
 using DocumentPart = std::variant<Step, std::vector<ImageFile>>;
 
-/// A step of a session file, or a page of a folder.
+/// What the reader plays in one piece: a step of a session file, or a page of a folder.
 struct Document {
   std::string name = {};  ///< in the log; empty when nothing is laid on the window
   std::vector<DocumentPart> parts = {};
