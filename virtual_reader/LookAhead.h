@@ -19,9 +19,9 @@ struct MadeStep {
   const char* lost = nullptr;  ///< why there is no step: a static text
 };
 
-/// Makes the steps of a session ahead of the thread that plays them, a few at a
-/// time on threads of its own, and hands them out in their order. What is made
-/// and not yet played is bounded in number and in bytes.
+/// Makes the steps of a session ahead of the thread that plays them, on threads of its own, and
+/// hands them out in the order of their documents. Bounds the number and the bytes of the steps
+/// that are made and not yet played.
 class LookAhead {
  public:
   /// @param make         reads the images of a document and makes its step [any thread]
@@ -62,7 +62,7 @@ class LookAhead {
   bool HasRoom() const;
 
   const std::unique_ptr<DocumentSource> source;  ///< guarded by claiming
-  std::deque<Document> next;                     ///< guarded by claiming: of the source
+  std::deque<Document> next;  ///< guarded by claiming: from the source, unclaimed
   const std::function<Step(const Document&)> make;
   const std::size_t mostAhead;
 

@@ -69,7 +69,7 @@ class OpenTiff {
 
   TIFF* Get() const { return tiff; }
 
-  /// What libtiff has learnt of the file stays when it is closed: it follows the directories once.
+  /// libtiff follows the directories once and remembers them while the file is closed.
   void Open() {
     endsEarly = false;
     Forget();
@@ -80,7 +80,7 @@ class OpenTiff {
       }
     }
   }
-  /// Others may want to replace or to remove the file.
+  /// Lets others replace or remove the file, which some systems refuse while it is open.
   void Close() { stream.close(); }
 
   /// Whether something was said since the last Forget.
@@ -404,7 +404,7 @@ std::vector<std::uint64_t> ListPages(OpenTiff& file) {
 }  // namespace
 
 struct TiffPages::Source {
-  /// Its own time comes first: what is written meanwhile is a change.
+  /// Takes the time of the file first, so that whatever is written later counts as a change.
   explicit Source(const std::filesystem::path& file, std::string_view bytes = {})
       : file(file), written(TimeOf(file)), tiff(file, bytes), pages(ListPages(tiff)) {
     tiff.Close();

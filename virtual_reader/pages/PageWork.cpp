@@ -18,8 +18,8 @@
 namespace conduit {
 namespace {
 
-/// The pages of a file are asked for one after the other. Its directories are listed for the first
-/// of them only, or the time grows with the square of their number.
+/// Lists the directories of a file once for all requests for its pages, which come one after the
+/// other: listing them for each page is quadratic.
 std::shared_ptr<const TiffPages> TiffOf(const PageRequest& request) {
   if (request.file.empty()) {
     return std::make_shared<TiffPages>(TiffPages::OfBytes(request.bytes));

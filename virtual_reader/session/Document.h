@@ -21,7 +21,7 @@ struct ImageFile {
   std::string error = {};                      ///< why it cannot be read, where that is known
 };
 
-/// What the reader looks for on the images of a document: not what the document gives itself.
+/// What the reader searches the images of a document for: only data that the session does not give.
 struct PagesWanted {
   bool codeline = true;
   bool barcodes = true;
@@ -36,10 +36,10 @@ struct Document {
   std::string name = {};  ///< in the log; empty when nothing is laid on the window
   std::vector<DocumentPart> parts = {};
   PagesWanted wanted = {};
-  bool isScan = false;  ///< one image, without which there is nothing to deliver
+  bool isScan = false;  ///< has one image; when it cannot be read, the document has no data
 };
 
-/// The actions at the end of the document, to add to.
+/// Returns the actions that end the document; adds an empty step when images end it.
 Step* LastActions(Document* document);
 
 }  // namespace conduit

@@ -29,7 +29,8 @@ std::vector<std::string> NamesOf(const char* const (&table)[Size]) {
   return {std::begin(table), std::end(table)};
 }
 
-/// Does what may throw std::invalid_argument with the file that the field names.
+/// Calls `operation` with the file that the field names. Refuses the field when that throws
+/// std::invalid_argument.
 template <typename Operation>
 auto WithFile(const SessionField& field, const std::filesystem::path& folder,
               const Operation& operation) {
@@ -124,7 +125,7 @@ void ParseChip(const SessionField& field, const std::filesystem::path& folder, D
   Add(LastActions(document), SendEvent{ReaderEventCode::RfChipRemovalSuccess});
 }
 
-/// The names of the images, in the log before all else of the document.
+/// Adds the names of the images, for the log, ahead of all other notes on the document.
 void AddNames(Document* document, const std::vector<ImageFile>& files) {
   std::string names;
   for (const ImageFile& file : files) {
@@ -139,7 +140,7 @@ void AddNames(Document* document, const std::vector<ImageFile>& files) {
 
 Document ParseDocument(const SessionField& field, const std::filesystem::path& folder) {
   Document document;
-  // "step 3, document" is "document step 3" to who reads the log.
+  // The log says "document step 3" of "step 3, document".
   document.name = field.Place().substr(0, field.Place().find(','));
   document.wanted = {!field.Find("codeline"), !field.Find("barcodes"), !field.Find("aamva")};
   for (const auto& [name, part] :

@@ -7,8 +7,8 @@
 
 namespace conduit {
 
-/// Makes the step that plays a document: its events, its parts in their order, and before them
-/// all lines for the log, so that who reads it beside the callbacks knows what they are about.
+/// Makes the step that plays a document: its events, and its parts in their order. The lines for
+/// the log come first, so that they introduce the callbacks to a reader of both.
 /// @param images  as ReadImages returns them for the document
 Step MakeStep(const Document& document, std::vector<DocumentImage> images);
 

@@ -10,13 +10,13 @@
 
 namespace conduit {
 
-/// The documents of one file of a folder: one, and of a TIFF of several pages as many. Reads the
-/// text beside it. A file that cannot be read is a document with an error.
+/// Returns the documents of an image file: one, or one for each page of a TIFF. Reads the text
+/// beside the image. A file that cannot be read is a document with an error.
 std::deque<Document> DocumentsOf(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
                                  PageReaders* readers);
 
-/// Whether the file can be decoded, or of a TIFF its directory be read; one of which that is
-/// not known by `latest` counts as readable.
+/// Returns whether the image can be decoded, or a TIFF has a page. An image that takes until
+/// `latest` counts as readable.
 bool IsReadable(const std::filesystem::path& folder, const ScanFolder::Scan& scan,
                 PageReaders* readers, std::chrono::steady_clock::time_point latest);
 

@@ -33,9 +33,8 @@ struct Session {
   std::vector<std::string> remarks;  ///< notes for the log, before anything is played
 };
 
-/// Reads and checks what the location names: a session file, a folder whose
-/// images are the documents, or, behind "watch:", such a folder as it fills.
-/// Throws SessionError.
+/// Reads and checks the session at `location`: a session file, a folder whose images are the
+/// documents, or, after "watch:", such a folder as it fills. Throws SessionError.
 Session ReadSession(const std::filesystem::path& location);
 
 }  // namespace conduit

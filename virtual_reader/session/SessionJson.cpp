@@ -14,8 +14,8 @@ using Json = nlohmann::ordered_json;
 /// Deeper than the date of a codeline, the deepest field; each level costs memory.
 constexpr std::size_t DeepestField = 16;
 
-/// More than the fields of a codeline's record. An ordered object compares a name with each that
-/// it has, so that without a limit the time grows with their square.
+/// More than any object of a session has. An ordered object searches its names one by one, so the
+/// limit also bounds the time.
 constexpr std::size_t MostFields = 64;
 
 /// The library's message without its own error number: "line 3, column 5: ...".
@@ -25,8 +25,8 @@ std::string ReasonOf(const Json::exception& error) {
   return "this is not JSON: " + text.substr(line != std::string::npos ? line : text.find("] ") + 2);
 }
 
-/// Builds the document from the parser's events. The library can parse with a callback, but then
-/// looks through a whole list for what the callback has discarded, after each entry of the list.
+/// Builds the JSON document from the parser's events. The library's own parser with a callback is
+/// quadratic: after each entry it searches the list so far for entries that the callback discards.
 class JsonBuilder : public nlohmann::json_sax<Json> {
  public:
   explicit JsonBuilder(Json* root) : root(root) {}
@@ -89,7 +89,7 @@ class JsonBuilder : public nlohmann::json_sax<Json> {
     return true;
   }
 
-  /// Where the value that begins is to be stored.
+  /// Returns where the value that begins is stored.
   Json& Place() {
     if (open.size() > DeepestField) {
       throw SessionError(

@@ -5,11 +5,11 @@
 
 namespace conduit {
 
-/// Parses the text of a session file, in time that grows with its length alone.
+/// Parses the text of a session file in linear time.
 ///
-/// Throws a SessionError for a text that is not JSON, for one nested deeper than any field of a
-/// session, for an object of more fields than any of a session, and for a field that an object
-/// names twice, of which the library's own parser silently keeps one.
+/// Throws a SessionError for a text that is not JSON, is nested too deep, has an object with too
+/// many fields, or a field that occurs twice in an object: the library's own parser silently drops
+/// one of the two.
 nlohmann::ordered_json ParseSessionJson(const std::string& text);
 
 }  // namespace conduit

@@ -19,7 +19,7 @@ namespace conduit {
 
 struct SendEvent {
   ReaderEventCode code;
-  std::optional<ReaderState> state = {};  ///< the reader enters; absent: the event implies it
+  std::optional<ReaderState> state = {};  ///< that the reader enters; absent: the event implies it
 };
 
 struct RaiseError {
@@ -43,7 +43,7 @@ struct SendBarcode {
   std::string data;
 };
 
-/// A line for the reader's log, among what it is about.
+/// Writes a line to the reader's log, among the actions that it is about.
 struct WriteLine {
   std::string text;
   ReaderLogKind kind = ReaderLogKind::Note;
@@ -54,13 +54,13 @@ using StepAction = std::variant<SendEvent, RaiseError, Pause, SendItem, SendBarc
 /// The reader plays a step in one piece.
 using Step = std::vector<StepAction>;
 
-/// Made in place: GCC takes a moved StepAction for one that may be uninitialised.
+/// Constructs the action in place: GCC warns that a moved StepAction may be uninitialised.
 template <typename ActionType>
 void Add(Step* step, ActionType action) {
   step->emplace_back(std::in_place_type<ActionType>, std::move(action));
 }
 
-/// Adds an error that is over at once: the rest goes on as if it had not been.
+/// Adds an error and its end: the rest of the step goes on.
 void AddPassingError(Step* step, std::string text);
 
 /// @param place  the file or the field that the note is about
@@ -72,8 +72,8 @@ void AddWarnings(Step* step, std::string_view place, const std::vector<std::stri
 void AddCodeline(Step* step, std::string_view place, const CodelineReading& codeline,
                  ReaderDataType textType, ReaderDataType recordType);
 
-/// Adds the record of a driving licence's barcode. Throws std::invalid_argument when the text is
-/// none.
+/// Adds the record of a driving licence's barcode. Throws std::invalid_argument when `text` is not
+/// one.
 void AddAamva(Step* step, std::string_view place, std::string_view text);
 
 }  // namespace conduit

@@ -20,7 +20,7 @@ using Clock = std::chrono::steady_clock;
 /// write a page in pieces, which come as fast as the light moves.
 constexpr std::chrono::milliseconds QuietTime(1500);
 
-/// What tells that a file was written to.
+/// Differs after a file was written to.
 struct Shape {
   std::uintmax_t size = 0;
   std::filesystem::file_time_type written;
@@ -39,8 +39,8 @@ Shape ShapeOf(const std::filesystem::path& file) {
 
 struct WatchedFile {
   Shape shape;
-  Clock::time_point since;  ///< when it was first seen so
-  bool taken = false;       ///< read as it is now
+  Clock::time_point since;  ///< it has this shape
+  bool taken = false;       ///< in this shape
 };
 
 class WatchedFolder : public DocumentSource {
@@ -99,16 +99,15 @@ class WatchedFolder : public DocumentSource {
     isFirstLook = false;
   }
 
-  /// Whether the file is to be taken now, which is so once for as long as it stays
-  /// as it is.
+  /// Returns whether the file has stopped growing, once for each shape of it.
   bool HasSettled(const std::string& name, const Shape& shape) {
     const Clock::time_point now = Clock::now();
     WatchedFile& file = files[name];
     if (file.since == Clock::time_point() || file.shape != shape) {
       file = {shape, now};
     }
-    // What was there before need not be waited for. Later a file's own time may
-    // be that of another machine.
+    // A file from before the start is complete. Later a file's own time may come from the clock
+    // of another machine.
     const bool isOld =
         isFirstLook && std::filesystem::file_time_type::clock::now() - shape.written >= QuietTime;
     const bool hasSettled = !file.taken && (isOld || now - file.since >= QuietTime);
@@ -131,7 +130,7 @@ class WatchedFolder : public DocumentSource {
   const std::filesystem::path folder;
   const std::shared_ptr<PageReaders> readers;
   std::map<std::string, WatchedFile> files;
-  std::set<std::string> told;            ///< what is not read and was said of
+  std::set<std::string> told;            ///< the unread files that a note was written of
   std::deque<ScanFolder::Scan> settled;  ///< and not yet taken
   std::deque<Document> notes;            ///< on the files that are not read, after those
   bool isFirstLook = true;
