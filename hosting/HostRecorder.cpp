@@ -5,8 +5,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/FilePath.h"
 #include <conduit/ItemName.h>
 #include <conduit/MessageLevel.h>
+#include <conduit/ReaderLogLine.h>
 #include <conduit/ResultCode.h>
 
 namespace conduit {
@@ -337,6 +339,8 @@ void HostRecorder::ReportError(const char* text) {
             line != nullptr && line->message.find(error.text) != std::string::npos) {
           line->again = SaidAgain::AsError;
         }
+    error.losesReaderLines =
+        readerLog && IsReaderLogError(error.text, Utf8FromPath(readerLog->File()));
       }
     }
     if (callUnderWay) {
