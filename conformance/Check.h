@@ -33,42 +33,21 @@ struct Check {
   void (*runUnloaded)() = nullptr;  ///< the rest, once the library is unloaded
 };
 
+// Each check stands, with all that belongs to it, in the list of its file.
+
+/// Of the library and its two functions.
+std::span<const Check> LibraryChecks();
+
+/// Of the parameters and reactions.
+std::span<const Check> ConfigurationChecks();
+
+/// Of a running reader.
+std::span<const Check> SessionChecks();
+
 /// All of them, in the order in which they run.
-std::span<const Check> AllChecks();
+const std::vector<Check>& AllChecks();
 
 /// Null when there is none of that name.
 const Check* FindCheck(const std::string& name);
-
-// Of the library and its two functions.
-void CheckExports(const CheckContext& context);
-void CheckNullArguments(const CheckContext& context);
-void CheckNullTexts(const CheckContext& context);
-void CheckNullLogger(const CheckContext& context);
-void CheckCreateDestroy(const CheckContext& context);
-void CheckLeavesNothing(const CheckContext& context);
-void CheckNoProcessIsLeft();
-
-// Of the configuration.
-void CheckParameterList(const CheckContext& context);
-void CheckParameterValues(const CheckContext& context);
-void CheckParameterTexts(const CheckContext& context);
-void CheckUnknownParameter(const CheckContext& context);
-void CheckUnknownCondition(const CheckContext& context);
-void CheckUnknownAction(const CheckContext& context);
-void CheckConditionList(const CheckContext& context);
-
-// Of a running reader.
-void CheckReaderRefuses(const CheckContext& context);
-void CheckShutdownAnyTime(const CheckContext& context);
-void CheckShutdownIsFinal(const CheckContext& context);
-void CheckShutdownInDelivery(const CheckContext& context);
-void CheckSecondStart(const CheckContext& context);
-void CheckCalls(const CheckContext& context);
-void CheckSessionMemory(const CheckContext& context);
-void CheckSessionBrackets(const CheckContext& context);
-void CheckSessionItems(const CheckContext& context);
-void CheckSessionEvents(const CheckContext& context);
-void CheckSessionActions(const CheckContext& context);
-void CheckFailedActions(const CheckContext& context);
 
 }  // namespace conduit

@@ -1,7 +1,6 @@
 #include "console_host/PageCount.h"
 
 #include "hosting/EventNames.h"
-#include <conduit/ReaderLogLine.h>
 
 namespace conduit {
 
@@ -17,7 +16,7 @@ void PageCount::OnEvent(const EventReceived& event) {
 
 void PageCount::OnError(const ErrorReported& error) {
   failed = failed || !error.text.empty();
-  missesReaderLines = missesReaderLines || IsReaderLogError(error.text);
+  missesReaderLines = missesReaderLines || error.losesReaderLines;
 }
 
 }  // namespace conduit

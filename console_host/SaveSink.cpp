@@ -65,11 +65,24 @@ void CreateFolders(const std::filesystem::path& folder) {
   }
 }
 
+/// Returns whether its folder holds nothing else.
+bool IsAlone(const std::filesystem::path& entry, std::error_code& problem) {
+  std::filesystem::directory_iterator other(entry.parent_path(), problem);
+  for (; !problem && other != end(other); other.increment(problem)) {
+    if (other->path().filename() != entry.filename()) {
+      return false;
+    }
+  }
+  return !problem;
+}
+
 }  // namespace
 
 SaveSink::SaveSink(const std::filesystem::path& path)
     // A slash at the end would look behind a symbolic link.
-    : folder(path.has_filename() ? path : path.parent_path()), documentFolder(FolderName(0, "")) {
+    : folder(path.has_filename() ? path : path.parent_path()),
+      claim(folder / FolderName(0, "")),
+      documentFolder(FolderName(0, "")) {
   std::error_code problem;
   if (std::filesystem::exists(folder, problem) && !std::filesystem::is_directory(folder, problem)) {
     Refuse(folder, "it is not a folder");
@@ -78,13 +91,22 @@ SaveSink::SaveSink(const std::filesystem::path& path)
     Refuse(folder, "it is a symbolic link of another user");
   }
   CreateFolders(folder);
-  if (!std::filesystem::is_empty(folder, problem)) {
-    Refuse(folder, problem ? problem.message() : "the folder is not empty");
+  // The claim comes before the look: of two runs that begin at once only one makes it.
+  const bool isNew = std::filesystem::create_directory(claim, problem);
+  if (isNew && IsAlone(claim, problem)) {
+    return;
   }
-  // A run whose items cannot be kept need not begin.
-  const std::filesystem::path probe = folder / FolderName(0, "");
-  CreateFolders(probe);
-  std::filesystem::remove(probe, problem);
+  if (isNew) {
+    std::error_code ignored;
+    std::filesystem::remove(claim, ignored);
+  }
+  const bool cannotTell = problem && problem != std::errc::file_exists;
+  Refuse(folder, cannotTell ? problem.message() : "the folder is not empty");
+}
+
+SaveSink::~SaveSink() {
+  std::error_code holdsItems;
+  std::filesystem::remove(claim, holdsItems);
 }
 
 void SaveSink::OnReaderLine(const ReaderLine& line) {

@@ -12,11 +12,17 @@ namespace conduit {
 /// second of the name `IMAGEVIS-2.png`. The folder is named after what the reader
 /// says that the document comes from; `document-00000/` takes what belongs to none.
 /// An item that came without its data leaves no file.
+///
+/// Two runs never share a folder: `document-00000/` is there from the start, so that another
+/// run finds a folder that is not empty. It goes at the end when it holds nothing.
 class SaveSink final : public RunListener {
  public:
   /// Creates the folder. Throws a std::runtime_error that names it and the reason
   /// when it cannot be used; one that holds anything is not.
   explicit SaveSink(const std::filesystem::path& path);
+  ~SaveSink() override;
+  SaveSink(const SaveSink&) = delete;
+  SaveSink& operator=(const SaveSink&) = delete;
 
   void OnReaderLine(const ReaderLine& line) override;
   void OnDataBegan() override;
@@ -28,6 +34,7 @@ class SaveSink final : public RunListener {
   std::filesystem::path NewFile(const ItemReceived& item);
 
   const std::filesystem::path folder;
+  const std::filesystem::path claim;
   int documents = 0;
   std::string document;  ///< what the one laid down comes from, if the reader says so
   std::string documentFolder;

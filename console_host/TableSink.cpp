@@ -171,9 +171,7 @@ bool IsTableName(const std::filesystem::path& file) {
 }
 
 TableSink::TableSink(const std::filesystem::path& path)
-    : format(FormatOf(path)), file("table", path, StartOf(*format)) {
-  file.Write(format->Head());
-}
+    : format(FormatOf(path)), file("table", path, StartOf(*format)) {}
 
 /// The name comes before the document is laid down.
 void TableSink::OnReaderLine(const ReaderLine& line) {
@@ -223,8 +221,14 @@ void TableSink::OnError(const ErrorReported& error) {
   }
 }
 
-void TableSink::OnRunEnded(const RunEnded& /*end*/) {
+void TableSink::OnRunEnded(const RunEnded& end) {
   Close();
+  if (!hasRows) {
+    if (end.reason == EndReason::Failed) {
+      return;
+    }
+    file.Write(format->Head());
+  }
   file.Complete();
 }
 
@@ -234,7 +238,8 @@ void TableSink::Close() {
   const bool saysAnything =
       std::ranges::any_of(row, [](const auto& values) { return !values.empty(); });
   if (laidDown || saysAnything) {
-    file.Write(format->Line(row));
+    file.Write((hasRows ? "" : format->Head()) + format->Line(row));
+    hasRows = true;
   }
   row.clear();
   laidDown = false;

@@ -26,7 +26,8 @@ class TableFormat {
 /// Tells a run as a table: a row for each document, from when it is laid down to when it
 /// is taken away, whether or not it gave anything. The columns are the same for every
 /// run: the file that the document comes from, the fields of its codeline, those of its
-/// licence, its barcodes by symbology, and what the reader warned of.
+/// licence, its barcodes by symbology, and what the reader warned of. A run that fails
+/// before its first row leaves an earlier table as it is.
 class TableSink final : public RunListener {
  public:
   /// As CSV after RFC 4180, in UTF-8 and with a head, or as JSON Lines, by the file's
@@ -49,6 +50,7 @@ class TableSink final : public RunListener {
 
   const std::unique_ptr<const TableFormat> format;
   ReplacedFile file;
+  bool hasRows = false;
   TableRow row;
   bool laidDown = false;  ///< a document, rather than a card that is swiped
 };

@@ -5,8 +5,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "platform/FilePath.h"
 #include <conduit/ItemName.h>
 #include <conduit/MessageLevel.h>
+#include <conduit/ReaderLogLine.h>
 #include <conduit/ResultCode.h>
 
 namespace conduit {
@@ -127,14 +129,19 @@ std::optional<std::string> HostRecorder::ListenerFailure() const {
   if (!failed) {
     return std::nullopt;
   }
-  return failureText.empty() ? OutOfMemory : failureText;
+  return failures.empty() ? OutOfMemory : failures.front();
+}
+
+std::vector<std::string> HostRecorder::Failures() const {
+  const std::lock_guard lock(mutex);
+  return failed && failures.empty() ? std::vector<std::string>{OutOfMemory} : failures;
 }
 
 void HostRecorder::Recover() noexcept {
   const std::lock_guard lock(mutex);
   failed = false;
   outOfMemory = false;
-  failureText.clear();
+  failures.clear();
   reserve.reset(new (std::nothrow) char[ReserveSize]);
 }
 
@@ -165,15 +172,17 @@ void HostRecorder::WhileModuleSpeaks(const Work& work) noexcept {
 }
 
 void HostRecorder::Fail(const std::exception& problem) noexcept {
-  if (dynamic_cast<const std::bad_alloc*>(&problem) != nullptr) {
+  const bool noMemory = dynamic_cast<const std::bad_alloc*>(&problem) != nullptr;
+  if (noMemory) {
     outOfMemory = true;
     reserve.reset();
   }
-  if (failed.exchange(true) || outOfMemory) {
-    return;
-  }
+  failed = true;
   try {
-    failureText = problem.what();
+    std::string text = noMemory ? OutOfMemory : problem.what();
+    if (std::ranges::find(failures, text) == failures.end()) {
+      failures.push_back(std::move(text));
+    }
   } catch (const std::bad_alloc&) {
     outOfMemory = true;
   }
@@ -330,6 +339,8 @@ void HostRecorder::ReportError(const char* text) {
   WhileModuleSpeaks([&] {
     ErrorReported error = {CopyText(text), false, SaidAgain::Nowhere};
     error.routine = error.text.empty() && !errorStands;
+    error.losesReaderLines =
+        readerLog && IsReaderLogError(error.text, Utf8FromPath(readerLog->File()));
     errorStands = !error.text.empty();
     if (errorStands) {
       for (Said& one : held) {

@@ -68,6 +68,8 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   bool HasFailed() const noexcept { return failed; }
   /// Why, of the first that failed; none when all go on.
   std::optional<std::string> ListenerFailure() const;
+  /// The same of each that failed, every text once.
+  std::vector<std::string> Failures() const;
   /// Forgets the failure, and goes on with the listeners that have not failed themselves.
   void Recover() noexcept;
   /// Whether the listener goes on.
@@ -113,7 +115,7 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   std::unique_ptr<char[]> reserve;  ///< set free to end the run with
   std::atomic<bool> failed = false;
   bool outOfMemory = false;
-  std::string failureText;  ///< empty when there was no memory
+  std::vector<std::string> failures;  ///< none when there was no memory for its text
   std::deque<Said> held;
   bool callUnderWay = false;
   bool errorStands = false;

@@ -80,6 +80,7 @@ struct ErrorReported {
   std::string text;  ///< empty: no error stands any more
   bool routine;      ///< an empty text while no error stood, as every event brings one
   SaidAgain again;
+  bool losesReaderLines = false;  ///< the reader's log that is followed cannot be written
 };
 
 /// Documents that gave nothing because of an error, after a run with such.

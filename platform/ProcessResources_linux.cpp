@@ -4,15 +4,27 @@
 
 #include <filesystem>
 #include <fstream>
+#include <stdexcept>
+#include <string>
+#include <system_error>
 
 #include "platform/ProcessResources.h"
 
 namespace conduit {
 namespace {
 
-std::size_t Entries(const char* folder) {
+std::filesystem::directory_iterator EntriesOf(const char* folder) {
+  std::error_code problem;
+  std::filesystem::directory_iterator entries(folder, problem);
+  if (problem) {
+    throw std::runtime_error(std::string("cannot read ") + folder + ": " + problem.message());
+  }
+  return entries;
+}
+
+std::size_t Count(const char* folder) {
   std::size_t count = 0;
-  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(folder)) {
+  for ([[maybe_unused]] const auto& entry : EntriesOf(folder)) {
     ++count;
   }
   return count;
@@ -20,11 +32,11 @@ std::size_t Entries(const char* folder) {
 
 }  // namespace
 
-ProcessResources ResourcesInUse() { return {Entries("/proc/self/task"), Entries("/proc/self/fd")}; }
+ProcessResources ResourcesInUse() { return {Count("/proc/self/task"), Count("/proc/self/fd")}; }
 
 std::vector<int> ChildProcesses() {
   std::vector<int> children;
-  for (const auto& thread : std::filesystem::directory_iterator("/proc/self/task")) {
+  for (const auto& thread : EntriesOf("/proc/self/task")) {
     std::ifstream stream(thread.path() / "children");
     for (int child = 0; stream >> child;) {
       children.push_back(child);

@@ -140,11 +140,13 @@ std::optional<std::size_t> WorkerProcess::Read(char* bytes, std::size_t most,
 }
 
 void WorkerProcess::Kill() {
-  shutdown(state->channel, SHUT_RDWR);
-  const std::lock_guard lock(state->mutex);
-  if (!state->reaped) {
-    kill(state->process, SIGKILL);
+  {
+    const std::lock_guard lock(state->mutex);
+    if (!state->reaped) {
+      kill(state->process, SIGKILL);
+    }
   }
+  shutdown(state->channel, SHUT_RDWR);
 }
 
 std::chrono::milliseconds WorkerProcess::ProcessorTime() const {

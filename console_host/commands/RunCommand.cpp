@@ -310,6 +310,21 @@ void TellEnd(RunListener& listener, const RunEnded& end) noexcept {
   }
 }
 
+/// Tells each failure that the end of the run does not tell, as of files that cannot be
+/// completed.
+void TellOtherFailures(const HostRecorder& recorder, const RunEnded& end,
+                       RunListener& trouble) noexcept {
+  try {
+    for (const std::string& failure : recorder.Failures()) {
+      if (failure != end.message) {
+        TellEnd(trouble, {EndReason::Failed, failure});
+      }
+    }
+  } catch (const std::bad_alloc&) {
+    TellEnd(trouble, {EndReason::Failed, OutOfMemory});
+  }
+}
+
 /// Whether an environment variable holds anything.
 bool IsSet(const char* variable) {
   const char* const value = std::getenv(variable);
@@ -369,10 +384,9 @@ int Run(const RunOptions& options) {
       TellEnd(*listener, ended);
     }
   }
-  // As a file that cannot be completed.
-  if (recorder.HasFailed() && ended.reason != EndReason::Failed) {
-    ended = FailedBy(recorder);
-    TellEnd(trouble, ended);
+  TellOtherFailures(recorder, ended, trouble);
+  if (recorder.HasFailed()) {
+    return EXIT_FAILURE;
   }
   switch (ended.reason) {
     case EndReason::ReaderTerminated:

@@ -119,14 +119,24 @@ inline std::optional<ReaderLogLine> ParseReaderLogLine(std::string_view line) {
 }
 
 /// What a reader library says, as its error, of a log that it cannot write: between these
-/// stands the log file's name, and behind them the reason. A host that follows the log knows
-/// by it that it missed lines.
+/// stands the log file's name, and behind them the reason.
 inline constexpr std::string_view ReaderLogErrorStart = "the log file \"";
 inline constexpr std::string_view ReaderLogErrorMiddle = "\" cannot be written: ";
 
-inline bool IsReaderLogError(std::string_view error) {
-  return error.substr(0, ReaderLogErrorStart.size()) == ReaderLogErrorStart &&
-         error.find(ReaderLogErrorMiddle) != std::string_view::npos;
+/// Returns whether the error says that the reader library cannot write this log. A host that
+/// follows the log knows by it that it missed lines.
+///
+/// An error may begin with the name of a page's file, which anybody can choose, but no file
+/// name holds a path: a host is safe from such names that names its log by a path.
+/// @param log  the file's name, as the reader library was given it
+inline bool IsReaderLogError(std::string_view error, std::string_view log) {
+  for (const std::string_view part : {ReaderLogErrorStart, log, ReaderLogErrorMiddle}) {
+    if (error.substr(0, part.size()) != part) {
+      return false;
+    }
+    error.remove_prefix(part.size());
+  }
+  return true;
 }
 
 }  // namespace conduit

@@ -187,6 +187,37 @@ TEST(FileSafety, AFileThatMayNotGrowIsAnErrorAndLooksUnfinished) {
   }
 }
 
+TEST(FileSafety, EachFileThatIsLostIsNamed) {
+  const std::filesystem::path folder = EmptyFolder();
+  std::string rows;
+  for (int i = 0; i < 100; ++i) {
+    rows += Document;
+  }
+  const Outcome outcome = RunByShell(
+      "ulimit -f 1; exec \"$@\"",
+      {"--report", (folder / "run.html").string(), "--table", (folder / "people.csv").string()},
+      rows);
+  EXPECT_THAT(outcome.trouble, AllOf(HasSubstr("conduit: cannot write report "),
+                                     HasSubstr("conduit: cannot write table ")));
+  EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(FileSafety, ARunThatFailsBeforeItsFirstRowLeavesTheEarlierTable) {
+  const std::filesystem::path folder = EmptyFolder();
+  for (const char* const name : {"people.csv", "people.jsonl"}) {
+    const std::string table = folder / name;
+    RunFake({"--table", table}, Document);
+    const std::string earlier = Contents(table);
+    EXPECT_THAT(earlier, HasSubstr("torn"));
+    EXPECT_EQ(RunFake({"--table", table}, "refuse\n").status, 1);
+    EXPECT_EQ(RunFake({"--table", table, (folder / "missing.json").string()}, "").status, 1);
+    EXPECT_EQ(Contents(table), earlier);
+    RunFake({"--table", table}, "");
+    EXPECT_THAT(Contents(table), testing::Not(HasSubstr("torn"))) << "a run without documents";
+  }
+  EXPECT_EQ(FilesIn(folder).size(), 2U);
+}
+
 TEST(FileSafety, ARefusedRunLeavesNoFile) {
   const std::filesystem::path folder = EmptyFolder();
   RunFake({"--report", folder / "run.html", "--table", folder / "no/people.csv"}, "");

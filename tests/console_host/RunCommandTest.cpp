@@ -163,6 +163,26 @@ TEST(RunCommand, SaysThatLinesOfTheReadersLogAreMissing) {
   EXPECT_EQ(outcome.status, 1);
 }
 
+TEST(RunCommand, TakesNoErrorForOneOfAnotherLog) {
+  const std::string log = InFolder("followed.log");
+  struct Case {
+    const char* what;
+    std::string error;
+    int status;
+  };
+  const Case cases[] = {
+      {"the log that is followed", "the log file \"" + log + "\" cannot be written: full", 1},
+      {"a page's file of such a name", "the log file \"a\" cannot be written: b.png: torn", 0},
+      {"the same, with the log's name behind", "a.png: " + log + "\" cannot be written: ", 0},
+  };
+  for (const Case& one : cases) {
+    const Outcome outcome =
+        RunFake({"--set", "LogFileName=" + log}, ToItsEnd("error " + one.error + "\n"));
+    EXPECT_EQ(outcome.status, one.status) << one.what;
+    EXPECT_EQ(outcome.trouble.empty(), one.status == 0) << one.what << ": " << outcome.trouble;
+  }
+}
+
 TEST(RunCommand, DoesNotFollowItsOwnOutput) {
   const std::string output = InFolder("own-output.txt");
   const Outcome outcome =

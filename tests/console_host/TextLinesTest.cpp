@@ -6,12 +6,14 @@
 #include <fstream>
 #include <iterator>
 #include <new>
+#include <optional>
 #include <random>
 #include <sstream>
 #include <string>
 #include <utility>
 
 #include "console_host/ProgressLine.h"
+#include "console_host/SaveSink.h"
 #include "console_host/TableSink.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
@@ -225,6 +227,25 @@ TEST(TableSink, HasARowForEachDocument) {
   EXPECT_FALSE(std::getline(lines, line));
   std::filesystem::remove(file + ".csv");
   std::filesystem::remove(file + ".jsonl");
+}
+
+TEST(SaveSink, SharesItsFolderWithNoOtherRun) {
+  const std::filesystem::path folder =
+      testing::TempDir() + "items-" + std::to_string(std::random_device()());
+  std::optional<SaveSink> run(folder);
+  EXPECT_THROW(SaveSink{folder}, std::runtime_error);
+  EXPECT_THROW(SaveSink{folder}, std::runtime_error) << "the one that is refused leaves the claim";
+  run.reset();
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+
+  run.emplace(folder);
+  run->OnDataBegan();
+  run->OnItem({"NAME", ItemTypeText, 1, "A", {}, true, 0});
+  run.reset();
+  EXPECT_THROW(SaveSink{folder}, std::runtime_error);
+  const auto left = std::filesystem::directory_iterator(folder);
+  EXPECT_EQ(std::distance(begin(left), end(left)), 1) << "items, and no claim";
+  std::filesystem::remove_all(folder);
 }
 
 TEST(TableSink, LeavesATableThatAnotherRunHasWrittenMeanwhile) {

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <ostream>
 #include <regex>
+#include <sstream>
 
 #include "RunConduit.h"
 #include "platform/Environment.h"
@@ -132,6 +133,23 @@ TEST(ValidateCommand, RunsTheChecksThatFit) {
 {"kind":"summary","passed":2,"warnings":0,"failed":1,"skipped":0}
 )");
   EXPECT_EQ(outcome.status, 1);
+}
+
+TEST(ValidateCommand, HasAPageThatDescribesEachCheck) {
+  std::vector<std::string> described;
+  std::ifstream page(PAGE_OF_CHECKS);
+  for (std::string line; std::getline(page, line);) {
+    if (line.starts_with("| `") && !line.starts_with("| `-")) {
+      described.push_back(line.substr(3, line.find('`', 3) - 3));
+    }
+  }
+  std::vector<std::string> listed;
+  std::istringstream list(RunConduit({"validate", "--list"}).output);
+  for (std::string line; std::getline(list, line);) {
+    listed.push_back(line.substr(0, line.find(' ')));
+  }
+  EXPECT_THAT(listed, testing::SizeIs(testing::Ge(25)));
+  EXPECT_EQ(listed, described);
 }
 
 TEST(ValidateCommand, SkipsWhatNeedsAReaderThatStarts) {

@@ -85,6 +85,12 @@ TEST(DateFormat, RefusesWhatTheFormatterDoesNotKnow) {
     EXPECT_GT(text.size(), std::string("Invalid: - ").size());
     EXPECT_FALSE(FormatTime(format, LocalTime()).accepted);
   }
+  EXPECT_STREQ(FormatDate("%d %Q", 1, 1, 1, false).buffer,
+               "Invalid: - unknown conversion \"%Q\" in the format");
+  EXPECT_STREQ(FormatDate("%EOy", 1, 1, 1, false).buffer,
+               "Invalid: - unknown conversion \"%EO\" in the format");
+  EXPECT_STREQ(FormatDate("%d %", 1, 1, 1, false).buffer,
+               "Invalid: - the format ends in a per cent sign");
   EXPECT_STREQ(FormatDate("100%% %d/%m/%y", 5, 11, 85, false).buffer, "100% 05/11/85");
 }
 

@@ -16,10 +16,15 @@ namespace conduit {
 /// name.
 class PseudoTerminal {
  public:
+  /// Whether this system has any: a bare root has no /dev/pts.
+  static bool IsAvailable() { return !PseudoTerminal().name.empty(); }
+
   PseudoTerminal() : device(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
-    grantpt(device);
-    unlockpt(device);
-    name = ptsname(device);
+    const char* const port =
+        grantpt(device) == 0 && unlockpt(device) == 0 ? ptsname(device) : nullptr;
+    if (port != nullptr && access(port, R_OK) == 0) {
+      name = port;
+    }
   }
   ~PseudoTerminal() { Unplug(); }
   PseudoTerminal(const PseudoTerminal&) = delete;

@@ -29,6 +29,11 @@ constexpr std::chrono::milliseconds Moment(5);
 
 class SerialLineModuleTest : public testing::Test {
  protected:
+  void SetUp() override {
+    if (!PseudoTerminal::IsAvailable()) {
+      GTEST_SKIP() << "this system has no pseudo-terminal";
+    }
+  }
   void TearDown() override { module->Shutdown(); }
 
   std::int32_t Start(const std::string& port) {

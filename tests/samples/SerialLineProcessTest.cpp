@@ -32,6 +32,9 @@ void WaitFor(const std::string& file, const std::string& text) {
 }
 
 TEST(SerialLineProcess, ShowsLinesUntilThePortVanishes) {
+  if (!PseudoTerminal::IsAvailable()) {
+    GTEST_SKIP() << "this system has no pseudo-terminal";
+  }
   const std::string output = TEST_FOLDER "/serial-lines.txt";
   std::ofstream(output).close();
   PseudoTerminal terminal;
@@ -71,6 +74,9 @@ TEST(SerialLineProcess, ShowsLinesUntilThePortVanishes) {
 
 #if defined(VALIDATES)
 TEST(SerialLineProcess, FollowsTheInterface) {
+  if (!PseudoTerminal::IsAvailable()) {
+    GTEST_SKIP() << "this system has no pseudo-terminal";
+  }
   const PseudoTerminal terminal;
   std::atomic<bool> stop = false;
   std::thread device([&] {
