@@ -19,9 +19,9 @@
 #include <string>
 #include <vector>
 
-#include "virtual_reader/codelines/CodelineSearch.h"
-#include "virtual_reader/codelines/LineStrip.h"
-#include "virtual_reader/codelines/TextRows.h"
+#include "virtual_reader/mrz/CodelineSearch.h"
+#include "virtual_reader/mrz/LineStrip.h"
+#include "virtual_reader/mrz/TextRows.h"
 #include "virtual_reader/images/ImageDecoding.h"
 
 namespace conduit {

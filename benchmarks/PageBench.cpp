@@ -27,7 +27,7 @@ using ReaderOptions = DecodeHints;
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"
-#include "virtual_reader/search/PageSearch.h"
+#include "virtual_reader/barcodes/PageSearch.h"
 
 namespace conduit {
 namespace {

@@ -8,8 +8,8 @@
 #include <utility>
 
 #include "fuzzing/Require.h"
-#include "virtual_reader/codelines/CodelineSearch.h"
-#include "virtual_reader/codelines/Glyphs.h"
+#include "virtual_reader/mrz/CodelineSearch.h"
+#include "virtual_reader/mrz/Glyphs.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/records/CodelineFormat.h"
 

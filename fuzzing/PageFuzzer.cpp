@@ -3,7 +3,7 @@
 
 #include "fuzzing/Require.h"
 #include "virtual_reader/images/ImageDecoding.h"
-#include "virtual_reader/search/PageSearch.h"
+#include "virtual_reader/barcodes/PageSearch.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "virtual_reader/pages/PageRequest.h"
-#include "virtual_reader/search/PageFindings.h"
+#include "virtual_reader/barcodes/PageFindings.h"
 
 namespace conduit {
 
