@@ -116,7 +116,7 @@ class Tesseract {
     }
     PageImage upright = LinesOf(page, groups.front());
     PageImage onItsHead = upright;
-    std::reverse(onItsHead.light.begin(), onItsHead.light.end());
+    std::reverse(onItsHead.luminance.begin(), onItsHead.luminance.end());
     double upTime = 0;
     double headTime = 0;
     int upSure = 0;
@@ -138,13 +138,13 @@ class Tesseract {
       const PageImage strip = Straighten(page, row, columns, 0).image;
       lines.width = strip.width;
       lines.height += strip.height;
-      lines.light.insert(lines.light.end(), strip.light.begin(), strip.light.end());
+      lines.luminance.insert(lines.luminance.end(), strip.luminance.begin(), strip.luminance.end());
     }
     return lines;
   }
 
   std::string ReadBlock(const PageImage& image, int* sure) {
-    api.SetImage(image.light.data(), image.width, image.height, 1, image.width);
+    api.SetImage(image.luminance.data(), image.width, image.height, 1, image.width);
     constexpr int dotsToTheInch = 240;  // ten characters of a strip's 24 pixels
     api.SetSourceResolution(dotsToTheInch);
     const std::unique_ptr<char[]> text(api.GetUTF8Text());

@@ -23,18 +23,18 @@ PageImage Zone() {
   const PageImage page = DecodeImage(bytes);
   PageImage zone = {page.width, page.height / 3, {}};
   const auto size = static_cast<std::size_t>(zone.width) * static_cast<std::size_t>(zone.height);
-  zone.light.assign(page.light.end() - static_cast<std::ptrdiff_t>(size), page.light.end());
+  zone.luminance.assign(page.luminance.end() - static_cast<std::ptrdiff_t>(size), page.luminance.end());
   return zone;
 }
 
-std::size_t Pixels(const PageImage& image) { return image.light.size(); }
+std::size_t Pixels(const PageImage& image) { return image.luminance.size(); }
 
 void Turn(PageImage* image) {
   PageImage turned = {image->height, image->width, {}};
-  turned.light.reserve(Pixels(*image));
+  turned.luminance.reserve(Pixels(*image));
   for (int x = 0; x < image->width; ++x) {
     for (int y = image->height - 1; y >= 0; --y) {
-      turned.light.push_back(image->light[static_cast<std::size_t>(y * image->width + x)]);
+      turned.luminance.push_back(image->luminance[static_cast<std::size_t>(y * image->width + x)]);
     }
   }
   *image = std::move(turned);
@@ -52,7 +52,7 @@ void Disturb(std::span<const std::uint8_t, 5> bytes, PageImage* image) {
   }
   for (int y = top; y < bottom; ++y) {
     for (int x = left; x < right; ++x) {
-      std::uint8_t& light = image->light[static_cast<std::size_t>(y * image->width + x)];
+      std::uint8_t& light = image->luminance[static_cast<std::size_t>(y * image->width + x)];
       const unsigned noise = static_cast<unsigned>(x * 7919 + y * 104729) >> (bytes[4] % 8);
       switch (bytes[0] % 4) {
         case 0:
@@ -65,7 +65,7 @@ void Disturb(std::span<const std::uint8_t, 5> bytes, PageImage* image) {
           light = static_cast<std::uint8_t>((light + bytes[4]) / 2);
           break;
         default:
-          light = image->light[static_cast<std::size_t>(y * image->width +
+          light = image->luminance[static_cast<std::size_t>(y * image->width +
                                                         (x + bytes[4]) % image->width)];
       }
     }

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "virtual_reader/barcodes/PageArea.h"
+#include "virtual_reader/pixels/Geometry.h"
 #include <conduit/ReaderItem.h>
 
 namespace conduit {
@@ -11,11 +11,13 @@ namespace conduit {
 /// The name under which a host receives a barcode of this type.
 inline std::string BarcodeName(ReaderDataType type) { return FindReaderItem(type)->name; }
 
+using PageArea = Rectangle;
+
 /// A barcode that a search has seen.
 struct PageFinding {
   ReaderDataType type;
   std::string data;  ///< byte for byte; of one that cannot be decoded nothing
-  PageArea area;
+  Rectangle area;
   std::string failure;  ///< why it cannot be decoded; empty where it can
 
   bool IsRead() const { return failure.empty(); }

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "virtual_reader/images/PageImage.h"
 #include "virtual_reader/barcodes/PageFindings.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 

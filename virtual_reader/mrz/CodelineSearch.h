@@ -1,7 +1,7 @@
 #pragma once
 
 #include "virtual_reader/mrz/CodelineFindings.h"
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 

@@ -6,30 +6,13 @@
 #include <cstdint>
 #include <vector>
 
+#include "virtual_reader/pixels/Sampling.h"
+
 namespace conduit {
 namespace {
 
 constexpr int Pitch = 24;  // of a strip, in pixels
 constexpr int StripHeight = 3 * Pitch;
-
-/// The light between the pixels.
-float LightAt(const PageImage& image, float x, float y) {
-  constexpr float shortOfTheEdge = 1.01F;
-  x = std::clamp(x, 0.F, static_cast<float>(image.width) - shortOfTheEdge);
-  y = std::clamp(y, 0.F, static_cast<float>(image.height) - shortOfTheEdge);
-  const auto column = static_cast<int>(x);
-  const auto row = static_cast<int>(y);
-  const float right = x - static_cast<float>(column);
-  const float down = y - static_cast<float>(row);
-  const std::uint8_t* const above =
-      image.light.data() + static_cast<std::ptrdiff_t>(row) * image.width + column;
-  const std::uint8_t* const below = above + image.width;
-  const float upper =
-      static_cast<float>(above[0]) + static_cast<float>(above[1] - above[0]) * right;
-  const float lower =
-      static_cast<float>(below[0]) + static_cast<float>(below[1] - below[0]) * right;
-  return upper + (lower - upper) * down;
-}
 
 /// So many samples of the page are the mean of a strip's pixel, each way.
 int SamplesEachWay(const TextRow& row) {
@@ -57,13 +40,13 @@ LineStrip Straighten(const PageImage& page, const TextRow& row, int columns, dou
     for (int j = 0; j < StripHeight * samples; ++j) {
       const double down = (j + 0.5) / samples - StripHeight / 2.0;
       sums[static_cast<std::size_t>(j / samples) * width + static_cast<std::size_t>(i / samples)] +=
-          LightAt(page, static_cast<float>(middleX + downX * down),
-                  static_cast<float>(middleY + downY * down));
+          LuminanceAt(page, static_cast<float>(middleX + downX * down),
+                      static_cast<float>(middleY + downY * down));
     }
   }
-  strip.image.light.reserve(sums.size());
+  strip.image.luminance.reserve(sums.size());
   for (const float sum : sums) {
-    strip.image.light.push_back(
+    strip.image.luminance.push_back(
         static_cast<std::uint8_t>(sum / static_cast<float>(samples * samples) + 0.5F));
   }
   strip.course.x.factors = {(StripBefore + 0.5) * Pitch - 0.5, Pitch, 0};
@@ -72,7 +55,7 @@ LineStrip Straighten(const PageImage& page, const TextRow& row, int columns, dou
 }
 
 LineStrip UpsideDown(LineStrip strip) {
-  std::reverse(strip.image.light.begin(), strip.image.light.end());
+  std::reverse(strip.image.luminance.begin(), strip.image.luminance.end());
   return strip;
 }
 
@@ -95,7 +78,7 @@ CellInk InkAt(const LineStrip& strip, double column, const PrintLook& look) {
       constexpr float white = 255.5F;
       ink.rows[static_cast<std::size_t>(j)][static_cast<std::size_t>(i)] =
           static_cast<std::int16_t>(
-              white - LightAt(strip.image, rowX + along * alongX, rowY + along * alongY));
+              white - LuminanceAt(strip.image, rowX + along * alongX, rowY + along * alongY));
     }
   }
   return ink;

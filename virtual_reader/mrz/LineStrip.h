@@ -3,7 +3,7 @@
 #include "virtual_reader/mrz/Chains.h"
 #include "virtual_reader/mrz/Glyphs.h"
 #include "virtual_reader/mrz/RowCurve.h"
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 

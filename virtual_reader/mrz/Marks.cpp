@@ -4,7 +4,8 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
+
+#include "virtual_reader/pixels/Components.h"
 
 namespace conduit {
 namespace {
@@ -16,6 +17,8 @@ constexpr int Surroundings = 20;
 
 constexpr int SmallestMark = 7;
 constexpr int LargestMark = 100;
+constexpr int ThinnestMark = 2;
+constexpr int LeastPercentDark = 8;
 
 /// The sum and the sum of squares of light over a square that is moved over the
 /// page, column by column.
@@ -71,9 +74,7 @@ class MovingSquare {
  private:
   std::size_t Width() const { return static_cast<std::size_t>(page.width); }
 
-  const std::uint8_t* RowAt(int y) const {
-    return &page.light[static_cast<std::size_t>(y) * Width()];
-  }
+  const std::uint8_t* RowAt(int y) const { return page.Row(y); }
 
   void AddRow(int y, int sign) {
     const std::uint8_t* const row = RowAt(y);
@@ -90,130 +91,26 @@ class MovingSquare {
   int rows = 0;
 };
 
-/// Joins the runs of dark pixels of one row after the other to marks.
-class MarkBuilder {
- public:
-  void AddRow(int y, const std::uint8_t* dark, int width) {
-    const std::size_t begin = runs.size();
-    std::size_t above = aboveBegin;
-    for (int x = 0; x < width;) {
-      if (dark[x] == 0) {
-        ++x;
-        continue;
-      }
-      int end = x;
-      while (end < width && dark[end] != 0) {
-        ++end;
-      }
-      const std::size_t index = runs.size();
-      runs.push_back({y, x, end, index});
-      while (above < begin && runs[above].to < x) {
-        ++above;
-      }
-      for (std::size_t other = above; other < begin && runs[other].from <= end; ++other) {
-        Join(other, index);
-      }
-      x = end;
-    }
-    aboveBegin = begin;
-  }
-
-  std::vector<Mark> Take() {
-    std::vector<Box> boxes(runs.size());
-    for (std::size_t i = 0; i < runs.size(); ++i) {
-      Box& box = boxes[RootOf(i)];
-      const Run& run = runs[i];
-      box.left = std::min(box.left, run.from);
-      box.right = std::max(box.right, run.to);
-      box.top = std::min(box.top, run.y);
-      box.bottom = std::max(box.bottom, run.y + 1);
-      box.area += run.to - run.from;
-    }
-    std::vector<Mark> marks;
-    for (const Box& box : boxes) {
-      const int width = box.right - box.left;
-      const int height = box.bottom - box.top;
-      constexpr int thinnest = 2;
-      constexpr int leastPercentDark = 8;
-      if (box.area > 0 && std::max(width, height) >= SmallestMark &&
-          std::max(width, height) <= LargestMark && std::min(width, height) >= thinnest &&
-          box.area * 100 > width * height * leastPercentDark) {
-        marks.push_back({(box.left + box.right) / 2.0, (box.top + box.bottom) / 2.0,
-                         static_cast<double>(width), static_cast<double>(height)});
-      }
-    }
-    return marks;
-  }
-
- private:
-  struct Run {
-    int y;
-    int from;
-    int to;
-    std::size_t parent;
-  };
-  struct Box {
-    int left = std::numeric_limits<int>::max();
-    int top = std::numeric_limits<int>::max();
-    int right = 0;
-    int bottom = 0;
-    int area = 0;
-  };
-
-  std::size_t RootOf(std::size_t run) {
-    while (runs[run].parent != run) {
-      runs[run].parent = runs[runs[run].parent].parent;
-      run = runs[run].parent;
-    }
-    return run;
-  }
-
-  void Join(std::size_t a, std::size_t b) {
-    const std::size_t rootOfA = RootOf(a);
-    const std::size_t rootOfB = RootOf(b);
-    runs[std::max(rootOfA, rootOfB)].parent = std::min(rootOfA, rootOfB);
-  }
-
-  std::vector<Run> runs;
-  std::size_t aboveBegin = 0;  ///< of the row above
-};
-
 }  // namespace
-
-PageImage Reduced(const PageImage& page, int factor) {
-  PageImage reduced = {page.width / factor, page.height / factor, {}};
-  const auto width = static_cast<std::size_t>(reduced.width);
-  const auto step = static_cast<std::size_t>(factor);
-  reduced.light.reserve(width * static_cast<std::size_t>(reduced.height));
-  std::vector<unsigned> sums(width);
-  for (std::size_t y = 0; y < static_cast<std::size_t>(reduced.height); ++y) {
-    std::fill(sums.begin(), sums.end(), 0U);
-    for (std::size_t j = 0; j < step; ++j) {
-      const std::uint8_t* const row =
-          &page.light[(y * step + j) * static_cast<std::size_t>(page.width)];
-      for (std::size_t x = 0; x < width; ++x) {
-        for (std::size_t i = 0; i < step; ++i) {
-          sums[x] += row[x * step + i];
-        }
-      }
-    }
-    for (const unsigned sum : sums) {
-      reduced.light.push_back(static_cast<std::uint8_t>(sum / (step * step)));
-    }
-  }
-  return reduced;
-}
 
 std::vector<Mark> FindMarks(const PageImage& page) {
   MovingSquare square(page);
-  MarkBuilder builder;
+  ComponentLabelling labelling;
   std::vector<std::uint8_t> dark(static_cast<std::size_t>(page.width));
   for (int y = 0; y < page.height; ++y) {
     square.MoveTo(y);
     square.FindDark(y, dark.data());
-    builder.AddRow(y, dark.data(), page.width);
+    labelling.AddRow(dark.data(), page.width);
   }
-  std::vector<Mark> marks = builder.Take();
+  std::vector<Mark> marks;
+  for (const Component& component : labelling.Take()) {
+    const auto& [left, top, width, height] = component.bounds;
+    const auto [shorter, longer] = std::minmax(width, height);
+    if (longer >= SmallestMark && longer <= LargestMark && shorter >= ThinnestMark &&
+        component.pixels * 100 > width * height * LeastPercentDark) {
+      marks.push_back({left + width / 2.0, top + height / 2.0, double(width), double(height)});
+    }
+  }
   if (marks.size() > MostMarks) {
     marks.clear();
   }

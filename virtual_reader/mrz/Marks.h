@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 
@@ -13,11 +13,6 @@ struct Mark {
   double width;
   double height;
 };
-
-/// The page at a whole fraction of its size, each pixel the mean of those it
-/// stands for.
-/// @param factor  at least 1
-PageImage Reduced(const PageImage& page, int factor);
 
 /// The marks of about a character's size, as a zone has them on a page of some 150
 /// dots to the inch. Nothing where there are more than print makes: noise.

@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <utility>
 
+#include "virtual_reader/pixels/Sampling.h"
+
 namespace conduit {
 namespace {
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "virtual_reader/mrz/Chains.h"
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 

@@ -42,10 +42,10 @@ PageImage Drawn(int width, int height, auto&& light) {
   PageImage page = {width, height, {}};
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {
-      page.light.push_back(static_cast<std::uint8_t>(light(x, y)));
+      page.luminance.push_back(static_cast<std::uint8_t>(light(x, y)));
     }
   }
-  page.light.shrink_to_fit();  // a byte beyond the page is none of the vector's
+  page.luminance.shrink_to_fit();  // a byte beyond the page is none of the vector's
   return page;
 }
 
@@ -81,15 +81,15 @@ TEST(PageSearch, ReadsALargePageInPartsAndNothingTwice) {
   PageImage page = Drawn(width, height, [](int, int) { return 255; });
   for (const int top : {3200, height - symbol.height}) {
     for (int y = 0; y < symbol.height; ++y) {
-      std::copy_n(symbol.light.begin() + static_cast<std::ptrdiff_t>(y) * symbol.width,
+      std::copy_n(symbol.luminance.begin() + static_cast<std::ptrdiff_t>(y) * symbol.width,
                   symbol.width,
-                  page.light.begin() + static_cast<std::ptrdiff_t>(top + y) * width + 800);
+                  page.luminance.begin() + static_cast<std::ptrdiff_t>(top + y) * width + 800);
     }
   }
   // A frame, so that the page is searched as a whole.
   for (int x = 0; x < width; ++x) {
-    page.light[static_cast<std::size_t>(x) + 20 * width] = 0;
-    page.light[static_cast<std::size_t>(x) + 21 * width] = 0;
+    page.luminance[static_cast<std::size_t>(x) + 20 * width] = 0;
+    page.luminance[static_cast<std::size_t>(x) + 21 * width] = 0;
   }
   const std::string line = "BARCODE_1D_INTERLEAVED_2_OF_5 12345678901234";
   EXPECT_THAT(Found(page), ElementsAre(line, line));

@@ -58,7 +58,7 @@ TEST(CodelineSearch, TakesAnyImage) {
     std::uint32_t random = 1;
     for (int i = 0; i < width * height; ++i) {
       random = random * 1664525U + 1013904223U;
-      image.light.push_back(static_cast<std::uint8_t>(random >> 24U));
+      image.luminance.push_back(static_cast<std::uint8_t>(random >> 24U));
     }
     EXPECT_THAT(SearchCodeline(image).lines, IsEmpty()) << width << " x " << height;
   }
