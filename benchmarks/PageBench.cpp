@@ -25,9 +25,9 @@ using ReaderOptions = DecodeHints;
 #include <thread>
 
 #include "virtual_reader/InputFile.h"
+#include "virtual_reader/barcodes/PageSearch.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"
-#include "virtual_reader/barcodes/PageSearch.h"
 
 namespace conduit {
 namespace {

@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "fuzzing/Require.h"
+#include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/mrz/CodelineSearch.h"
 #include "virtual_reader/mrz/Glyphs.h"
-#include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/records/CodelineFormat.h"
 
 namespace conduit {
@@ -23,7 +23,8 @@ PageImage Zone() {
   const PageImage page = DecodeImage(bytes);
   PageImage zone = {page.width, page.height / 3, {}};
   const auto size = static_cast<std::size_t>(zone.width) * static_cast<std::size_t>(zone.height);
-  zone.luminance.assign(page.luminance.end() - static_cast<std::ptrdiff_t>(size), page.luminance.end());
+  zone.luminance.assign(page.luminance.end() - static_cast<std::ptrdiff_t>(size),
+                        page.luminance.end());
   return zone;
 }
 
@@ -66,7 +67,7 @@ void Disturb(std::span<const std::uint8_t, 5> bytes, PageImage* image) {
           break;
         default:
           light = image->luminance[static_cast<std::size_t>(y * image->width +
-                                                        (x + bytes[4]) % image->width)];
+                                                            (x + bytes[4]) % image->width)];
       }
     }
   }
@@ -82,7 +83,7 @@ void RequireZone(const std::vector<std::string>& lines) {
           "what is read has the shape of a zone");
   for (const std::string& line : lines) {
     Require(line.size() == lines[0].size() &&
-                line.find_first_not_of(ZoneCharacters) == std::string::npos,
+                line.find_first_not_of(MrzCharacters) == std::string::npos,
             "a line has the characters of a zone");
   }
 }

@@ -5,10 +5,10 @@
 
 namespace conduit {
 
-/// What a search of one image for a machine-readable zone has found.
+/// The result of a search of one image for a machine-readable zone (MRZ).
 struct CodelineFindings {
-  std::vector<std::string> lines;     ///< of a zone that was read surely; else none
-  std::vector<std::string> failures;  ///< where a zone stands that was not, not what it says
+  std::vector<std::string> lines;     ///< of an MRZ that was read with confidence; else none
+  std::vector<std::string> failures;  ///< where another MRZ is, without its text
 };
 
 }  // namespace conduit

@@ -4,34 +4,34 @@
 #include <cmath>
 #include <utility>
 
-#include "virtual_reader/mrz/TextRows.h"
-#include "virtual_reader/mrz/ZoneCells.h"
-#include "virtual_reader/mrz/ZoneText.h"
+#include "virtual_reader/mrz/MrzCandidates.h"
+#include "virtual_reader/mrz/MrzCells.h"
+#include "virtual_reader/mrz/MrzText.h"
 
 namespace conduit {
 namespace {
 
-/// Below this, nothing is a zone or worth its while.
+/// In pixels, of a page: less has no room for an MRZ.
 constexpr int ShortestSide = 60;
 
-/// Rows of print that are not of a zone are told by their cells, at the price of
-/// looking at them.
-constexpr std::size_t MostGroupsTried = 4;
+/// Other print is told from an MRZ by its cells, at the price of comparing them.
+constexpr std::size_t MostCandidatesTried = 4;
 
-/// What print of OCR-B comes to, though it be damaged; other print does not.
-constexpr double LikenessOfZone = 0.62;
+/// The mean similarity of an MRZ, though it be damaged; print of other typefaces has less.
+constexpr double SimilarityOfMrz = 0.62;
 
-std::string PlaceOf(const RowGroup& group) {
+std::string PlaceOf(const MrzCandidate& candidate) {
   double left = 1e9;
   double top = 1e9;
   double right = 0;
   double bottom = 0;
-  for (const TextRow& row : group) {
-    for (const int column : {0, row.columns - 1}) {
-      left = std::min(left, row.x.At(column) - row.size / 2);
-      right = std::max(right, row.x.At(column) + row.size / 2);
-      top = std::min(top, row.y.At(column) - row.size / 2);
-      bottom = std::max(bottom, row.y.At(column) + row.size / 2);
+  for (const TextLine& line : candidate) {
+    for (const int column : {0, line.columns - 1}) {
+      const auto [x, y] = line.course.At(column);
+      left = std::min(left, x - line.glyphHeight / 2);
+      right = std::max(right, x + line.glyphHeight / 2);
+      top = std::min(top, y - line.glyphHeight / 2);
+      bottom = std::max(bottom, y + line.glyphHeight / 2);
     }
   }
   const auto text = [](double value) { return std::to_string(std::max(0L, std::lround(value))); };
@@ -45,19 +45,19 @@ CodelineFindings SearchCodeline(const PageImage& page) {
   if (std::min(page.width, page.height) < ShortestSide) {
     return findings;
   }
-  double likeness = LikenessOfZone;
-  std::vector<RowGroup> groups = FindRowGroups(page);
-  groups.resize(std::min(groups.size(), MostGroupsTried));
-  for (const RowGroup& group : groups) {
-    const ZoneCells cells = ReadCells(page, group);
-    ZoneReading reading = ReadText(cells);
-    if (reading.isSure) {
-      return {std::move(reading.lines), {}};
+  double similarity = SimilarityOfMrz;
+  std::vector<MrzCandidate> candidates = FindMrzCandidates(page);
+  candidates.resize(std::min(candidates.size(), MostCandidatesTried));
+  for (const MrzCandidate& candidate : candidates) {
+    const MrzCells cells = ReadCells(page, candidate);
+    MrzText text = ReadText(cells);
+    if (text.isConfident) {
+      return {std::move(text.lines), {}};
     }
-    if (cells.likeness > likeness) {
-      likeness = cells.likeness;
+    if (cells.similarity > similarity) {
+      similarity = cells.similarity;
       findings.failures = {"a codeline of " + std::to_string(cells.lines.size()) +
-                           " lines cannot be read with certainty, at " + PlaceOf(group)};
+                           " lines cannot be read with certainty, at " + PlaceOf(candidate)};
     }
   }
   return findings;

@@ -5,8 +5,8 @@
 
 namespace conduit {
 
-/// Looks for a zone of ICAO Doc 9303 (TD1, TD2, TD3, MRV-A, MRV-B), upright or turned
-/// by quarters, and reads it when that can be done without doubt. Any thread.
+/// Looks for an MRZ of ICAO Doc 9303 (TD1, TD2, TD3, MRV-A, MRV-B), upright or rotated by
+/// quarters, and returns its text when that is certain. Any thread.
 CodelineFindings SearchCodeline(const PageImage& page);
 
 }  // namespace conduit

@@ -74,7 +74,7 @@ int Run(const char* file) {
     std::fprintf(stderr, "draw_glyphs: %s is no font\n", file);
     return 1;
   }
-  for (const char character : ZoneCharacters) {
+  for (const char character : MrzCharacters) {
     Samples samples = {};
     if (!DrawGlyph(font, character, &samples)) {
       std::fprintf(stderr, "draw_glyphs: the glyph of %c does not fit on its grid\n", character);

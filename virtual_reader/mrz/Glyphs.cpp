@@ -10,7 +10,7 @@ namespace conduit {
 namespace {
 
 /// Of each character in its order how much of each sample its glyph inks: 0 to 255.
-constexpr std::uint8_t Glyphs[ZoneCharacterCount][GlyphSamples] = {
+constexpr std::uint8_t Glyphs[MrzCharacterCount][GlyphSamples] = {
 #include "virtual_reader/mrz/OcrBGlyphs.inc"
 };
 
@@ -52,7 +52,7 @@ Canvas Blurred(const Canvas& canvas, double deviation, int stepX, int stepY) {
     weights.push_back(std::exp(-i * i / (2 * deviation * deviation)));
     sum += weights.back();
   }
-  const double* const middle = weights.data() + reach;
+  const double* const centre = weights.data() + reach;
   Canvas blurred(canvas.size());
   for (int y = 0; y < CanvasHeight; ++y) {
     for (int x = 0; x < CanvasWidth; ++x) {
@@ -60,7 +60,7 @@ Canvas Blurred(const Canvas& canvas, double deviation, int stepX, int stepY) {
         const int fromX = x + i * stepX;
         const int fromY = y + i * stepY;
         if (fromX >= 0 && fromX < CanvasWidth && fromY >= 0 && fromY < CanvasHeight) {
-          blurred[Index(x, y)] += canvas[Index(fromX, fromY)] * middle[i] / sum;
+          blurred[Index(x, y)] += canvas[Index(fromX, fromY)] * centre[i] / sum;
         }
       }
     }
@@ -87,11 +87,11 @@ Template TemplateOf(const Canvas& canvas) {
   return result;
 }
 
-using Templates = std::array<std::array<Template, ZoneCharacterCount>, BlurCount>;
+using Templates = std::array<std::array<Template, MrzCharacterCount>, BlurCount>;
 
 std::unique_ptr<const Templates> MakeTemplates() {
   auto templates = std::make_unique<Templates>();
-  for (std::size_t c = 0; c < ZoneCharacterCount; ++c) {
+  for (std::size_t c = 0; c < MrzCharacterCount; ++c) {
     const Canvas glyph = CanvasOf(Glyphs[c]);
     for (std::size_t blur = 0; blur < Blurs.size(); ++blur) {
       (*templates)[blur][c] =
@@ -101,7 +101,7 @@ std::unique_ptr<const Templates> MakeTemplates() {
   return templates;
 }
 
-const std::array<Template, ZoneCharacterCount>& TemplatesOf(int blur) {
+const std::array<Template, MrzCharacterCount>& TemplatesOf(int blur) {
   static const std::unique_ptr<const Templates> templates = MakeTemplates();
   return (*templates)[static_cast<std::size_t>(blur)];
 }
@@ -127,8 +127,8 @@ class Window {
     deviation = static_cast<float>(std::sqrt(squares - mean * sum + noise));
   }
 
-  /// The correlation, normalised.
-  float LikenessTo(const Template& glyph) const {
+  /// Returns the normalised correlation.
+  float SimilarityTo(const Template& glyph) const {
     // Unsigned, as checks for an overflow that cannot be would keep the compiler from
     // taking several at once.
     unsigned product = 0;
@@ -145,36 +145,37 @@ class Window {
 
 }  // namespace
 
-GlyphMatch MatchGlyphs(const CellInk& ink, int blur, Reach reach, double noise) {
+GlyphMatch MatchGlyphs(const CellInk& ink, int blur, SearchRange range, double noise) {
   const auto& templates = TemplatesOf(blur);
   GlyphMatch match = {};
-  match.likeness.fill(-1);
-  for (int y = -reach.y; y <= reach.y; y += reach.step) {
-    for (int x = -reach.x; x <= reach.x; x += reach.step) {
+  match.similarity.fill(-1);
+  for (int y = -range.y; y <= range.y; y += range.step) {
+    for (int x = -range.x; x <= range.x; x += range.step) {
       const Window window(ink, x, y, noise);
-      for (std::size_t c = 0; c < ZoneCharacterCount; ++c) {
-        const float likeness = window.LikenessTo(templates[c]);
-        if (likeness > match.Best()) {
+      for (std::size_t c = 0; c < MrzCharacterCount; ++c) {
+        const float similarity = window.SimilarityTo(templates[c]);
+        if (similarity > match.Best()) {
           match.best = c;
           match.x = x;
           match.y = y;
         }
-        match.likeness[c] = std::max(match.likeness[c], likeness);
+        match.similarity[c] = std::max(match.similarity[c], similarity);
       }
     }
   }
   return match;
 }
 
-float MatchGlyph(const CellInk& ink, std::size_t character, int blur, Reach reach, double noise) {
+float MatchGlyph(const CellInk& ink, std::size_t character, int blur, SearchRange range,
+                 double noise) {
   const Template& glyph = TemplatesOf(blur)[character];
-  float likeness = -1;
-  for (int y = -reach.y; y <= reach.y; y += reach.step) {
-    for (int x = -reach.x; x <= reach.x; x += reach.step) {
-      likeness = std::max(likeness, Window(ink, x, y, noise).LikenessTo(glyph));
+  float similarity = -1;
+  for (int y = -range.y; y <= range.y; y += range.step) {
+    for (int x = -range.x; x <= range.x; x += range.step) {
+      similarity = std::max(similarity, Window(ink, x, y, noise).SimilarityTo(glyph));
     }
   }
-  return likeness;
+  return similarity;
 }
 
 }  // namespace conduit

@@ -7,9 +7,9 @@
 
 namespace conduit {
 
-/// The characters of a machine-readable zone (ICAO Doc 9303-3, 4.1).
-inline constexpr std::string_view ZoneCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789<";
-inline constexpr std::size_t ZoneCharacterCount = 37;
+/// The characters of a machine-readable zone, the MRZ (ICAO Doc 9303-3, 4.1).
+inline constexpr std::string_view MrzCharacters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789<";
+inline constexpr std::size_t MrzCharacterCount = 37;
 
 /// A glyph is compared on a grid: so many samples to a pitch of the print.
 inline constexpr int GlyphWidth = 20;
@@ -29,30 +29,32 @@ struct CellInk {
 /// How sharp the print is: glyphs are known in as many degrees of blur.
 inline constexpr int BlurCount = 3;
 
-/// How far from the middle of its cell a glyph is looked for, and in what steps, in
+/// How far from the centre of its cell a glyph is looked for, and in what steps, in
 /// samples; at most CellMargin.
-struct Reach {
+struct SearchRange {
   int x;
   int y;
   int step = 1;
 };
 
-/// How alike a cell is to each character, at the place where it is most so:
-/// 1 the same, 0 nothing in common.
+/// The similarity of a cell to each character, at the place where it is highest: the normalised
+/// correlation, from 1, the same, to 0, nothing in common.
 struct GlyphMatch {
-  std::array<float, ZoneCharacterCount> likeness;
+  std::array<float, MrzCharacterCount> similarity;
   std::size_t best;
-  int x;  ///< of the best, from the middle
+  int x;  ///< of the best, from the centre
   int y;
 
-  float Best() const { return likeness[best]; }
+  float Best() const { return similarity[best]; }
 };
 
-/// @param noise  the sum of squares of what is no print in a cell: what varies no
-///               more than that is like nothing
-GlyphMatch MatchGlyphs(const CellInk& ink, int blur, Reach reach, double noise);
+/// @param blur   an index of degrees: below BlurCount
+/// @param noise  the sum of squares of the samples of a cell without print: a cell that varies
+///               no more than that is similar to nothing
+GlyphMatch MatchGlyphs(const CellInk& ink, int blur, SearchRange range, double noise);
 
 /// The same for one character alone.
-float MatchGlyph(const CellInk& ink, std::size_t character, int blur, Reach reach, double noise);
+float MatchGlyph(const CellInk& ink, std::size_t character, int blur, SearchRange range,
+                 double noise);
 
 }  // namespace conduit

@@ -11,37 +11,36 @@
 namespace conduit {
 namespace {
 
-constexpr int Pitch = 24;  // of a strip, in pixels
+constexpr int Pitch = 24;  // of a strip, in pixels: a little finer than the grid of glyphs
 constexpr int StripHeight = 3 * Pitch;
+constexpr double MostSamplesEachWay = 4;
 
-/// So many samples of the page are the mean of a strip's pixel, each way.
-int SamplesEachWay(const TextRow& row) {
-  constexpr double most = 4;
-  const double middle = row.columns / 2.0;
-  const double pitch = std::hypot(row.x.SlopeAt(middle), row.y.SlopeAt(middle));
-  return static_cast<int>(std::clamp(std::ceil(pitch / Pitch), 1.0, most));
+/// Samples of the page whose mean is a pixel of the strip, each way.
+int SamplesEachWay(const TextLine& line) {
+  const double pitch = line.course.PitchAt(line.Centre());
+  return static_cast<int>(std::clamp(std::ceil(pitch / Pitch), 1.0, MostSamplesEachWay));
 }
 
 }  // namespace
 
-LineStrip Straighten(const PageImage& page, const TextRow& row, int columns, double slant) {
-  LineStrip strip = {{(columns + 2 * StripBefore) * Pitch, StripHeight, {}}, {}};
+LineStrip Rectify(const PageImage& page, const TextLine& line, int columns, double skew) {
+  LineStrip strip = {{(columns + 2 * StripMargin) * Pitch, StripHeight, {}}, {}};
   const auto width = static_cast<std::size_t>(strip.image.width);
-  const int samples = SamplesEachWay(row);
+  const int samples = SamplesEachWay(line);
   std::vector<float> sums(width * StripHeight);
   for (int i = 0; i < strip.image.width * samples; ++i) {
-    const double column = (i + 0.5) / samples / Pitch - StripBefore - 0.5;
-    const double alongX = row.x.SlopeAt(column) / Pitch;
-    const double alongY = row.y.SlopeAt(column) / Pitch;
-    const double downX = slant * alongX - alongY;
-    const double downY = slant * alongY + alongX;
-    const double middleX = row.x.At(column);
-    const double middleY = row.y.At(column);
+    const double column = (i + 0.5) / samples / Pitch - StripMargin - 0.5;
+    const Point centre = line.course.At(column);
+    const Point step = line.course.StepAt(column);
+    const double alongX = step.x / Pitch;
+    const double alongY = step.y / Pitch;
+    const double downX = skew * alongX - alongY;
+    const double downY = skew * alongY + alongX;
     for (int j = 0; j < StripHeight * samples; ++j) {
       const double down = (j + 0.5) / samples - StripHeight / 2.0;
       sums[static_cast<std::size_t>(j / samples) * width + static_cast<std::size_t>(i / samples)] +=
-          LuminanceAt(page, static_cast<float>(middleX + downX * down),
-                      static_cast<float>(middleY + downY * down));
+          LuminanceAt(page, static_cast<float>(centre.x + downX * down),
+                      static_cast<float>(centre.y + downY * down));
     }
   }
   strip.image.luminance.reserve(sums.size());
@@ -49,7 +48,7 @@ LineStrip Straighten(const PageImage& page, const TextRow& row, int columns, dou
     strip.image.luminance.push_back(
         static_cast<std::uint8_t>(sum / static_cast<float>(samples * samples) + 0.5F));
   }
-  strip.course.x.factors = {(StripBefore + 0.5) * Pitch - 0.5, Pitch, 0};
+  strip.course.x.factors = {(StripMargin + 0.5) * Pitch - 0.5, Pitch, 0};
   strip.course.y.factors = {StripHeight / 2.0 - 0.5, 0, 0};
   return strip;
 }
@@ -59,20 +58,21 @@ LineStrip UpsideDown(LineStrip strip) {
   return strip;
 }
 
-CellInk InkAt(const LineStrip& strip, double column, const PrintLook& look) {
-  const LineCourse& course = strip.course;
-  const auto alongX = static_cast<float>(course.x.SlopeAt(column) / GlyphWidth);
-  const auto alongY = static_cast<float>(course.y.SlopeAt(column) / GlyphWidth);
-  const auto middleX = static_cast<float>(course.x.At(column));
-  const auto middleY = static_cast<float>(course.y.At(column));
-  const auto width = static_cast<float>(look.width);
-  const auto height = static_cast<float>(look.height);
-  const auto lean = static_cast<float>(look.lean);
+CellInk InkAt(const LineStrip& strip, double column, const PrintShape& shape) {
+  const Point step = strip.course.StepAt(column);
+  const Point centre = strip.course.At(column);
+  const auto alongX = static_cast<float>(step.x / GlyphWidth);
+  const auto alongY = static_cast<float>(step.y / GlyphWidth);
+  const auto centreX = static_cast<float>(centre.x);
+  const auto centreY = static_cast<float>(centre.y);
+  const auto width = static_cast<float>(shape.width);
+  const auto height = static_cast<float>(shape.height);
+  const auto slant = static_cast<float>(shape.slant);
   CellInk ink;
   for (int j = 0; j < CellHeight; ++j) {
     const float down = (static_cast<float>(j) + 0.5F - CellHeight / 2.F) * height;
-    const float rowX = middleX - down * (alongY + lean * alongX);
-    const float rowY = middleY + down * (alongX - lean * alongY);
+    const float rowX = centreX - down * (alongY + slant * alongX);
+    const float rowY = centreY + down * (alongX - slant * alongY);
     for (int i = 0; i < CellWidth; ++i) {
       const float along = (static_cast<float>(i) + 0.5F - CellWidth / 2.F) * width;
       constexpr float white = 255.5F;

@@ -1,42 +1,35 @@
 #pragma once
 
-#include "virtual_reader/mrz/Chains.h"
 #include "virtual_reader/mrz/Glyphs.h"
-#include "virtual_reader/mrz/RowCurve.h"
+#include "virtual_reader/mrz/LineCurve.h"
 #include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 
-/// Where the characters of a line stand, by their middles.
-struct LineCourse {
-  RowCurve x;
-  RowCurve y;
+/// How print differs from the typeface at the line's pitch.
+struct PrintShape {
+  double width = 1;   ///< a factor
+  double height = 1;  ///< a factor
+  double slant = 0;   ///< of the strokes: pitches to the left for each one down
+  int blur = 1;       ///< an index of degrees: see BlurCount
 };
 
-/// How large the print is against what belongs to its pitch, how far its strokes lean
-/// to the left for each step down, and how blurred it is.
-struct PrintLook {
-  double width = 1;
-  double height = 1;
-  double lean = 0;
-  int blur = 1;
-};
+/// Columns of a strip before the first of the line, and after its last.
+inline constexpr int StripMargin = 5;
 
-/// Columns of a strip before the first of the line, and behind its last.
-inline constexpr int StripBefore = 5;
-
-/// A line of a zone straightened out: level, of one pitch, with some room around it.
+/// A line of an MRZ, rectified: level, of one pitch, with some room around it.
 struct LineStrip {
   PageImage image;
   LineCourse course;  ///< on the strip
 };
 
-/// @param slant  how far the page leans: to the right for each step down
-LineStrip Straighten(const PageImage& page, const TextRow& row, int columns, double slant);
+/// @param skew  how far the page is sheared: pixels to the right for each one down
+LineStrip Rectify(const PageImage& page, const TextLine& line, int columns, double skew);
 
-/// The strip of the page laid on its head.
+/// The strip of the page rotated by half a turn.
 LineStrip UpsideDown(LineStrip strip);
 
-CellInk InkAt(const LineStrip& strip, double column, const PrintLook& look);
+/// Samples the cell of a column.
+CellInk InkAt(const LineStrip& strip, double column, const PrintShape& shape);
 
 }  // namespace conduit

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "virtual_reader/pages/PageRequest.h"
 #include "virtual_reader/barcodes/PageFindings.h"
+#include "virtual_reader/pages/PageRequest.h"
 
 namespace conduit {
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 
+#include "virtual_reader/pixels/Median.h"
 #include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
@@ -62,8 +63,7 @@ int MedianEdgeCount(const Contrast& contrast, EachPixel&& eachPixel) {
     counts[at] += counter.IsEdge(luminance) ? 1 : 0;
     dark[at] = counter.IsDark();
   });
-  std::nth_element(counts.begin(), counts.begin() + Lines / 2, counts.end());
-  return counts[Lines / 2];
+  return Median(counts);
 }
 
 }  // namespace conduit

@@ -6,9 +6,9 @@
 #include <map>
 
 #include "virtual_reader/InputFile.h"
+#include "virtual_reader/barcodes/PageSearch.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"
-#include "virtual_reader/barcodes/PageSearch.h"
 
 namespace conduit {
 namespace {

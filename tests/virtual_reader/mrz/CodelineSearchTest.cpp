@@ -6,10 +6,10 @@
 #include <iterator>
 #include <sstream>
 
+#include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/mrz/CodelineSearch.h"
 #include "virtual_reader/mrz/Glyphs.h"
-#include "virtual_reader/mrz/ZoneText.h"
-#include "virtual_reader/images/ImageDecoding.h"
+#include "virtual_reader/mrz/MrzText.h"
 
 namespace conduit {
 namespace {
@@ -35,7 +35,7 @@ Lines LinesOf(const std::string& text) {
 
 /// The pages of draw-pages beside them, of real size, each with what is to be read
 /// in a text beside it: nothing of one that is damaged or has no zone.
-TEST(CodelineSearch, ReadsWhatStandsThereOrNothing) {
+TEST(CodelineSearch, ReadsWhatIsPrintedOrNothing) {
   int pages = 0;
   for (const auto& entry : std::filesystem::directory_iterator(CODELINES_FOLDER)) {
     std::filesystem::path file = entry.path();
@@ -72,8 +72,8 @@ TEST(Glyphs, AreTheSameOnEveryMachine) {
     for (std::size_t i = 0; i < GlyphSamples; ++i) {
       CellInk cell = {};
       cell.rows[CellMargin + i / GlyphWidth][CellMargin + i % GlyphWidth] = 255;
-      for (const float likeness : MatchGlyphs(cell, blur, {0, 0}, 0).likeness) {
-        digest ^= static_cast<std::uint64_t>(std::lround(likeness * 10000));
+      for (const float similarity : MatchGlyphs(cell, blur, {0, 0}, 0).similarity) {
+        digest ^= static_cast<std::uint64_t>(std::lround(similarity * 10000));
         digest *= 0x100000001b3;
       }
     }
@@ -86,25 +86,25 @@ struct Doubt {
   std::size_t line;
   std::size_t column;
   char other;
-  float likeness;
+  float similarity;
 };
 
 constexpr float Printed = 0.95F;
 constexpr float Unlike = 0.7F;
 
 /// Cells as a clear print of the lines has them, but for the doubts.
-ZoneCells CellsOf(const Lines& lines, const std::vector<Doubt>& doubts) {
-  ZoneCells cells;
-  cells.likeness = Printed;
+MrzCells CellsOf(const Lines& lines, const std::vector<Doubt>& doubts) {
+  MrzCells cells;
+  cells.similarity = Printed;
   for (const std::string& line : lines) {
     cells.lines.emplace_back();
     for (const char character : line) {
       cells.lines.back().emplace_back().fill(Unlike);
-      cells.lines.back().back()[ZoneCharacters.find(character)] = Printed;
+      cells.lines.back().back()[MrzCharacters.find(character)] = Printed;
     }
   }
   for (const Doubt& doubt : doubts) {
-    cells.lines[doubt.line][doubt.column][ZoneCharacters.find(doubt.other)] = doubt.likeness;
+    cells.lines[doubt.line][doubt.column][MrzCharacters.find(doubt.other)] = doubt.similarity;
   }
   return cells;
 }
@@ -112,11 +112,11 @@ ZoneCells CellsOf(const Lines& lines, const std::vector<Doubt>& doubts) {
 const Lines Passport = {"P<UTOERIKSSON<<ANNA<MARIA<<<<<<<<<<<<<<<<<<<",
                         "L898902C36UTO7408122F1204159ZE184226B<<<<<10"};
 
-TEST(ZoneText, IsSureOfWhatNothingElseCouldBe) {
+TEST(MrzText, IsConfidentOfWhatNothingElseCouldBe) {
   const struct {
     const char* why;
     std::vector<Doubt> doubts;
-    bool isSure;
+    bool isConfident;
   } cases[] = {
       {"clear print", {}, true},
       {"a letter is no digit's place", {{1, 13, 'T', 0.97F}}, true},
@@ -132,30 +132,30 @@ TEST(ZoneText, IsSureOfWhatNothingElseCouldBe) {
       {"not mended: the wrong one was sure", {{1, 3, '3', 1.04F}}, false},
       {"two ways to mend it", {{1, 3, '3', 0.97F}, {1, 5, '5', 0.94F}}, false},
   };
-  for (const auto& [why, doubts, isSure] : cases) {
-    ZoneCells cells = CellsOf(Passport, doubts);
+  for (const auto& [why, doubts, isConfident] : cases) {
+    MrzCells cells = CellsOf(Passport, doubts);
     if (std::string(why) == "a weak cell") {
       cells.lines[1][3].fill(0.5F);
-      cells.lines[1][3][ZoneCharacters.find('9')] = 0.69F;
+      cells.lines[1][3][MrzCharacters.find('9')] = 0.69F;
     }
-    const ZoneReading reading = ReadText(cells);
-    EXPECT_EQ(reading.isSure, isSure) << why;
-    if (isSure) {
+    const MrzText reading = ReadText(cells);
+    EXPECT_EQ(reading.isConfident, isConfident) << why;
+    if (isConfident) {
       EXPECT_THAT(reading.lines, ElementsAreArray(Passport)) << why;
     }
   }
 }
 
-TEST(ZoneText, LeavesAMisprintAsItIsPrinted) {
+TEST(MrzText, LeavesAMisprintAsItIsPrinted) {
   Lines misprint = Passport;
   misprint[1][9] = '0';
-  EXPECT_TRUE(ReadText(CellsOf(misprint, {})).isSure);
+  EXPECT_TRUE(ReadText(CellsOf(misprint, {})).isConfident);
   EXPECT_THAT(ReadText(CellsOf(misprint, {})).lines, ElementsAreArray(misprint));
-  EXPECT_FALSE(ReadText(CellsOf(misprint, {{0, 6, 'B', 0.87F}})).isSure)
+  EXPECT_FALSE(ReadText(CellsOf(misprint, {{0, 6, 'B', 0.87F}})).isConfident)
       << "nothing vouches for it";
 }
 
-TEST(ZoneText, KnowsTheFormatsByTheirShapesAndTheirFirstLetter) {
+TEST(MrzText, KnowsTheFormatsByTheirShapesAndTheirFirstLetter) {
   const Lines zones[] = {
       {"I<UTOD231458907<<<<<<<<<<<<<<<", "7408122F1204159UTO<<<<<<<<<<<6",
        "ERIKSSON<<ANNA<MARIA<<<<<<<<<<"},
@@ -168,14 +168,14 @@ TEST(ZoneText, KnowsTheFormatsByTheirShapesAndTheirFirstLetter) {
        "L8988901C4XXX4009078F96121096ZE184226B<<<<<<"},
   };
   for (const Lines& zone : zones) {
-    const ZoneReading reading = ReadText(CellsOf(zone, {}));
-    EXPECT_TRUE(reading.isSure) << zone[0];
+    const MrzText reading = ReadText(CellsOf(zone, {}));
+    EXPECT_TRUE(reading.isConfident) << zone[0];
     EXPECT_THAT(reading.lines, ElementsAreArray(zone));
   }
-  EXPECT_FALSE(ReadText({}).isSure);
-  ZoneCells torn = CellsOf(zones[3], {});
+  EXPECT_FALSE(ReadText({}).isConfident);
+  MrzCells torn = CellsOf(zones[3], {});
   torn.beyond = 0.9;
-  EXPECT_FALSE(ReadText(torn).isSure) << "what goes on is a longer zone";
+  EXPECT_FALSE(ReadText(torn).isConfident) << "what goes on is a longer zone";
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "virtual_reader/mrz/Marks.h"
+#include "virtual_reader/mrz/GlyphCandidates.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,17 +10,25 @@
 namespace conduit {
 namespace {
 
-constexpr std::size_t MostMarks = 30000;
+/// An A4 page of small print has some 6000 characters.
+constexpr std::size_t MostGlyphs = 30000;
 
-/// Half the side of the square that a pixel is compared with: two characters.
-constexpr int Surroundings = 20;
-
-constexpr int SmallestMark = 7;
-constexpr int LargestMark = 100;
-constexpr int ThinnestMark = 2;
+// In pixels. The characters of an MRZ are 2.54 mm apart and about as high (ICAO Doc 9303-3, OCR-B
+// size 1): 15 pixels at 150 dpi, 60 at 600 dpi, fewer on worse scans.
+constexpr int SmallestGlyph = 7;
+constexpr int LargestGlyph = 100;
+constexpr int ThinnestGlyph = 2;
+/// Of its bounds; a frame or a scratch is less.
 constexpr int LeastPercentDark = 8;
 
-/// The sum and the sum of squares of light over a square that is moved over the
+/// Half the side of the square that a pixel is compared with: two characters of 20 pixels.
+constexpr int Surroundings = 20;
+/// A dark pixel is so many standard deviations below the mean of its surroundings (Niblack's
+/// threshold), and so many levels, or flat paper would be full of glyphs.
+constexpr float DeviationsBelow = 0.45F;
+constexpr float LevelsBelow = 4;
+
+/// The sum and the sum of squares of luminance over a square that is moved over the
 /// page, column by column.
 class MovingSquare {
  public:
@@ -40,7 +48,7 @@ class MovingSquare {
     }
   }
 
-  /// Tells for each pixel of the row whether it is darker than its surroundings.
+  /// Sets for each pixel of the row whether it is darker than its surroundings.
   void FindDark(int y, std::uint8_t* dark) const {
     std::int64_t sum = 0;
     std::int64_t square = 0;
@@ -53,7 +61,7 @@ class MovingSquare {
     for (int x = 0; x < std::min(Surroundings, page.width); ++x) {
       add(x, 1);
     }
-    const std::uint8_t* const row = RowAt(y);
+    const std::uint8_t* const row = page.Row(y);
     for (int x = 0; x < page.width; ++x) {
       if (x + Surroundings < page.width) {
         add(x + Surroundings, 1);
@@ -64,9 +72,7 @@ class MovingSquare {
       const auto pixels = static_cast<float>(columns) * static_cast<float>(rows);
       const float mean = static_cast<float>(sum) / pixels;
       const float variance = static_cast<float>(square) / pixels - mean * mean;
-      constexpr float deviationsBelow = 0.45F;
-      constexpr float levelsBelow = 4;  // or flat paper would be full of marks
-      const float limit = mean - deviationsBelow * std::sqrt(std::max(0.F, variance)) - levelsBelow;
+      const float limit = mean - DeviationsBelow * std::sqrt(std::max(0.F, variance)) - LevelsBelow;
       dark[x] = static_cast<float>(row[x]) < limit ? 1 : 0;
     }
   }
@@ -74,10 +80,8 @@ class MovingSquare {
  private:
   std::size_t Width() const { return static_cast<std::size_t>(page.width); }
 
-  const std::uint8_t* RowAt(int y) const { return page.Row(y); }
-
   void AddRow(int y, int sign) {
-    const std::uint8_t* const row = RowAt(y);
+    const std::uint8_t* const row = page.Row(y);
     for (std::size_t x = 0; x < Width(); ++x) {
       sums[x] += sign * row[x];
       squares[x] += sign * row[x] * row[x];
@@ -93,7 +97,7 @@ class MovingSquare {
 
 }  // namespace
 
-std::vector<Mark> FindMarks(const PageImage& page) {
+std::vector<GlyphCandidate> FindGlyphCandidates(const PageImage& page) {
   MovingSquare square(page);
   ComponentLabelling labelling;
   std::vector<std::uint8_t> dark(static_cast<std::size_t>(page.width));
@@ -102,19 +106,19 @@ std::vector<Mark> FindMarks(const PageImage& page) {
     square.FindDark(y, dark.data());
     labelling.AddRow(dark.data(), page.width);
   }
-  std::vector<Mark> marks;
+  std::vector<GlyphCandidate> glyphs;
   for (const Component& component : labelling.Take()) {
     const auto& [left, top, width, height] = component.bounds;
     const auto [shorter, longer] = std::minmax(width, height);
-    if (longer >= SmallestMark && longer <= LargestMark && shorter >= ThinnestMark &&
+    if (longer >= SmallestGlyph && longer <= LargestGlyph && shorter >= ThinnestGlyph &&
         component.pixels * 100 > width * height * LeastPercentDark) {
-      marks.push_back({left + width / 2.0, top + height / 2.0, double(width), double(height)});
+      glyphs.push_back({left + width / 2.0, top + height / 2.0, double(width), double(height)});
     }
   }
-  if (marks.size() > MostMarks) {
-    marks.clear();
+  if (glyphs.size() > MostGlyphs) {
+    glyphs.clear();
   }
-  return marks;
+  return glyphs;
 }
 
 }  // namespace conduit

@@ -1,4 +1,4 @@
-#include "virtual_reader/mrz/ZoneText.h"
+#include "virtual_reader/mrz/MrzText.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -11,29 +11,32 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// What likeness it takes for a reading to be sure. docs/performance.md has what was
-// measured with these.
-constexpr double LeastLikeness = 0.70;      ///< of the weakest cell
+// Similarities that a confident result takes. They were chosen on pages of
+// tests/virtual_reader/mrz/draw-pages, seed 11, and on damaged ones of seed 500;
+// docs/performance.md has what was measured with them.
+constexpr double LeastSimilarity = 0.70;    ///< of the weakest cell
 constexpr double FurthestBelowMean = 0.20;  ///< of the weakest cell
-/// In print that is this like the typeface, a cell further below the mean is damaged, and
+/// In print that is this similar to the typeface, a cell further below the mean is damaged, and
 /// what is left of an E may well be an F.
-constexpr double LikenessOfGoodPrint = 0.92;
+constexpr double SimilarityOfGoodPrint = 0.92;
 constexpr double FurthestInGoodPrint = 0.09;
-constexpr double MostBeyond = 0.5;       ///< of what stands before or behind a line
-constexpr double LeastLead = 0.033;      ///< over what the check digits let pass
-constexpr double LeastMargin = 0.0125;   ///< over anything else
-constexpr double DearestRepair = 0.05;   ///< of likeness that is given up
-constexpr double LeadOfRepair = 0.03;    ///< over the next way to mend it
-constexpr double LeadOfMisprint = 0.10;  ///< over anything else, with no check digit's help
+constexpr double MostBeyond = 0.5;          ///< of the places before and after a line
+constexpr double LeastLead = 0.033;         ///< over a character that the check digits let pass
+constexpr double LeastMargin = 0.0125;      ///< over any other character
+constexpr double DearestCorrection = 0.05;  ///< similarity that corrections give up
+constexpr double LeadOfCorrection = 0.03;   ///< over the next best corrections
+constexpr double LeadOfMisprint = 0.10;  ///< over any other character, without a check digit's help
+/// Changes of one character that are tried alone and in pairs: bounds the time.
+constexpr std::size_t MostChanges = 150;
 
-/// What may stand in a place.
+/// The characters that a position admits.
 enum class Kind : char {
   Any,
   Letter,  ///< or a filler
   Digit,
   DigitOrFiller,
   Sex,
-  DocumentCode,  ///< what the first letter of a document code is
+  DocumentCode,  ///< the first letter of one
 };
 
 bool IsAllowed(Kind kind, char character) {
@@ -55,7 +58,7 @@ bool IsAllowed(Kind kind, char character) {
   return true;
 }
 
-/// What the format admits in each place.
+/// The kinds of characters that a format admits in each position.
 class Grammar {
  public:
   explicit Grammar(const CodelineFormat& format)
@@ -92,18 +95,18 @@ class Grammar {
   std::vector<std::vector<Kind>> kinds;
 };
 
-float LikenessOf(const ZoneCell& cell, char character) {
-  return cell[ZoneCharacters.find(character)];
+float SimilarityOf(const MrzCell& cell, char character) {
+  return cell[MrzCharacters.find(character)];
 }
 
-/// The format of the zone's shape. Visas are of the same shapes as other documents,
-/// and told by their first letter.
-const CodelineFormat* FormatOf(const ZoneCells& cells) {
-  const ZoneCell& first = cells.lines[0][0];
-  const float visa = LikenessOf(first, 'V');
+/// Returns the format with as many and as long lines. Visas are told from other documents of the
+/// same size by their first letter.
+const CodelineFormat* FormatOf(const MrzCells& cells) {
+  const MrzCell& first = cells.lines[0][0];
+  const float visa = SimilarityOf(first, 'V');
   const bool isVisa =
       cells.lines.size() == 2 && std::ranges::all_of(std::string_view("PIACD"), [&](char other) {
-        return visa > LikenessOf(first, other);
+        return visa > SimilarityOf(first, other);
       });
   for (const CodelineFormat& format : CodelineFormats()) {
     if (format.lines == cells.lines.size() && format.width == cells.lines[0].size() &&
@@ -114,7 +117,7 @@ const CodelineFormat* FormatOf(const ZoneCells& cells) {
   return nullptr;
 }
 
-/// Another character in one place, and what likeness is given up for it.
+/// Another character in one position, and the similarity that it gives up.
 struct Change {
   CodelinePlace place;
   char character;
@@ -123,21 +126,22 @@ struct Change {
 
 class TextReading {
  public:
-  TextReading(const ZoneCells& cells, const CodelineFormat& format)
+  TextReading(const MrzCells& cells, const CodelineFormat& format)
       : cells(cells), format(format), grammar(format) {}
 
-  ZoneReading Read() {
+  MrzText Read() {
     ReadBest();
-    ZoneReading reading = {lines, false};
+    MrzText reading = {lines, false};
     if (!ChecksMatch(lines)) {
-      isMended = Mend(&reading.lines);
+      isCorrected = Correct(&reading.lines);
     }
-    // Print that goes on beyond the zone is of a longer one, torn or covered.
+    // Print that goes on beyond the lines is of a longer MRZ, torn or covered.
     const double furthest =
-        cells.likeness > LikenessOfGoodPrint ? FurthestInGoodPrint : FurthestBelowMean;
-    reading.isSure = cells.beyond < MostBeyond &&
-                     weakest > std::max(LeastLikeness, cells.likeness - furthest) &&
-                     (ChecksMatch(reading.lines) ? IsSure(reading.lines) : IsSureMisprint());
+        cells.similarity > SimilarityOfGoodPrint ? FurthestInGoodPrint : FurthestBelowMean;
+    reading.isConfident =
+        cells.beyond < MostBeyond &&
+        weakest > std::max(LeastSimilarity, cells.similarity - furthest) &&
+        (ChecksMatch(reading.lines) ? IsConfident(reading.lines) : IsConfidentMisprint());
     return reading;
   }
 
@@ -148,9 +152,7 @@ class TextReading {
                        [&text](const CodelineCheck& check) { return IsMet(check, text); });
   }
 
-  const ZoneCell& CellAt(CodelinePlace place) const {
-    return cells.lines[place.line][place.column];
-  }
+  const MrzCell& CellAt(CodelinePlace place) const { return cells.lines[place.line][place.column]; }
 
   template <typename Visit>
   void ForEachPlace(const Visit& visit) const {
@@ -161,19 +163,19 @@ class TextReading {
     }
   }
 
-  /// In each place the likeliest of the characters that may stand there.
+  /// Chooses in each position the most similar character that it admits.
   void ReadBest() {
     lines.assign(format.lines, std::string(format.width, '<'));
     ForEachPlace([this](CodelinePlace place) {
       const Kind kind = grammar.KindOf(place);
       float best = -1;
       float second = -1;
-      for (const char character : ZoneCharacters) {
-        const float likeness = LikenessOf(CellAt(place), character);
+      for (const char character : MrzCharacters) {
+        const float similarity = SimilarityOf(CellAt(place), character);
         if (IsAllowed(kind, character)) {
-          second = std::max(second, std::min(best, likeness));
-          if (likeness > best) {
-            best = likeness;
+          second = std::max(second, std::min(best, similarity));
+          if (similarity > best) {
+            best = similarity;
             lines[place.line][place.column] = character;
           }
         }
@@ -187,25 +189,25 @@ class TextReading {
     std::vector<Change> changes;
     ForEachPlace([&](CodelinePlace place) {
       const char own = lines[place.line][place.column];
-      for (const char other : ZoneCharacters) {
-        const double cost = LikenessOf(CellAt(place), own) - LikenessOf(CellAt(place), other);
-        if (other != own && cost < 2 * DearestRepair && IsAllowed(grammar.KindOf(place), other)) {
+      for (const char other : MrzCharacters) {
+        const double cost = SimilarityOf(CellAt(place), own) - SimilarityOf(CellAt(place), other);
+        if (other != own && cost < 2 * DearestCorrection &&
+            IsAllowed(grammar.KindOf(place), other)) {
           changes.push_back({place, other, cost});
         }
       }
     });
     std::sort(changes.begin(), changes.end(),
               [](const Change& a, const Change& b) { return a.cost < b.cost; });
-    constexpr std::size_t most = 150;
-    changes.resize(std::min(changes.size(), most));
+    changes.resize(std::min(changes.size(), MostChanges));
     return changes;
   }
 
-  /// Makes the cheapest change, of one character or two, that lets all check digits
-  /// match; none where another would be about as cheap.
-  bool Mend(Lines* text) const {
+  /// Makes the cheapest change, of one character or two, with which all check digits match; none
+  /// where another is about as cheap.
+  bool Correct(Lines* text) const {
     const std::vector<Change> changes = CheapChanges();
-    double cheapest = DearestRepair;
+    double cheapest = DearestCorrection;
     double next = 1;
     bool found = false;
     const auto consider = [&](const Lines& tried, double cost) {
@@ -226,7 +228,7 @@ class TextReading {
         const double cost = changes[i].cost + changes[j].cost;
         const bool isSamePlace = changes[i].place.line == changes[j].place.line &&
                                  changes[i].place.column == changes[j].place.column;
-        if (cost >= 2 * DearestRepair) {
+        if (cost >= 2 * DearestCorrection) {
           break;
         }
         if (!isSamePlace) {
@@ -234,7 +236,7 @@ class TextReading {
         }
       }
     }
-    if (found && next - cheapest < LeadOfRepair) {
+    if (found && next - cheapest < LeadOfCorrection) {
       *text = lines;
       found = false;
     }
@@ -246,15 +248,14 @@ class TextReading {
     return text;
   }
 
-  /// With the check digits matching: whether nothing is near that they would let
-  /// pass as well.
-  bool IsSure(const Lines& text) const {
-    return (isMended || margin > LeastMargin) && LeadOf(text) > LeastLead;
+  /// With matching check digits: returns whether no text is near that they let pass as well.
+  bool IsConfident(const Lines& text) const {
+    return (isCorrected || margin > LeastMargin) && LeadOf(text) > LeastLead;
   }
 
-  /// With a check digit that does not match: no character may be in doubt, for then
-  /// it is the print that is wrong.
-  bool IsSureMisprint() const { return margin > LeadOfMisprint; }
+  /// With a check digit that does not match: each character must be certain, as then the print is
+  /// wrong.
+  bool IsConfidentMisprint() const { return margin > LeadOfMisprint; }
 
   double LeadOf(const Lines& text) const {
     std::vector<std::vector<bool>> checked(format.lines, std::vector<bool>(format.width));
@@ -268,33 +269,33 @@ class TextReading {
     ForEachPlace([&](CodelinePlace place) {
       const Kind kind = grammar.KindOf(place);
       const char own = text[place.line][place.column];
-      for (const char other : ZoneCharacters) {
+      for (const char other : MrzCharacters) {
         const bool isTold = checked[place.line][place.column] &&
                             (CheckValueOf(other) - CheckValueOf(own)) % 10 != 0;
-        // What a document code may begin with is unlike each other.
+        // The letters that begin document codes are unlike each other.
         if (other != own && !isTold && kind != Kind::DocumentCode && IsAllowed(kind, other)) {
           lead = std::min<double>(
-              lead, LikenessOf(CellAt(place), own) - LikenessOf(CellAt(place), other));
+              lead, SimilarityOf(CellAt(place), own) - SimilarityOf(CellAt(place), other));
         }
       }
     });
     return lead;
   }
 
-  const ZoneCells& cells;
+  const MrzCells& cells;
   const CodelineFormat& format;
   const Grammar grammar;
-  Lines lines;         ///< the likeliest
-  double weakest = 1;  ///< likeness of a cell to its character
+  Lines lines;         ///< the most similar
+  double weakest = 1;  ///< similarity of a cell to its character
   double margin = 1;   ///< the least lead of a cell over any other character
-  bool isMended = false;
+  bool isCorrected = false;
 };
 
 }  // namespace
 
-ZoneReading ReadText(const ZoneCells& cells) {
+MrzText ReadText(const MrzCells& cells) {
   const CodelineFormat* const format = cells.lines.empty() ? nullptr : FormatOf(cells);
-  return format != nullptr ? TextReading(cells, *format).Read() : ZoneReading();
+  return format != nullptr ? TextReading(cells, *format).Read() : MrzText();
 }
 
 }  // namespace conduit

@@ -1,10 +1,10 @@
-#include "virtual_reader/mrz/RowCurve.h"
+#include "virtual_reader/mrz/LineCurve.h"
 
 #include <cstddef>
 
 namespace conduit {
 
-RowCurve FitCurve(const std::vector<CurvePoint>& points) {
+LineCurve FitCurve(const std::vector<CurvePoint>& points) {
   // The normal equations, solved by Gauss and Jordan.
   double equations[3][4] = {};
   for (const CurvePoint& point : points) {
@@ -28,7 +28,7 @@ RowCurve FitCurve(const std::vector<CurvePoint>& points) {
       }
     }
   }
-  RowCurve curve;
+  LineCurve curve;
   for (std::size_t i = 0; i < 3; ++i) {
     curve.factors[i] = equations[i][3] / equations[i][i];
   }
