@@ -1,5 +1,5 @@
-#include "virtual_reader/ItemsOfKind.h"
 #include "virtual_reader/barcodes/PageSearch.h"
+#include "virtual_reader/records/ItemsOfKind.h"
 
 namespace conduit {
 

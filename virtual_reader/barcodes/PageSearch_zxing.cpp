@@ -5,13 +5,13 @@
 #include <iterator>
 #include <utility>
 
-#include "virtual_reader/ItemsOfKind.h"
 #include "virtual_reader/barcodes/BullsEyeFinder.h"
 #include "virtual_reader/barcodes/LinearFinder.h"
 #include "virtual_reader/barcodes/PageSearch.h"
 #include "virtual_reader/barcodes/SymbolCandidates.h"
 #include "virtual_reader/barcodes/SymbolDecoding_zxing.h"
 #include "virtual_reader/pixels/Sampling.h"
+#include "virtual_reader/records/ItemsOfKind.h"
 
 namespace conduit {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "platform/FilePath.h"
 #include "virtual_reader/InputFile.h"
-#include "virtual_reader/ItemsOfKind.h"
 #include "virtual_reader/records/AamvaReading.h"
+#include "virtual_reader/records/ItemsOfKind.h"
 #include "virtual_reader/session/SessionCodeline.h"
 #include <conduit/ReaderBarcodeData.h>
 
