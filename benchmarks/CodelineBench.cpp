@@ -19,10 +19,10 @@
 #include <string>
 #include <vector>
 
-#include "virtual_reader/codelines/CodelineSearch.h"
-#include "virtual_reader/codelines/LineStrip.h"
-#include "virtual_reader/codelines/TextRows.h"
 #include "virtual_reader/images/ImageDecoding.h"
+#include "virtual_reader/mrz/CodelineSearch.h"
+#include "virtual_reader/mrz/LineStrip.h"
+#include "virtual_reader/mrz/MrzCandidates.h"
 
 namespace conduit {
 namespace {
@@ -108,15 +108,15 @@ class Tesseract {
   Tesseract& operator=(const Tesseract&) = delete;
   ~Tesseract() { api.End(); }
 
-  /// Reads the likeliest group of rows, straightened, the way up that it is surer of.
+  /// Reads the likeliest candidate, rectified, the way up that it is surer of.
   std::string Read(const PageImage& page, double* milliseconds) {
-    const std::vector<RowGroup> groups = FindRowGroups(page);
-    if (groups.empty()) {
+    const std::vector<MrzCandidate> candidates = FindMrzCandidates(page);
+    if (candidates.empty()) {
       return "";
     }
-    PageImage upright = LinesOf(page, groups.front());
+    PageImage upright = LinesOf(page, candidates.front());
     PageImage onItsHead = upright;
-    std::reverse(onItsHead.light.begin(), onItsHead.light.end());
+    std::reverse(onItsHead.luminance.begin(), onItsHead.luminance.end());
     double upTime = 0;
     double headTime = 0;
     int upSure = 0;
@@ -128,23 +128,23 @@ class Tesseract {
   }
 
  private:
-  static PageImage LinesOf(const PageImage& page, const RowGroup& group) {
+  static PageImage LinesOf(const PageImage& page, const MrzCandidate& candidate) {
     int columns = 0;
-    for (const TextRow& row : group) {
-      columns = std::max(columns, row.columns);
+    for (const TextLine& line : candidate) {
+      columns = std::max(columns, line.columns);
     }
     PageImage lines = {};
-    for (const TextRow& row : group) {
-      const PageImage strip = Straighten(page, row, columns, 0).image;
+    for (const TextLine& line : candidate) {
+      const PageImage strip = Rectify(page, line, columns, 0).image;
       lines.width = strip.width;
       lines.height += strip.height;
-      lines.light.insert(lines.light.end(), strip.light.begin(), strip.light.end());
+      lines.luminance.insert(lines.luminance.end(), strip.luminance.begin(), strip.luminance.end());
     }
     return lines;
   }
 
   std::string ReadBlock(const PageImage& image, int* sure) {
-    api.SetImage(image.light.data(), image.width, image.height, 1, image.width);
+    api.SetImage(image.luminance.data(), image.width, image.height, 1, image.width);
     constexpr int dotsToTheInch = 240;  // ten characters of a strip's 24 pixels
     api.SetSourceResolution(dotsToTheInch);
     const std::unique_ptr<char[]> text(api.GetUTF8Text());

@@ -25,9 +25,9 @@ using ReaderOptions = DecodeHints;
 #include <thread>
 
 #include "virtual_reader/InputFile.h"
+#include "virtual_reader/barcodes/PageSearch.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"
-#include "virtual_reader/search/PageSearch.h"
 
 namespace conduit {
 namespace {
@@ -83,7 +83,7 @@ std::vector<std::string> Searched(const Page& page) {
 /// The decoder alone, asked as well as one call can.
 std::vector<std::string> Alone(const Page& page, ZXing::BarcodeFormats formats) {
   const PageImage& image = page.image;
-  const ZXing::ImageView view(image.light.data(), image.width, image.height,
+  const ZXing::ImageView view(image.luminance.data(), image.width, image.height,
                               ZXing::ImageFormat::Lum);
   const auto hints = ZXing::ReaderOptions()
                          .setFormats(formats)
@@ -170,7 +170,7 @@ class Drawing {
 
   Page Take() {
     std::normal_distribution<float> grain(0, 6);
-    for (std::uint8_t& light : page.image.light) {
+    for (std::uint8_t& light : page.image.luminance) {
       light = static_cast<std::uint8_t>(
           std::clamp(static_cast<float>(light) + grain(random), 0.0F, 255.0F));
     }
@@ -187,7 +187,7 @@ class Drawing {
   void Fill(int left, int top, int width, int height, std::uint8_t light = 30) {
     for (int y = top; y < top + height; ++y) {
       std::fill_n(
-          page.image.light.begin() + static_cast<std::ptrdiff_t>(y) * page.image.width + left,
+          page.image.luminance.begin() + static_cast<std::ptrdiff_t>(y) * page.image.width + left,
           width, light);
     }
   }

@@ -8,9 +8,9 @@
 #include <utility>
 
 #include "fuzzing/Require.h"
-#include "virtual_reader/codelines/CodelineSearch.h"
-#include "virtual_reader/codelines/Glyphs.h"
 #include "virtual_reader/images/ImageDecoding.h"
+#include "virtual_reader/mrz/CodelineSearch.h"
+#include "virtual_reader/mrz/Glyphs.h"
 #include "virtual_reader/records/CodelineFormat.h"
 
 namespace conduit {
@@ -23,18 +23,19 @@ PageImage Zone() {
   const PageImage page = DecodeImage(bytes);
   PageImage zone = {page.width, page.height / 3, {}};
   const auto size = static_cast<std::size_t>(zone.width) * static_cast<std::size_t>(zone.height);
-  zone.light.assign(page.light.end() - static_cast<std::ptrdiff_t>(size), page.light.end());
+  zone.luminance.assign(page.luminance.end() - static_cast<std::ptrdiff_t>(size),
+                        page.luminance.end());
   return zone;
 }
 
-std::size_t Pixels(const PageImage& image) { return image.light.size(); }
+std::size_t Pixels(const PageImage& image) { return image.luminance.size(); }
 
 void Turn(PageImage* image) {
   PageImage turned = {image->height, image->width, {}};
-  turned.light.reserve(Pixels(*image));
+  turned.luminance.reserve(Pixels(*image));
   for (int x = 0; x < image->width; ++x) {
     for (int y = image->height - 1; y >= 0; --y) {
-      turned.light.push_back(image->light[static_cast<std::size_t>(y * image->width + x)]);
+      turned.luminance.push_back(image->luminance[static_cast<std::size_t>(y * image->width + x)]);
     }
   }
   *image = std::move(turned);
@@ -52,7 +53,7 @@ void Disturb(std::span<const std::uint8_t, 5> bytes, PageImage* image) {
   }
   for (int y = top; y < bottom; ++y) {
     for (int x = left; x < right; ++x) {
-      std::uint8_t& light = image->light[static_cast<std::size_t>(y * image->width + x)];
+      std::uint8_t& light = image->luminance[static_cast<std::size_t>(y * image->width + x)];
       const unsigned noise = static_cast<unsigned>(x * 7919 + y * 104729) >> (bytes[4] % 8);
       switch (bytes[0] % 4) {
         case 0:
@@ -65,8 +66,8 @@ void Disturb(std::span<const std::uint8_t, 5> bytes, PageImage* image) {
           light = static_cast<std::uint8_t>((light + bytes[4]) / 2);
           break;
         default:
-          light = image->light[static_cast<std::size_t>(y * image->width +
-                                                        (x + bytes[4]) % image->width)];
+          light = image->luminance[static_cast<std::size_t>(y * image->width +
+                                                            (x + bytes[4]) % image->width)];
       }
     }
   }
@@ -82,7 +83,7 @@ void RequireZone(const std::vector<std::string>& lines) {
           "what is read has the shape of a zone");
   for (const std::string& line : lines) {
     Require(line.size() == lines[0].size() &&
-                line.find_first_not_of(ZoneCharacters) == std::string::npos,
+                line.find_first_not_of(MrzCharacters) == std::string::npos,
             "a line has the characters of a zone");
   }
 }

@@ -2,20 +2,20 @@
 #include <stdexcept>
 
 #include "fuzzing/Require.h"
+#include "virtual_reader/barcodes/PageSearch.h"
 #include "virtual_reader/images/ImageDecoding.h"
-#include "virtual_reader/search/PageSearch.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
     const conduit::PageImage image =
         conduit::DecodeImage({reinterpret_cast<const char*>(data), size});
     conduit::Require(image.width > 0 && image.height > 0, "a page has pixels");
-    conduit::Require(image.light.size() == static_cast<std::size_t>(image.width) *
-                                               static_cast<std::size_t>(image.height),
+    conduit::Require(image.luminance.size() == static_cast<std::size_t>(image.width) *
+                                                   static_cast<std::size_t>(image.height),
                      "every pixel has its light");
     // A header of a few bytes makes pages that take seconds to search under sanitizers.
     constexpr std::size_t searched = 250'000;
-    if (image.light.size() <= searched) {
+    if (image.luminance.size() <= searched) {
       conduit::SearchPage(image);
     }
   } catch (const std::invalid_argument&) {

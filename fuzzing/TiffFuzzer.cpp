@@ -12,7 +12,7 @@ namespace {
 void ReadPage(const TiffPages& pages, std::size_t index) {
   try {
     const TiffPage page = pages.Read(index);
-    Require(page.image.light.size() == static_cast<std::size_t>(page.image.width) *
+    Require(page.image.luminance.size() == static_cast<std::size_t>(page.image.width) *
                                            static_cast<std::size_t>(page.image.height),
             "every pixel has its light");
     const PageImage sent = DecodeImage(page.png);

@@ -31,7 +31,7 @@ TEST(ImageDecoding, ReadsEveryKindOfPixel) {
         "card.bmp", "card-g4.tif"}) {
     const PageImage image = DecodeImage(ImageBytes(name));
     EXPECT_EQ(CardSeenIn(image), TheCard) << name;
-    EXPECT_THAT(image.light.back(), Ge(254)) << name;
+    EXPECT_THAT(image.luminance.back(), Ge(254)) << name;
   }
 }
 
@@ -39,10 +39,10 @@ TEST(ImageDecoding, WeighsColoursAndLaysThemOnWhite) {
   for (const char* name :
        {"colours.png", "colours.jpg", "colours.tif", "colours.bmp", "colours-32bit.bmp"}) {
     const PageImage image = DecodeImage(ImageBytes(name));
-    ASSERT_EQ(image.light.size(), 1600U) << name;
+    ASSERT_EQ(image.luminance.size(), 1600U) << name;
     int x = 10;
     for (const int light : {76, 150, 29, 127}) {
-      EXPECT_THAT(image.light[static_cast<std::size_t>(800 + x)],
+      EXPECT_THAT(image.luminance[static_cast<std::size_t>(800 + x)],
                   AllOf(Ge(light - 2), Le(light + 2)))
           << name << " at " << x;
       x += 20;
@@ -79,7 +79,7 @@ TEST(ImageDecoding, TurnsAColumnOfPixels) {
     const PageImage row = Upright({1, 3, {10, 20, 30}}, orientation);
     EXPECT_EQ(row.width, 3) << orientation;
     EXPECT_EQ(row.height, 1) << orientation;
-    EXPECT_EQ(row.light.front(), orientation == 5 || orientation == 8 ? 10 : 30) << orientation;
+    EXPECT_EQ(row.luminance.front(), orientation == 5 || orientation == 8 ? 10 : 30) << orientation;
   }
 }
 
@@ -99,7 +99,7 @@ TEST(ImageDecoding, ReadsTheLargestPage) {
   png_alloc_size_t size = bytes.size();
   ASSERT_NE(png_image_write_to_memory(&png, bytes.data(), &size, 0, light.data(), 0, nullptr), 0);
   bytes.resize(size);
-  EXPECT_EQ(DecodeImage(bytes).light, light);
+  EXPECT_EQ(DecodeImage(bytes).luminance, light);
 }
 
 TEST(ImageDecoding, RefusesBySizeBeforeItDecodes) {
@@ -162,7 +162,7 @@ TEST(ImageDecoding, OutlivesDamage) {
         }
         try {
           const PageImage image = DecodeImage(damaged);
-          EXPECT_EQ(image.light.size(),
+          EXPECT_EQ(image.luminance.size(),
                     static_cast<std::size_t>(image.width) * static_cast<std::size_t>(image.height));
         } catch (const std::invalid_argument& error) {
           EXPECT_STRNE(error.what(), "") << file.path();

@@ -7,7 +7,7 @@
 #include <string>
 
 #include "virtual_reader/InputFile.h"
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 
@@ -29,7 +29,7 @@ std::string ReasonOf(const Work& work) {
 /// The light at a place, as the nearest of black, a grey and white: "#", "+", ".".
 inline char ShadeAt(const PageImage& image, int x, int y) {
   const auto at = static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width);
-  return "#+."[(image.light.at(at + static_cast<std::size_t>(x)) + 64) / 128];
+  return "#+."[(image.luminance.at(at + static_cast<std::size_t>(x)) + 64) / 128];
 }
 
 /// The card that make-images draws, by what it shows at some places: its mark, its line

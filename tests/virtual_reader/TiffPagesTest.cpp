@@ -72,7 +72,7 @@ TEST(TiffPages, TurnsPageAndPngUpright) {
       const TiffPage page = TiffPages::OfBytes(bytes).Read(0);
       EXPECT_EQ(CornerOfMark(page.image), Orientations[orientation - 1].corner) << orientation;
       EXPECT_EQ(page.image.width, Orientations[orientation - 1].onEnd ? 638 : 1012);
-      EXPECT_EQ(DecodeImage(page.png).light, page.image.light) << orientation;
+      EXPECT_EQ(DecodeImage(page.png).luminance, page.image.luminance) << orientation;
     }
   }
 }

@@ -44,7 +44,7 @@ void CheckLength(std::string_view bytes, std::int64_t width, std::int64_t height
 void ReduceToLight(stbi_uc* pixels, std::size_t count, int channels) {
   for (std::size_t i = 0; i < count; ++i) {
     const stbi_uc* const from = pixels + i * static_cast<std::size_t>(channels);
-    const int light = channels < 3 ? from[0] : LightOf(from[0], from[1], from[2]);
+    const int light = channels < 3 ? from[0] : LuminanceOf(from[0], from[1], from[2]);
     const int opacity = channels % 2 == 0 ? from[channels - 1] : 255;
     pixels[i] = static_cast<stbi_uc>(255 - (255 - light) * opacity / 255);
   }

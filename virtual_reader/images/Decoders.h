@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "virtual_reader/images/ImageFormat.h"
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 

@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 

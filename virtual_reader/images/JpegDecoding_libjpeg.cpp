@@ -60,12 +60,12 @@ class JpegReading {
     CheckSize(jpeg.image_width, jpeg.image_height);
     CheckMemory();
     PageImage image = {static_cast<int>(jpeg.image_width), static_cast<int>(jpeg.image_height), {}};
-    image.light.resize(static_cast<std::size_t>(jpeg.image_width) * jpeg.image_height);
+    image.luminance.resize(static_cast<std::size_t>(jpeg.image_width) * jpeg.image_height);
     // libjpeg converts any colour to grey but that of printing inks.
     const bool inks = jpeg.num_components == 4;
     jpeg.out_color_space = inks ? JCS_CMYK : JCS_GRAYSCALE;
     std::vector<std::uint8_t> inkRow(inks ? std::size_t{4} * jpeg.image_width : 0);
-    if (!DecodeRows(image.light.data(), inks ? inkRow.data() : nullptr)) {
+    if (!DecodeRows(image.luminance.data(), inks ? inkRow.data() : nullptr)) {
       Refuse();
     }
     return image;
@@ -137,7 +137,7 @@ class JpegReading {
       JSAMPROW row = inkRow != nullptr ? inkRow : to;
       jpeg_read_scanlines(&jpeg, &row, 1);
       if (inkRow != nullptr) {
-        LightOfInks(inkRow, to);
+        LuminanceOfInks(inkRow, to);
       }
     }
     jpeg_finish_decompress(&jpeg);
@@ -145,12 +145,12 @@ class JpegReading {
   }
 
   /// Adobe's programs, which say so in a marker, store how little ink there is.
-  void LightOfInks(const std::uint8_t* inks, std::uint8_t* light) const {
+  void LuminanceOfInks(const std::uint8_t* inks, std::uint8_t* light) const {
     const int turned = jpeg.saw_Adobe_marker != FALSE ? 0 : 255;
     for (JDIMENSION x = 0; x < jpeg.output_width; ++x, inks += 4) {
       const int noBlack = inks[3] ^ turned;
       const auto through = [&](int ink) { return (ink ^ turned) * noBlack / 255; };
-      light[x] = LightOf(through(inks[0]), through(inks[1]), through(inks[2]));
+      light[x] = LuminanceOf(through(inks[0]), through(inks[1]), through(inks[2]));
     }
   }
 

@@ -33,10 +33,10 @@ PageImage Upright(PageImage stored, int orientation) {
   if (walk.Stays()) {
     return stored;
   }
-  PageImage upright = {walk.width, walk.height, std::vector<std::uint8_t>(stored.light.size())};
-  auto* to = upright.light.data();
+  PageImage upright = {walk.width, walk.height, std::vector<std::uint8_t>(stored.luminance.size())};
+  auto* to = upright.luminance.data();
   for (int y = 0; y < walk.height; ++y) {
-    const std::uint8_t* from = stored.light.data() + walk.start + y * walk.down;
+    const std::uint8_t* from = stored.luminance.data() + walk.start + y * walk.down;
     for (int x = 0; x < walk.width; ++x) {
       *to++ = from[x * walk.right];
     }

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 
@@ -31,8 +31,8 @@ PageImage Upright(PageImage stored, int orientation);
 /// @param exif  a JPEG file, or EXIF data that begins with "Exif\0\0"
 int ExifOrientation(std::string_view exif);
 
-/// The light of a colour, weighted as ITU-R BT.601 does, which JPEG keeps.
-constexpr std::uint8_t LightOf(int red, int green, int blue) {
+/// The luminance of a colour, weighted as ITU-R BT.601 does, which JPEG keeps.
+constexpr std::uint8_t LuminanceOf(int red, int green, int blue) {
   return static_cast<std::uint8_t>((299 * red + 587 * green + 114 * blue + 500) / 1000);
 }
 

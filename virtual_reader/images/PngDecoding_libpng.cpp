@@ -70,8 +70,8 @@ class PngReading {
     const std::uint32_t height = png_get_image_height(png, info);
     CheckSize(width, height);
     PageImage image = {static_cast<int>(width), static_cast<int>(height), {}};
-    image.light.resize(static_cast<std::size_t>(width) * height);
-    if (!DecodeRows(image.light.data(), width, height)) {
+    image.luminance.resize(static_cast<std::size_t>(width) * height);
+    if (!DecodeRows(image.luminance.data(), width, height)) {
       RefuseDamaged(ImageFormat::Png, reason);
     }
     return image;

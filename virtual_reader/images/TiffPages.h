@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "virtual_reader/images/PageImage.h"
+#include "virtual_reader/pixels/PageImage.h"
 
 namespace conduit {
 

@@ -209,12 +209,12 @@ class Decoding {
       return {width, height, std::move(samples)};
     }
     PageImage image = {walk.width, walk.height, {}};
-    image.light.resize(samples.size() / static_cast<std::size_t>(channels));
-    std::uint8_t* to = image.light.data();
+    image.luminance.resize(samples.size() / static_cast<std::size_t>(channels));
+    std::uint8_t* to = image.luminance.data();
     for (int y = 0; y < walk.height; ++y) {
       const std::uint8_t* from = samples.data() + (walk.start + y * walk.down) * channels;
       for (int x = 0; x < walk.width; ++x, from += walk.right * channels) {
-        *to++ = channels == 1 ? from[0] : LightOf(from[0], from[1], from[2]);
+        *to++ = channels == 1 ? from[0] : LuminanceOf(from[0], from[1], from[2]);
       }
     }
     return image;

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <variant>
 
-#include "virtual_reader/codelines/CodelineFindings.h"
+#include "virtual_reader/barcodes/PageFindings.h"
+#include "virtual_reader/mrz/CodelineFindings.h"
 #include "virtual_reader/pages/PageRequest.h"
-#include "virtual_reader/search/PageFindings.h"
 
 namespace conduit {
 

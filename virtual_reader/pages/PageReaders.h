@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "platform/WorkerProcess.h"
-#include "virtual_reader/codelines/CodelineFindings.h"
+#include "virtual_reader/mrz/CodelineFindings.h"
 #include "virtual_reader/pages/PageBudget.h"
 #include "virtual_reader/pages/PageMessages.h"
 

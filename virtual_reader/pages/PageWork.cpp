@@ -9,11 +9,11 @@
 #include <utility>
 
 #include "platform/FilePath.h"
-#include "virtual_reader/codelines/CodelineSearch.h"
+#include "virtual_reader/barcodes/PageSearch.h"
 #include "virtual_reader/images/ImageDecoding.h"
 #include "virtual_reader/images/ImageFormat.h"
 #include "virtual_reader/images/TiffPages.h"
-#include "virtual_reader/search/PageSearch.h"
+#include "virtual_reader/mrz/CodelineSearch.h"
 
 namespace conduit {
 namespace {

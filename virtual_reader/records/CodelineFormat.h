@@ -8,15 +8,15 @@
 
 namespace conduit {
 
-/// Where a field of a machine-readable zone stands: line and column from 0, as
-/// ICAO Doc 9303 counts from 1.
+/// The place of a field of a machine-readable zone (MRZ): line and column from 0, where ICAO
+/// Doc 9303 counts from 1.
 struct CodelineSpan {
   std::size_t line;
   std::size_t column;
   std::size_t length;
 };
 
-/// A format of ICAO Doc 9303, and where its fields stand.
+/// A format of ICAO Doc 9303, with the places of its fields.
 struct CodelineFormat {
   const char* lineName;
   std::size_t lines;

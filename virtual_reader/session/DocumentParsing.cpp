@@ -10,7 +10,7 @@
 
 #include "platform/FilePath.h"
 #include "virtual_reader/InputFile.h"
-#include "virtual_reader/ItemsOfKind.h"
+#include "virtual_reader/records/ItemsOfKind.h"
 #include "virtual_reader/records/RecordBytes.h"
 #include "virtual_reader/session/DocumentImages.h"
 #include "virtual_reader/session/SessionCodeline.h"
