@@ -5,7 +5,8 @@
 
 namespace conduit {
 
-/// A picture as its light values, row by row: 0 black to 255 white.
+/// A greyscale image: one luminance value (grey value) per pixel, row by row, 0 black to
+/// 255 white.
 struct PageImage {
   int width;
   int height;
