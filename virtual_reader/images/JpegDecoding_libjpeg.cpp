@@ -122,9 +122,9 @@ class JpegReading {
     if (memory > MostMemory) {
       RefuseDamaged(ImageFormat::Jpeg,
                     "it is a progressive one of " + std::to_string(jpeg.image_width) + " x " +
-                        std::to_string(jpeg.image_height) + " pixels, which takes " +
-                        std::to_string(memory / 1'000'000) + " MB, at most " +
-                        std::to_string(MostMemory / 1'000'000) + " are given");
+                        std::to_string(jpeg.image_height) + " pixels, which needs " +
+                        std::to_string(memory / 1'000'000) + " MB, the limit is " +
+                        std::to_string(MostMemory / 1'000'000) + " MB");
     }
   }
 

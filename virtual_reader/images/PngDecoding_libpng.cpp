@@ -111,7 +111,7 @@ class PngReading {
     const int passes = png_set_interlace_handling(png);
     png_read_update_info(png, info);
     if (png_get_rowbytes(png, info) != width) {
-      png_error(png, "its rows cannot be brought to light values");
+      png_error(png, "its rows cannot be converted to grey values");
     }
     for (int pass = 0; pass < passes; ++pass) {
       for (std::uint32_t row = 0; row < height; ++row) {
@@ -140,7 +140,7 @@ class PngReading {
   png_structp png = nullptr;
   png_infop info = nullptr;
   std::string_view left;
-  char reason[100] = "there is no memory for it";
+  char reason[100] = "out of memory";
 };
 
 }  // namespace

@@ -29,7 +29,7 @@ class PngWritten {
 
   std::string Write() {
     if (info == nullptr || !WriteRows()) {
-      throw std::runtime_error("no PNG can be made of the page");
+      throw std::runtime_error("cannot write the page as a PNG: out of memory");
     }
     return std::move(bytes);
   }
@@ -37,7 +37,7 @@ class PngWritten {
  private:
   static void OnWrite(png_structp png, png_bytep from, std::size_t length) {
     if (!static_cast<PngWritten*>(png_get_io_ptr(png))->Append(from, length)) {
-      png_error(png, "there is no memory for it");
+      png_error(png, "out of memory");
     }
   }
 

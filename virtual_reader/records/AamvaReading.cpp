@@ -144,7 +144,7 @@ Header ReadHeader(std::string_view text) {
     return from < rest.size() ? rest.substr(from, size) : std::string_view();
   };
   if (!IsNumber(part(0, 8)) || part(0, 8).size() < 8) {
-    Refuse("the issuer and version behind \"ANSI \" are not 8 digits");
+    Refuse("the issuer and version after \"ANSI \" are not 8 digits");
   }
   Header header = {Number(part(6, 2)), {}, {}};
   std::size_t next = header.version < 2 ? 8 : 10;
@@ -316,7 +316,7 @@ std::int32_t ColorOf(const Elements& elements, const char* id,
   }
   if (!code.empty()) {
     warnings->push_back(std::string(id) + " is \"" + code +
-                        "\", which is no colour: sent as unknown");
+                        "\", not a colour code: sent as unknown");
   }
   return static_cast<std::int32_t>(Color::Unknown);
 }
@@ -329,7 +329,7 @@ void ReadSex(const Elements& elements, ReaderAamvaData* record) {
     PutText(record->sex, found->sex, "sex");
     record->shortSex = found->shortSex;
   } else if (!code.empty()) {
-    Refuse("DBC is \"" + code + "\"; known for the sex: 1, 2, 9");
+    Refuse("DBC is \"" + code + "\", not a sex: expected 1, 2 or 9");
   }
 }
 
@@ -391,7 +391,7 @@ AamvaReading ReadAamva(std::string_view text) {
   AamvaReading reading = {};
   if (header.licence.empty()) {
     reading.warnings.emplace_back(
-        "the AAMVA header does not lead to a DL or ID subfile: its elements are found by name");
+        "the AAMVA header has no DL or ID subfile at its offset: data elements are found by name");
   }
   Elements elements = FindElements(header.licence.empty() ? header.body : header.licence);
   if (elements.empty()) {
