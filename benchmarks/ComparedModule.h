@@ -6,9 +6,8 @@
 
 namespace conduit {
 
-/// What the two implementations that the module is measured against have in
-/// common: the operations that no workload calls, and the way from the reader's
-/// callbacks into the object.
+/// The base of both reference implementations: the operations that no workload calls, and
+/// the dispatch of the reader's callbacks to the object.
 template <class Implementation>
 class ComparedModule : public Implements<IInputModule> {
  public:

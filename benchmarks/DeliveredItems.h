@@ -8,8 +8,7 @@
 
 namespace conduit {
 
-/// A text field of a record and the item that it becomes, with the length of its
-/// name, which a compiler knows.
+/// A text field of a record and its item name, with the name's length as a constant.
 struct DeliveredText {
   template <std::size_t Size>
   constexpr DeliveredText(const char (&name)[Size], std::size_t offset)
@@ -61,7 +60,7 @@ inline constexpr DeliveredText AamvaFields[] = {
 inline constexpr const char* ItemTag = "FullPageInputModule::ProcessFullPageData";
 inline constexpr const char* EventTag = "FullPageInputModule::ProcessFullPageEvent";
 inline constexpr const char* TextTag = "FullPageInputModule::ProcessStringDataItem";
-/// The conversions that the measured date formats may use, and no others.
+/// The conversions that the measured date formats may use.
 inline constexpr const char* DateConversions = "aAbBcCdDeFgGhHIjmMnprRStTuUVwWxXyYzZ%";
 
 }  // namespace conduit

@@ -1,5 +1,5 @@
-// The least that a delivery takes: texts are read where they stand, log lines
-// are built on the stack, nothing is allocated.
+// The minimum work of a delivery: reads texts in place, builds log lines on the stack,
+// allocates nothing.
 #include <algorithm>
 #include <charconv>
 #include <cstring>
@@ -21,7 +21,7 @@
 namespace conduit {
 namespace {
 
-/// A text that is written from left to right; what does not fit is cut.
+/// Concatenates a text on the stack; truncates what does not fit.
 class StackText {
  public:
   StackText& operator<<(std::string_view piece) {
@@ -307,7 +307,7 @@ class FloorModule final : public ComparedModule<FloorModule> {
       {ParameterName::IssueDateFormat, Kind::Date, "%d-%m-%Y", ""},
       {ParameterName::BadChars, Kind::Required, "*_", ""},
   };
-  /// The texts are lent: the benchmark's are literals or live as long as it.
+  /// Borrows the texts: the benchmark's texts outlive the module.
   std::unordered_map<std::string_view, std::vector<const char*>> scripts;
 };
 

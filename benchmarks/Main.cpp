@@ -19,8 +19,8 @@
 namespace conduit {
 namespace {
 
-/// A host and a logger that take every call and do nothing with it, so that
-/// the times are the implementations' own.
+/// A host and a logger that ignore every call, so that the times are those of the
+/// implementations.
 class IdleHost final : public IInputModuleHost {
  public:
   std::int32_t SendData(const char* /*name*/, ItemType /*itemType*/, std::int32_t /*length*/,
@@ -50,7 +50,7 @@ std::unique_ptr<Subject> Prepare(const Workload& workload, const char* file) {
   return subject;
 }
 
-/// Names the first call in which the outputs of two implementations differ.
+/// Throws with the first call in which the outputs of two implementations differ.
 void CompareOutputs(const Workload& workload) {
   const std::vector<std::string> expected = OutputOf(workload, Implementations[0].file);
   for (const Implementation& implementation : Implementations) {
@@ -86,7 +86,7 @@ HeapUse MeasureHeap(const Workload& workload, const char* file, int deliveries) 
           static_cast<double>(one.bytes - start.bytes) / deliveries, many.live - one.live};
 }
 
-/// @param wanted  whether a workload is to be measured
+/// @param wanted  returns whether to measure a workload
 void RegisterTimings(const std::vector<Workload>& workloads,
                      const std::vector<std::unique_ptr<Subject>>& subjects, bool quick,
                      const std::function<bool(const Workload&)>& wanted) {
@@ -112,7 +112,7 @@ void RegisterTimings(const std::vector<Workload>& workloads,
           ->Repetitions(repetitions);
     };
     add(1);
-    if (workload.mostOfFloor > 0) {  // the documents, which several readers may bring
+    if (workload.mostOfFloor > 0) {  // documents, which several readers may deliver
       add(2);
     }
   }
@@ -128,7 +128,7 @@ std::vector<Workload> WorkloadsNamed(const std::vector<std::string>& names) {
   return named;
 }
 
-/// @returns whether every target was met that a miss of is a failure.
+/// @returns whether no workload took more than twice its target.
 bool Run(bool quick, const std::vector<std::string>& names, const std::string& output) {
   const std::vector<Workload> workloads = WorkloadsNamed(names);
   HeapUses heapUses;
@@ -141,8 +141,7 @@ bool Run(bool quick, const std::vector<std::string>& names, const std::string& o
     }
   }
 
-  // In random order, so that no implementation has the machine's quiet moments
-  // to itself.
+  // In random order, so that no implementation alone gets the quiet moments of the machine.
   char program[] = "bench";
   char interleaving[] = "--benchmark_enable_random_interleaving=true";
   char* arguments[] = {program, interleaving, nullptr};
@@ -154,7 +153,7 @@ bool Run(bool quick, const std::vector<std::string>& names, const std::string& o
   };
   RegisterTimings(workloads, subjects, quick, [](const Workload&) { return true; });
   benchmark::RunSpecifiedBenchmarks(&timings);
-  // What a busy machine makes look slow is measured again, and counts with the first.
+  // Repeats missed workloads, because a busy machine may cause a miss; adds the repetitions.
   for (int again = 0; again < 4; ++again) {
     benchmark::ClearRegisteredBenchmarks();
     RegisterTimings(workloads, subjects, quick, missed);

@@ -1,4 +1,4 @@
-// The decoder's texts are UTF-8 where this is asked for.
+// Makes the decoder's texts UTF-8.
 #define ZX_USE_UTF8 1
 #include <ZXing/BitMatrix.h>
 #include <ZXing/MultiFormatWriter.h>
@@ -37,7 +37,7 @@ using ZXing::BarcodeFormat;
 constexpr struct {
   BarcodeFormat format;
   const char* name;
-  bool square;  ///< drawn at its own proportions
+  bool square;  ///< a matrix symbol, drawn at its own proportions
 } Formats[] = {
     {BarcodeFormat::Code39, "BARCODE_1D_3_OF_9", false},
     {BarcodeFormat::Code128, "BARCODE_1D_128", false},
@@ -54,7 +54,7 @@ std::string NameOf(BarcodeFormat format) {
       ->name;
 }
 
-/// A page and what it says: the name and the bytes of each symbol.
+/// A page and the name and content of each symbol on it.
 struct Page {
   PageImage image;
   std::vector<std::string> texts;
@@ -80,7 +80,7 @@ std::vector<std::string> Searched(const Page& page) {
   return lines;
 }
 
-/// The decoder alone, asked as well as one call can.
+/// Runs the decoder alone: one call with its best options.
 std::vector<std::string> Alone(const Page& page, ZXing::BarcodeFormats formats) {
   const PageImage& image = page.image;
   const ZXing::ImageView view(image.luminance.data(), image.width, image.height,
@@ -89,7 +89,7 @@ std::vector<std::string> Alone(const Page& page, ZXing::BarcodeFormats formats) 
                          .setFormats(formats)
                          .setTryHarder(true)
                          .setTryRotate(true)
-                         .setTryDownscale(false);  // ends the process with linear formats
+                         .setTryDownscale(false);  // with it, linear formats crash
   std::vector<std::string> lines;
   for (const ZXing::Result& result : ZXing::ReadBarcodes(view, hints)) {
     if (result.isValid()) {
@@ -100,7 +100,7 @@ std::vector<std::string> Alone(const Page& page, ZXing::BarcodeFormats formats) 
   return lines;
 }
 
-/// How what was found compares with what is there.
+/// Counts pages by comparing found symbols with drawn ones.
 struct Count {
   int exact = 0;
   int missed = 0;
@@ -121,7 +121,7 @@ class Drawing {
       : random(seed),
         page{{width, height, std::vector<std::uint8_t>(Area(width, height), 235)}, {}} {}
 
-  /// Lines of strokes as letters have them.
+  /// Draws lines of strokes that resemble letters.
   void DrawText() {
     for (int y = 40; y + 40 < page.image.height; y += 48) {
       for (int x = 40; x + 24 < page.image.width; x += 22) {
@@ -236,7 +236,7 @@ double Milliseconds(Work&& work) {
       .count();
 }
 
-/// Does the work for every index, on as many threads.
+/// Does the work for every index below `count` on several threads.
 template <typename Work>
 void ForEach(std::size_t count, unsigned threads, Work&& work) {
   std::atomic<std::size_t> next = 0;
@@ -275,7 +275,7 @@ std::string SpeedTable(bool quick) {
         }
         pages.push_back(drawing.Take());
       }
-      // Page by page in turn, so that both have the machine's quiet moments.
+      // Alternates page by page, so that both get the quiet moments of the machine.
       double alone = 0;
       double searched = 0;
       Count countAlone;
@@ -301,7 +301,8 @@ std::string SpeedTable(bool quick) {
   return table.str();
 }
 
-/// Of a folder of pages with their texts beside them: NAME-07.png and NAME-07.txt.
+/// Counts the symbols found on the pages of a folder, NAME-07.png, whose expected symbols are
+/// in NAME-07.txt.
 std::string FolderTable(const std::filesystem::path& folder) {
   std::vector<std::filesystem::path> files;
   for (const auto& entry : std::filesystem::directory_iterator(folder)) {

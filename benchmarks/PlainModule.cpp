@@ -1,5 +1,5 @@
-// The same deliveries as they are written when nobody measures: std::string for
-// every text, std::map for what has a name, std::vector for what has an order.
+// The same deliveries in straightforward code: std::string for texts, std::map for lookups,
+// std::vector for sequences.
 #include <algorithm>
 #include <cstdio>
 #include <ctime>

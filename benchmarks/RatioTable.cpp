@@ -11,8 +11,7 @@
 namespace conduit {
 namespace {
 
-/// What one repetition in ten undercuts: a machine that is shared adds to a time, now and
-/// then much, and takes nothing from it.
+/// Returns the 10th percentile: other load on the machine only adds to a time.
 double Quiet(std::vector<double> values) {
   const auto tenth = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 10);
   std::nth_element(values.begin(), tenth, values.end());
@@ -65,10 +64,10 @@ Ratios RatiosOf(const Workload& workload, const TimingCollector& collector) {
   return ratios;
 }
 
-/// A target is missed when it is by more than a tenth.
+/// A workload misses its target when it exceeds it by more than a tenth.
 constexpr double Tolerance = 1.1;
 
-/// How far the module is above what is demanded of it: 1 is just met.
+/// Returns the module's time divided by its target: at most 1 meets it.
 double Excess(const Workload& workload, const Ratios& ratios) {
   return workload.mostOfFloor > 0 ? std::max(ratios.ofFloor / workload.mostOfFloor, ratios.ofPlain)
                                   : ratios.ofPlain;

@@ -16,7 +16,7 @@ struct Implementation {
   const char* file;
 };
 
-/// The order is that of every list below: floor, plain, module.
+/// Every list below has this order: floor, plain, module.
 inline constexpr Implementation Implementations[] = {
     {"floor", FLOOR_FILE},
     {"plain", PLAIN_FILE},
@@ -24,39 +24,39 @@ inline constexpr Implementation Implementations[] = {
 };
 inline constexpr std::size_t ImplementationCount = 3;
 
-/// What one implementation takes from the heap.
+/// The heap use of one implementation.
 struct HeapUse {
-  double calls;       ///< a delivery
-  double bytes;       ///< a delivery
-  std::int64_t kept;  ///< bytes, over many deliveries
+  double calls;       ///< allocations per delivery
+  double bytes;       ///< bytes per delivery
+  std::int64_t kept;  ///< bytes not freed after many deliveries
 };
 
-/// Of each workload, each implementation.
+/// For each workload, each implementation.
 using HeapUses = std::vector<HeapUse>;
 
 std::string TimingName(const Workload& workload, const Implementation& implementation, int threads);
 
-/// Keeps the times of every repetition.
+/// Stores the times of every repetition.
 class TimingCollector final : public benchmark::BenchmarkReporter {
  public:
   bool ReportContext(const Context&) override { return true; }
   void ReportRuns(const std::vector<Run>& runs) override;
 
   struct Timing {
-    std::vector<double> wall;       ///< nanoseconds a delivery
-    std::vector<double> processor;  ///< nanoseconds a delivery, of all threads
+    std::vector<double> wall;       ///< nanoseconds per delivery
+    std::vector<double> processor;  ///< nanoseconds per delivery, of all threads
   };
   std::map<std::string, Timing> timings;
 };
 
-/// Whether the module is at most a tenth above what the workload demands of it.
+/// Returns whether the module exceeds the workload's target by at most a tenth.
 bool MeetsItsTarget(const Workload& workload, const TimingCollector& collector);
 
-/// Whether the module takes more than twice what the workload demands of it: a fault of the
-/// module, as no busy machine makes that of a ratio.
+/// Returns whether the module takes more than twice the workload's target: a fault of the
+/// module, because load on the machine does not distort a ratio that much.
 bool FailsItsTarget(const Workload& workload, const TimingCollector& collector);
 
-/// The tables that say how the implementations compare, and on what machine.
+/// Returns the tables that compare the implementations, with the machine's description.
 std::string RatioTable(const std::vector<Workload>& workloads, const TimingCollector& collector,
                        const HeapUses& heapUses);
 

@@ -75,7 +75,7 @@ ReaderAamvaData* Licence() {
   return &record;
 }
 
-/// Memory that ends the process when a byte of it is read.
+/// Returns memory that crashes the process when a byte of it is read.
 void* UnreadableImage() {
   static void* const image =
       mmap(nullptr, LargeImage, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -116,7 +116,7 @@ void SendImage(Subject& subject) {
   subject.data(subject.context, ReaderDataType::ImageVis, Length, UnreadableImage());
 }
 
-/// The condition that fires is the last of them, with two actions.
+/// Adds 1,000 conditions; the last one fires, with two actions.
 void AddConditions(Subject& subject) {
   static const std::vector<std::string> others = [] {
     std::vector<std::string> made;
@@ -137,7 +137,7 @@ void SendWaitedForEvent(Subject& subject) {
   subject.event(subject.context, ReaderEventCode::DocOnWindow);
 }
 
-/// What comes back goes to the host, so that outputs can be compared.
+/// Sends the values read back to the host, so that outputs can be compared.
 void SetAndGetParameters(Subject& subject) {
   constexpr const char* values[][2] = {
       {"LogLevel", "3"}, {"ExpiryDateFormat", "%d.%m.%Y"}, {"BadChars", "*_?"}};
@@ -150,8 +150,8 @@ void SetAndGetParameters(Subject& subject) {
   }
 }
 
-/// A library that is loaded already is only counted: this one is loaded by nobody
-/// else.
+/// Returns the path of a copy that nothing else loads: loading a loaded library again only
+/// increments its reference count.
 std::filesystem::path UnloadedTwin(const std::filesystem::path& file) {
   return file.parent_path() / ("unloaded" + file.filename().string());
 }

@@ -9,7 +9,7 @@
 
 namespace conduit {
 
-/// One implementation, started, with the way in that it gave the reader.
+/// One started implementation, with the callbacks that it gave the reader.
 struct Subject {
   Subject(const std::filesystem::path& file, IModuleLogger* logger, IInputModuleHost* host);
 
@@ -22,12 +22,12 @@ struct Subject {
   void* context;
 };
 
-/// Something that a module is given to do, over and over.
+/// A task that a module repeats.
 struct Workload {
   const char* name;
   bool logged;
-  /// The most that the module may take of the floor's time; 0 where only the
-  /// plain implementation is the measure.
+  /// The target: maximum time of the module divided by the floor's time; 0 where the target
+  /// is the plain implementation's time.
   double mostOfFloor;
   void (*prepare)(Subject& subject);
   void (*deliver)(Subject& subject);
@@ -35,8 +35,8 @@ struct Workload {
 
 const std::vector<Workload>& Workloads();
 
-/// What an implementation makes of a workload: every call of host and logger, the
-/// data pointers and the texts that it hands back, in order.
+/// Returns the output of an implementation for a workload: every call of host and logger, data
+/// pointers and returned texts, in order.
 std::vector<std::string> OutputOf(const Workload& workload, const std::filesystem::path& file);
 
 }  // namespace conduit

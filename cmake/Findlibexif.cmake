@@ -1,4 +1,4 @@
-# libexif, which brings no files for CMake: the target libexif::libexif.
+# Defines libexif::libexif: libexif has no package files for CMake.
 find_path(libexif_INCLUDE_DIR libexif/exif-data.h)
 find_library(libexif_LIBRARY exif)
 mark_as_advanced(libexif_INCLUDE_DIR libexif_LIBRARY)

@@ -1,6 +1,6 @@
-# stb, a set of single-header libraries, which Debian brings without files for
-# CMake: the target stb::stb.
-find_package(stb CONFIG QUIET) # a cross build or another package manager has them
+# Defines stb::stb: Debian's package of these single-header libraries has no files
+# for CMake.
+find_package(stb CONFIG QUIET) # a cross build or another package manager has such files
 if(TARGET stb::stb)
   return()
 endif()

@@ -1,8 +1,7 @@
-# What everything that is built for release carries into the process of somebody
-# else: checked buffers and stacks, and tables that are read-only once loaded.
+# Hardens every release build, because it runs in other people's processes: checked
+# buffers and stacks, and tables that are read-only after relocation.
 #
-# Not with a sanitizer, which checks the same and more: the two get in each
-# other's way.
+# Not together with a sanitizer, which checks the same and more: they interfere.
 if(NOT CMAKE_BUILD_TYPE STREQUAL "Release" OR CMAKE_CXX_FLAGS MATCHES "-fsanitize" OR MSVC)
   return()
 endif()
@@ -11,7 +10,7 @@ set(CONDUIT_HARDENED ON)
 add_compile_options(-fstack-protector-strong)
 add_compile_definitions(_FORTIFY_SOURCE=2)
 if(WIN32)
-  # Also when linking: there the checks come from a library of their own.
+  # Also when linking: MinGW has the stack checks in a library of their own.
   add_link_options(-fstack-protector-strong -Wl,--dynamicbase -Wl,--nxcompat -Wl,--high-entropy-va)
 else()
   include(CheckPIESupported)

@@ -1,9 +1,9 @@
-# Where things stand once they are installed. What runs is the component `runtime`, what
-# is built with is `development`.
+# The folders of an installation. The component `runtime` has the programs and libraries,
+# `development` the files to build with.
 include(GNUInstallDirs)
 
-# The modules and their reader library stand together in a folder of their own, which
-# `conduit` finds relative to itself; Windows looks for libraries beside the program.
+# The modules and their reader library share a folder, which `conduit` finds relative to
+# itself; Windows searches libraries beside the program.
 if(WIN32)
   set(CONDUIT_INSTALL_MODULEDIR ${CMAKE_INSTALL_BINDIR})
 else()

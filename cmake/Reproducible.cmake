@@ -1,5 +1,5 @@
-# The same sources give the same bytes, whenever they are built. No path of the build is in
-# what is delivered, for nothing there names its source file; a test looks.
+# The same sources produce the same bytes at any time. No delivered file contains a build
+# path, because none names its source file; a test checks that.
 if(MINGW)
   add_link_options(-Wl,--no-insert-timestamp)
 endif()

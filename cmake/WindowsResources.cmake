@@ -1,6 +1,5 @@
-# What Windows shows of a file that is delivered, and a deployer looks for: its name,
-# version and description; and what a program asks of the system, in its manifest. The
-# file's description is a sentence without a full stop.
+# Adds the version resource of a delivered file, with its name, version and description,
+# and a program's manifest. The description is a sentence without a full stop.
 #   conduit_add_windows_resources(<target> <description> [<manifest>])
 function(conduit_add_windows_resources target description)
   if(NOT WIN32)
@@ -11,7 +10,7 @@ function(conduit_add_windows_resources target description)
   set(manifest ${ARGN})
   set(manifest_resource "")
   if(MSVC)
-    target_sources(${target} PRIVATE ${manifest}) # that linker adds it by itself
+    target_sources(${target} PRIVATE ${manifest}) # Visual C++'s linker embeds it
   elseif(manifest)
     set(manifest_resource "CREATEPROCESS_MANIFEST_RESOURCE_ID RT_MANIFEST \"${manifest}\"")
   endif()

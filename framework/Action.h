@@ -8,20 +8,18 @@ namespace conduit {
 
 class UnaryCondition;
 
-/// Something that a module does when a condition fires.
+/// An operation that a module performs when a condition fires.
 class Action {
  public:
   Action(const Action&) = delete;
   Action& operator=(const Action&) = delete;
   virtual ~Action() = default;
 
-  /// @returns 0 for success; anything else keeps the condition's later actions
-  ///          from running.
+  /// @returns 0 for success; anything else skips the condition's later actions.
   virtual std::int32_t Execute() = 0;
 
  protected:
-  /// @param condition  the condition that the action is attached to and that owns
-  ///                   it
+  /// @param condition  the condition that owns the action
   /// @param name       the action's kind
   Action(UnaryCondition* condition, const char* name);
 

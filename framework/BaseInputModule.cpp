@@ -111,7 +111,7 @@ UnaryCondition* BaseInputModule::FindCondition(const BaseString<char>& name,
   const std::int32_t count = conditions.Count();
   for (std::int32_t index = 0; index < count; ++index) {
     UnaryCondition* const condition = conditions.items[index];
-    // The value first: most conditions wait for the same kind of thing.
+    // Compares the value first: most conditions have the same name.
     if (condition->GetValue() == value && condition->GetName() == name) {
       return condition;
     }

@@ -17,15 +17,15 @@
 
 namespace conduit {
 
-/// What every input module has in common: parameters by name, the binding to the
-/// host, conditions and their actions.
+/// The base of every input module: named parameters, the host, conditions and their
+/// actions.
 ///
-/// A module derives from it, registers its parameters, drives its device in
-/// Initialise and Shutdown, and delivers the device's events and states. No operation
-/// takes a lock: see IInputModule for which calls must keep apart.
+/// A derived module registers its parameters, drives its device in Initialise and
+/// Shutdown, and delivers the device's events and states. No operation takes a lock:
+/// IInputModule says which calls must not overlap.
 class BaseInputModule : public Implements<IInputModule> {
  public:
-  /// A module by the name "FullPage".
+  /// Creates a module named "FullPage".
   /// @param logger  borrowed for the module's life; null for no log
   explicit BaseInputModule(IModuleLogger* logger);
   BaseInputModule(const BaseInputModule&) = delete;
@@ -43,8 +43,8 @@ class BaseInputModule : public Implements<IInputModule> {
   std::int32_t GetConditionCount() override;
   void GetConditionAt(std::int32_t index, const char** name, const char** value) override;
 
-  /// Runs the actions of the condition that waits for an event, of the first
-  /// where there are several. Null counts as the empty name. [reader thread]
+  /// Runs the actions of the first condition for the event. Null counts as the empty
+  /// name. [reader thread]
   /// @returns the result of the last action that ran; 0 when none did.
   std::int32_t ReceiveEvent(const char* eventName);
 
@@ -52,26 +52,26 @@ class BaseInputModule : public Implements<IInputModule> {
 
  protected:
   /// @param logger      borrowed for the module's life; null for no log
-  /// @param moduleName  what its parameters' qualified names begin with: "FullPage"
+  /// @param moduleName  the prefix of its parameters' qualified names: "FullPage"
   BaseInputModule(IModuleLogger* logger, const char* moduleName);
 
-  /// Delivers an event of the device: takes back the host's error, runs the event's
-  /// actions, opens or closes the data's brackets where the event says so, and sends the
-  /// name, if it has one. The device's state is to be reported next. [reader thread]
+  /// Delivers an event of the device: clears the host's error, runs the event's actions,
+  /// calls BeginData or EndData for the events that start or end data, and sends the
+  /// name, if it has one. The caller then reports the device's state. [reader thread]
   /// REQUIRES: SetHost was called.
-  /// @param tag  the operation that speaks, for the log
+  /// @param tag  the operation that logs, "Class::Operation"
   void DeliverEvent(ReaderEventCode code, const char* tag);
 
-  /// Passes the state's text to the host, the empty one for a state without a name.
+  /// Reports the state's text to the host; empty for a state without a name.
   /// [reader thread; Initialise] REQUIRES: SetHost was called.
   void ReportReaderState(ReaderState state);
 
-  /// The first condition with that name and value, or null.
+  /// Returns the first condition with that name and value, or null.
   UnaryCondition* FindCondition(const BaseString<char>& name, const BaseString<char>& value) const;
-  /// A new condition, or null for a kind that no module knows.
+  /// Returns a new condition, or null for an unknown kind.
   std::unique_ptr<UnaryCondition> CreateCondition(const BaseString<char>& name,
                                                   const BaseString<char>& value);
-  /// A new action for the condition, or null for a kind that no module knows.
+  /// Returns a new action for the condition, or null for an unknown kind.
   std::unique_ptr<Action> CreateAction(UnaryCondition* condition, const BaseString<char>& name,
                                        const BaseString<char>& value);
 
@@ -79,7 +79,7 @@ class BaseInputModule : public Implements<IInputModule> {
   BaseString<char> moduleName;
   IInputModuleHost* host = nullptr;
   ParameterMap parameters;
-  PtrList<UnaryCondition> conditions;  ///< only ever appended to
+  PtrList<UnaryCondition> conditions;  ///< append-only
 };
 
 }  // namespace conduit

@@ -9,7 +9,7 @@
 
 namespace conduit {
 
-/// Something that a module waits for, and what it does then.
+/// A condition that a module waits for, with the actions that it runs then.
 class Condition {
  public:
   Condition(const Condition&) = delete;
@@ -18,12 +18,12 @@ class Condition {
 
   const BaseString<char>& GetName() const { return name; }
 
-  /// Attaches an action behind the earlier ones and owns it from here on.
+  /// Appends an action and takes ownership of it.
   void AddAction(std::unique_ptr<Action> action);
 
-  /// Runs the actions attached at this moment, in order, up to the first that
-  /// fails. [reader thread]
-  /// @returns the failed action's result; 0 when there was none.
+  /// Runs the actions attached when it is called, in order, and stops at the first
+  /// that fails. [reader thread]
+  /// @returns the failed action's result; 0 when none failed.
   std::int32_t ExecuteActions();
 
  protected:

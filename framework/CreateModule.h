@@ -9,10 +9,9 @@
 
 namespace conduit {
 
-// What the two exported functions of a module do; ModuleEntry.h says what hosts are told
-// of them.
+// The bodies of a module's two exported functions; ModuleEntry.h is their contract.
 
-/// CIM_GetInputModule of a library whose module is of that class.
+/// Implements CIM_GetInputModule for a module class.
 template <class Module>
 std::int32_t CreateModule(IModuleLogger* logger, IInputModule** module) {
   if (module == nullptr) {
@@ -22,7 +21,7 @@ std::int32_t CreateModule(IModuleLogger* logger, IInputModule** module) {
   return ResultSuccess;
 }
 
-/// CIM_Destroy.
+/// Implements CIM_Destroy.
 inline std::int32_t DestroyModule(IInputModule* module) {
   if (module == nullptr) {
     return ResultNullPointer;

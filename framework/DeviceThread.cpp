@@ -6,7 +6,8 @@
 namespace conduit {
 namespace {
 
-/// Whose thread it is that asks: one that waited for itself would wait for ever.
+/// The DeviceThread that the calling thread belongs to, if any: a thread that waited for
+/// itself would deadlock.
 thread_local const DeviceThread* current = nullptr;
 
 }  // namespace

@@ -8,10 +8,10 @@
 
 namespace conduit {
 
-// What the host is told for each of the reader's codes. Pure functions; a code
-// without a name gives the empty text. [any thread]
+// Map the reader's codes to the host's texts and item types. Pure functions; a code
+// without a name has the empty text. [any thread]
 
-/// The item type of a barcode by the format code of its record.
+/// Returns the item type of a barcode by the format code of its record.
 ItemType GetBarcodeItemType(std::int32_t format);
 
 const char* GetEventName(ReaderEventCode code);

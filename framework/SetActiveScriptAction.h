@@ -13,7 +13,7 @@ class SetActiveScriptAction : public InputModuleAction {
   SetActiveScriptAction(BaseInputModule* module, UnaryCondition* condition,
                         const BaseString<char>& scriptName);
 
-  /// Calls the host that the module has at this moment. [reader thread]
+  /// Calls the module's current host. [reader thread]
   /// @returns the host's answer, or ResultNoHost.
   std::int32_t Execute() override;
 

@@ -42,7 +42,7 @@ void FullPageInputModule::ProcessAamvaData(const ReaderAamvaData& record) {
   }
   ProcessStringDataItem(ItemName::LicenceShortSex, record.shortSex);
 
-  // An absent date still has a formatted twin, made of its clamped parts.
+  // The formatted item of an absent date is made from its clamped parts.
   const ReaderDate birth = record.dateOfBirth;
   ProcessRawDate(ItemName::LicenceDateOfBirth, birth, IsAbsent(birth));
   ProcessFormattedDate(ItemName::LicenceDateOfBirthFormatted, DateOfBirthFormat, birth, false);
@@ -59,7 +59,7 @@ void FullPageInputModule::ProcessAamvaData(const ReaderAamvaData& record) {
   ProcessStringDataItem(ItemName::LicenceEyeColor, NameOf(ReaderEyeColorNames, record.eyeColor));
 }
 
-/// The unit table is one for heights and weights: a code is taken as it comes.
+/// Heights and weights share the unit table: no code is refused for its dimension.
 void FullPageInputModule::ProcessMeasurement(std::string_view name, std::int32_t value,
                                              std::int32_t unit) {
   TextBuilder text;

@@ -19,7 +19,7 @@ constexpr RecordText CodelineTexts[] = {
     {ItemName::CodelineLine3, offsetof(ReaderCodelineData, line3)},
 };
 
-/// Delivered for a recognised document, behind its dates.
+/// Delivered for a recognised document, after its dates.
 constexpr RecordText DocumentTexts[] = {
     {ItemName::CodelineDocId, offsetof(ReaderCodelineData, docId)},
     {ItemName::CodelineDocNumber, offsetof(ReaderCodelineData, docNumber)},

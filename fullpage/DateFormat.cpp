@@ -14,7 +14,7 @@ namespace {
 constexpr std::int32_t FirstTmYear = 1900;
 constexpr std::int64_t LastYear = 9999;
 
-/// The message is cut to what its reader has room for.
+/// Truncates the message to the size that a host expects.
 void MakeInvalid(TimeText& text, const char* message) {
   constexpr std::size_t longest = 254;
   TextBuilder invalid;

@@ -9,24 +9,24 @@
 
 namespace conduit {
 
-/// The year of a date that was given within its century, in full.
+/// Returns the full year of a date that has only the year of its century.
 /// @param year                 not negative; four digits are not recognised
-/// @param currentYear          in full
-/// @param alwaysCurrentCentury for dates that lie ahead: the current century;
-///                             otherwise a year from the current one's last two
-///                             digits upwards belongs to the 1900s
+/// @param currentYear          the full year
+/// @param alwaysCurrentCentury true for dates of expiry: the current century.
+///                             Otherwise a year at or above the last two digits of
+///                             the current one belongs to the 1900s
 std::int64_t CompleteYear(std::int32_t year, std::int32_t currentYear, bool alwaysCurrentCentury);
 
-/// The text that a `strftime` format makes of a reader's date.
+/// Formats a reader's date by a `strftime` format.
 ///
-/// Day and month are clamped to 1..31 and 1..12, each on its own, the year to 0
-/// upwards, and the century is completed against the current local date. The
-/// weekday and the day of the year are not derived: they stay zero. A format or
-/// a year that cannot be formatted gives "Invalid: - " and the reason; a text of
-/// 1,024 bytes or more gives the empty text.
+/// Clamps the day to 1..31, the month to 1..12 and the year to 0 or more, each on
+/// its own; completes the century from the current local date. Does not derive the
+/// weekday and the day of the year: both are zero. Returns "Invalid: - " and the
+/// reason for a format or a year that cannot be formatted, and the empty text when
+/// the result has 1,024 bytes or more.
 TimeText FormatDateText(const BaseString<char>& format, ReaderDate date, bool alwaysCurrentCentury);
 
-/// The same, as a string of the caller's.
+/// Returns the text of FormatDateText as a string.
 inline BaseString<char> FormatDate(const BaseString<char>& format, std::int32_t day,
                                    std::int32_t month, std::int32_t year,
                                    bool alwaysCurrentCentury) {
@@ -34,7 +34,7 @@ inline BaseString<char> FormatDate(const BaseString<char>& format, std::int32_t 
   return {text.text, text.length};
 }
 
-/// Day, month and year as the record holds them, "05-11-85".
+/// Appends day, month and year unchanged, "05-11-85".
 void AppendRawDate(TextBuilder& text, ReaderDate date);
 
 }  // namespace conduit

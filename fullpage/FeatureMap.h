@@ -13,8 +13,8 @@
 
 namespace conduit {
 
-/// The properties of a barcode: a StringMap that holds its feature. It becomes one when
-/// a host changes it; most only read it, and for them nothing is allocated.
+/// The properties of a barcode: a StringMap that initially holds its feature. Creates the
+/// map at a host's first change: most hosts only read, and reading does not allocate.
 class FeatureMap final : public Implements<IStringMap> {
  public:
   /// @param index  the barcode's 0-based position among those of the same read

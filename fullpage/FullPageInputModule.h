@@ -17,10 +17,10 @@ namespace conduit {
 
 /// The input module of a full-page document reader.
 ///
-/// It starts and stops the reader library, and turns what the library reports
-/// into named items, events, states and errors for the host. The callbacks run on
-/// the library's threads, several at once if it likes; they call the host and the
-/// logger on the same thread and write nothing that outlives the call.
+/// Starts and stops the reader library, and translates its reports to named items,
+/// events, states and errors for the host. The callbacks run on the library's
+/// threads, possibly several at once; they call the host and the logger on the same
+/// thread and change no state of the module.
 class FullPageInputModule : public BaseInputModule {
  public:
   /// @param logger  borrowed for the module's life; null for no log
@@ -30,24 +30,23 @@ class FullPageInputModule : public BaseInputModule {
   std::int32_t Initialise() override;
   std::int32_t Shutdown() override;
 
-  // What the reader library calls; the context is the module. [reader thread]
+  // The reader library's callbacks; the context is the module. [reader thread]
   static void ProcessFullPageData(void* context, ReaderDataType type, std::int32_t length,
                                   void* data);
   static void ProcessFullPageEvent(void* context, ReaderEventCode code);
   static void ProcessError(void* first, const ReaderErrorInfo* error, void* context);
 
-  /// Translates an item that carries a record; any other type has no effect.
-  /// REQUIRES: the record is of the kind that belongs to the type, and not null.
+  /// Translates an item that carries a record; ignores any other type.
+  /// REQUIRES: the record has the layout of the type and is not null.
   void ProcessRecordData(ReaderDataType type, const void* record);
 
-  /// Logs and delivers one text item; a null value is delivered as one blank,
-  /// and not logged.
+  /// Logs and delivers one text item. Delivers a null value as one blank, without
+  /// logging it.
   /// @param name  NUL-terminated
   /// @returns the host's answer.
   std::int32_t ProcessStringDataItem(std::string_view name, const char* value);
 
-  // The settings, each the target of the parameter of its name. Read at the
-  // moment they are needed.
+  // The settings: each is the target of the parameter with its name.
   std::int32_t LogLevel = ParameterDefault::LogLevel;
   BaseString<char> LogFileName = ParameterDefault::LogFileName;
   BaseString<char> DateOfBirthFormat = ParameterDefault::DateFormat;
@@ -60,11 +59,11 @@ class FullPageInputModule : public BaseInputModule {
   void OnEvent(ReaderEventCode code);
   void OnError(const char* text);
 
-  /// Logs the failure when a record or barcode came without one.
+  /// Returns whether a record or barcode has data; logs a failure when not.
   bool HasData(ReaderDataType type, const void* data);
   void DeliverBarcode(const char* name, const ReaderBarcodeData& barcode);
   void DeliverPlainItem(const char* name, ItemType itemType, std::int32_t length, const void* data);
-  /// Passes the text of the reader's state of this moment to the host.
+  /// Reports the reader's current state to the host.
   void ReportReaderState();
   using BaseInputModule::ReportReaderState;
 
@@ -80,8 +79,8 @@ class FullPageInputModule : public BaseInputModule {
                             bool alwaysCurrentCentury);
   void ProcessMeasurement(std::string_view name, std::int32_t value, std::int32_t unit);
   std::int32_t ProcessText(std::string_view name, const char* value, std::int32_t length);
-  /// Tells the host of something about the record under way.
-  /// @returns true when the host wants nothing more of the record.
+  /// Sends a signal about the current record.
+  /// @returns whether the host answered StopRecord.
   bool SignalStopsRecord(const char* name);
 };
 

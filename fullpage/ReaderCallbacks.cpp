@@ -31,7 +31,7 @@ void FullPageInputModule::OnData(ReaderDataType type, std::int32_t length, const
   const ReaderItem* const item = FindReaderItem(type);
   const bool plain = item != nullptr &&
                      (item->kind == ReaderItemKind::Text || item->kind == ReaderItemKind::Image);
-  // The trace has no name for a record, whose texts have theirs, nor for a barcode.
+  // The trace names neither a record, whose items have their own names, nor a barcode.
   Log(logger, MessageTrace, OnDataTag, "ItemName: ", plain ? item->name : "");
   if (item == nullptr) {
     return;

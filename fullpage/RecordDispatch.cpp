@@ -37,7 +37,7 @@ void FullPageInputModule::ProcessRecordData(ReaderDataType type, const void* rec
 }
 
 void FullPageInputModule::ProcessSwipeData(const ReaderSwipeData& record) {
-  // Straight to the host: what a card holds does not belong in a log.
+  // Not through ProcessText, which logs: card data does not belong in a log.
   for (const RecordText& track : SwipeTracks) {
     const char* const text = TextAt(record, track.offset);
     host->SendData(track.itemName.data(), ItemTypeText, TextLength(text), text, nullptr, true);

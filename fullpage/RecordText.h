@@ -5,15 +5,14 @@
 
 namespace conduit {
 
-/// A text field of a record: the item that it is delivered as, and where it
-/// stands.
+/// A text field of a record: its item name and its offset.
 struct RecordText {
   std::string_view itemName;  ///< NUL-terminated
   std::size_t offset;
 };
 
-/// The text at an offset of a record. By address rather than by field: a text
-/// ends at its NUL, wherever the reader puts it, not at the end of an array.
+/// Returns the text at an offset of a record. By address rather than by field: a text
+/// ends at its NUL, which may lie beyond the field's array.
 template <class Record>
 const char* TextAt(const Record& record, std::size_t offset) {
   return reinterpret_cast<const char*>(&record) + offset;

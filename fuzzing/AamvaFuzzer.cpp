@@ -1,4 +1,4 @@
-// Any text as that of a licence's barcode.
+// Parses arbitrary text as an AAMVA barcode.
 #include <stdexcept>
 
 #include "fuzzing/Require.h"

@@ -10,8 +10,8 @@
 
 namespace conduit {
 
-/// Holds every call against what the contract with hosts promises, and reads every
-/// text to its end.
+/// Checks every call against the contract of IInputModuleHost, and reads every text to its
+/// end.
 class CheckingHost final : public IInputModuleHost {
  public:
   std::int32_t SendData(const char* name, ItemType itemType, std::int32_t length, const void* data,
@@ -20,7 +20,7 @@ class CheckingHost final : public IInputModuleHost {
     Require(itemType >= ItemTypeUnknown && itemType <= ItemTypeImage, "an item has a known type");
     Require(itemType != ItemTypeText || data != nullptr, "no text is null");
     Require(last || properties != nullptr, "only a barcode is followed by others of its read");
-    // A plain text comes as the reader measured it; what is translated is measured here.
+    // A plain text has the reader's length; the length of a translated text is checked here.
     const bool plain =
         std::strcmp(name, "CODELINE") == 0 || std::strcmp(name, "SCDG1_CODELINE") == 0;
     if (itemType == ItemTypeText && properties == nullptr && !plain) {

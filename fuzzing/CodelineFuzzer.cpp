@@ -1,4 +1,4 @@
-// Any lines as a codeline: read, or refused in the one way that says why.
+// Parses arbitrary lines as a codeline: succeeds, or throws std::invalid_argument.
 #include <stdexcept>
 
 #include "fuzzing/Require.h"

@@ -1,5 +1,5 @@
-// Any conditions and actions, and the events that they wait for: the first
-// condition of a value fires, and no other.
+// Adds arbitrary conditions and actions and sends events: only the first condition of a
+// value fires.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <map>
@@ -12,7 +12,7 @@
 namespace conduit {
 namespace {
 
-/// Few and short, so that the same come again.
+/// Returns one of a few short names, so that names repeat.
 std::string Name(FuzzedDataProvider& input, const char* usual) {
   return input.ConsumeBool() ? usual : UpToNul(input.ConsumeRandomLengthString(3));
 }

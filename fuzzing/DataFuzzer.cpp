@@ -1,5 +1,5 @@
-// Everything that a reader may call back with: any type, any length, records of
-// any bytes whose texts end somewhere in the record.
+// Calls back as any reader may: any type, any length, records of arbitrary bytes whose texts
+// end somewhere in the record.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <algorithm>
@@ -11,12 +11,12 @@
 namespace conduit {
 namespace {
 
-/// In memory of exactly its size, so that a read behind it is seen, and with a NUL
-/// at the end of its last text, so that no read behind it is asked for.
+/// Returns a record in a block of exactly its size, so that the sanitizer detects a read
+/// beyond it. The last text ends in a NUL, as the contract requires.
 std::vector<char> RecordOf(FuzzedDataProvider& input, std::size_t size, std::size_t lastTextEnd) {
   std::vector<char> record =
       input.ConsumeBytes<char>(std::min(input.ConsumeIntegralInRange<std::size_t>(0, 4096), size));
-  // The bytes that are not given repeat those that are: long texts from short inputs.
+  // Repeats the input to fill the record: long texts from short inputs.
   const std::size_t given = record.size();
   record.resize(size);
   for (std::size_t index = given; given > 0 && index < size; ++index) {
@@ -63,7 +63,7 @@ void SendItem(FullPageInputModule& module, FuzzedDataProvider& input) {
       SendBarcode(module, type, input);
       return;
     default:
-      // Handed on as it is: a pointer to nothing shows that nobody looks.
+      // The module must pass the pointer on unread: null proves that.
       FullPageInputModule::ProcessFullPageData(&module, type, input.ConsumeIntegral<std::int32_t>(),
                                                nullptr);
       return;

@@ -1,4 +1,4 @@
-// Any format with any three integers.
+// Formats dates of arbitrary integers by arbitrary formats.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include <cstring>

@@ -1,5 +1,5 @@
-// A page with a machine-readable zone, disturbed as the bytes say: what they paint over,
-// move and turn.
+// Searches a page for its machine-readable zone (MRZ) after the input bytes have overpainted,
+// shifted and rotated parts of it.
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -16,7 +16,7 @@
 namespace conduit {
 namespace {
 
-/// The foot of a small page, so that a search takes some milliseconds.
+/// The bottom third of a small page, so that a search takes some milliseconds.
 PageImage Zone() {
   std::ifstream stream(CODELINE_PAGE, std::ios::binary);
   const std::string bytes(std::istreambuf_iterator<char>(stream), {});
@@ -41,7 +41,7 @@ void Turn(PageImage* image) {
   *image = std::move(turned);
 }
 
-/// Five bytes of the input.
+/// Applies one distortion, encoded in five bytes.
 void Disturb(std::span<const std::uint8_t, 5> bytes, PageImage* image) {
   const int left = bytes[1] * image->width / 256;
   const int top = bytes[2] * image->height / 256;

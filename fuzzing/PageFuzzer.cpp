@@ -1,4 +1,4 @@
-// Any bytes as the image of a page, and what is looked for on it.
+// Decodes arbitrary bytes as a page image, and searches small pages for barcodes.
 #include <stdexcept>
 
 #include "fuzzing/Require.h"
@@ -13,7 +13,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     conduit::Require(image.luminance.size() == static_cast<std::size_t>(image.width) *
                                                    static_cast<std::size_t>(image.height),
                      "every pixel has its light");
-    // A header of a few bytes makes pages that take seconds to search under sanitizers.
+    // Under sanitizers the search of a large page, which a small header suffices for, takes
+    // seconds.
     constexpr std::size_t searched = 250'000;
     if (image.luminance.size() <= searched) {
       conduit::SearchPage(image);

@@ -1,5 +1,5 @@
-// Any names and any values of parameters: what is refused changes nothing, what is
-// accepted is read back as it was given.
+// Sets arbitrary parameters: a refused value changes nothing, an accepted one is read back
+// unchanged.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "fullpage/FullPageInputModule.h"

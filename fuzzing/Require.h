@@ -6,7 +6,7 @@
 
 namespace conduit {
 
-/// Ends the fuzzer when something does not hold that always has to.
+/// Aborts the fuzzer when an invariant does not hold.
 inline void Require(bool holds, const char* what) {
   if (!holds) {
     std::fprintf(stderr, "does not hold: %s\n", what);
@@ -14,7 +14,7 @@ inline void Require(bool holds, const char* what) {
   }
 }
 
-/// What of a text arrives as `const char*`.
+/// Returns the part of a text that arrives as `const char*`.
 inline std::string UpToNul(const std::string& text) { return text.substr(0, text.find('\0')); }
 
 }  // namespace conduit

@@ -1,4 +1,4 @@
-// Any file as a session. It stands in a folder of its own, beside nothing.
+// Reads an arbitrary file as a session, in a folder with no other file.
 #include <unistd.h>
 
 #include <filesystem>
@@ -24,7 +24,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
       conduit::MakeStep(document, conduit::ReadImages(document, session.readers.get()));
     }
   } catch (const conduit::SessionError&) {
-    // The one way in which a session is refused.
+    // The only exception for a refused session.
   }
   return 0;
 }

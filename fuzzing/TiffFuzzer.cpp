@@ -1,4 +1,4 @@
-// Any bytes as a TIFF, of which every page is read.
+// Decodes arbitrary bytes as a TIFF, up to eight pages.
 #include <algorithm>
 #include <stdexcept>
 

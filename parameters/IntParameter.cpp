@@ -6,7 +6,7 @@
 namespace conduit {
 namespace {
 
-/// A lone sign counts as a number, which converts to 0.
+/// A sign without digits counts as a number; atoi converts it to 0.
 bool IsNumber(const char* text) {
   while (*text == ' ') {
     ++text;

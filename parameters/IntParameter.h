@@ -6,13 +6,13 @@
 
 namespace conduit {
 
-/// A signed 32-bit number written in decimal.
+/// A signed 32-bit decimal number.
 class IntParameter : public NumericParameter<std::int32_t> {
  public:
   using NumericParameter::NumericParameter;
 
-  /// Leading blanks, a sign and digits; `fallback` for anything else. A number
-  /// beyond 32 bits becomes what the C library's atoi makes of it, which differs
+  /// Parses leading blanks, a sign and digits; returns `fallback` for any other text.
+  /// The result for a number beyond 32 bits is the C library's atoi, which differs
   /// between systems.
   std::int32_t ParseValue(const char* text) override;
 };

@@ -9,8 +9,8 @@
 
 namespace conduit {
 
-/// A number, held to the rules that are switched on, in the order in which they
-/// stand here. How text becomes a number is left to the derived class.
+/// A number, checked against the enabled rules in the order of their declaration. The
+/// derived class parses the text.
 template <class Number>
 class NumericParameter : public Parameter {
   static_assert(std::same_as<Number, std::int32_t>, "the log tags say <int>");
@@ -36,10 +36,11 @@ class NumericParameter : public Parameter {
 
   std::int32_t ValidateCurrent() override { return Validate(*target); }
 
-  /// The number that a text stands for; null is allowed.
+  /// Parses a text, which may be null.
   virtual Number ParseValue(const char* text) = 0;
 
-  /// Holds a candidate to the rules, and logs the first that it breaks.
+  /// Checks a candidate against the rules and logs the first that it breaks.
+  /// @returns 0 or ResultInvalidValue.
   virtual std::int32_t Validate(Number v) {
     if (mustEqual && v != equalValue) {
       return Refuse(" - value must be equal to ", equalValue, ", got ", v);
@@ -62,7 +63,7 @@ class NumericParameter : public Parameter {
   }
 
   Number* target;
-  Number fallback = 0;  ///< stands for a text that is not a number
+  Number fallback = 0;  ///< the value of a text that is not a number
   bool mustEqual = false;
   Number equalValue = 0;
   bool mustNotEqual = false;
@@ -74,8 +75,8 @@ class NumericParameter : public Parameter {
   Number greaterValue = 0;
   bool greaterCanBeEqual = false;
   bool mustBeInRange = false;
-  Number rangeLow = 0;   ///< allowed
-  Number rangeHigh = 0;  ///< allowed
+  Number rangeLow = 0;   ///< inclusive
+  Number rangeHigh = 0;  ///< inclusive
 
  private:
   template <class... Pieces>

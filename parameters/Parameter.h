@@ -7,11 +7,11 @@
 
 namespace conduit {
 
-/// A setting that the host writes and reads as text, by name.
+/// A setting that the host sets and gets as text, by name.
 ///
-/// This base only keeps the text. The typed ones convert it, hold it to rules and
-/// write it to their target, a variable of the module, which the module reads
-/// directly. A refused value changes nothing and is logged. One thread at a time,
+/// This base only stores the text. A derived class parses it, checks it against
+/// rules and writes the value to its target, a variable that the module reads
+/// directly. A refused value is logged and changes nothing. One thread at a time,
 /// and never while the module reads its variables.
 class Parameter {
  public:
@@ -25,18 +25,18 @@ class Parameter {
   /// @returns 0, ResultValueMissing or ResultInvalidValue.
   virtual std::int32_t SetValue(const char* text);
 
-  /// Points `value` at the text last accepted, empty before the first. It stays
-  /// good until the next accepted SetValue, or until the parameter goes.
+  /// Points `value` at the text last accepted, empty before the first. The text is
+  /// valid until the next accepted SetValue, or until the parameter is destroyed.
   /// REQUIRES: value is not null.
   /// @returns 0 always.
   virtual std::int32_t GetValue(const char** value);
 
-  /// Holds what the target holds now to the rules.
+  /// Checks the target's current value against the rules.
   /// @returns as SetValue.
   virtual std::int32_t ValidateCurrent();
 
   BaseString<char> name;
-  BaseString<char> valueText;  ///< as it was passed, whatever it was converted to
+  BaseString<char> valueText;  ///< as passed, before conversion
   BaseString<char> qualifiedName;
   IModuleLogger* logger;
 };

@@ -12,24 +12,23 @@
 
 namespace conduit {
 
-/// The parameters of a module, by name; owns every one of them. One thread at a
-/// time.
+/// Owns the parameters of a module and finds them by name. One thread at a time.
 class ParameterMap {
  public:
   /// @param logger  borrowed for the map's life; null for no log
-  /// @param prefix  the module's name, with which every qualified name begins
+  /// @param prefix  the module's name, the prefix of every qualified name
   ParameterMap(IModuleLogger* logger, const char* prefix);
   ParameterMap(const ParameterMap&) = delete;
   ParameterMap& operator=(const ParameterMap&) = delete;
   ~ParameterMap();
 
-  /// Registers a parameter without rules, for the caller to switch on. Under a
-  /// name already taken the earlier one stays in the table; the new one lives as
-  /// long as the map all the same.
+  /// Registers a parameter with no rule enabled; the caller enables rules. When the
+  /// name is taken, the earlier parameter stays in the table.
   /// @param target  not null, outlives the map
+  /// @returns the new parameter, in either case; the map owns it.
   StringParameter* AddStringParameter(const char* name, BaseString<char>* target);
   IntParameter* AddIntParameter(const char* name, std::int32_t* target);
-  /// The same by the name "LogLevel".
+  /// Registers an integer parameter named "LogLevel".
   IntParameter* AddLogLevelParameter(std::int32_t* target);
 
   /// @returns the parameter's own result, or ResultUnknownParameter.
@@ -39,16 +38,16 @@ class ParameterMap {
   /// @returns 0 or ResultUnknownParameter.
   std::int32_t GetValue(const char* name, const char** value);
 
-  /// Name and value text of the parameter at a position in the order of names;
-  /// writes nothing when the index is out of range or a pointer is null.
+  /// Gets name and value text of the parameter at a 0-based position in the order of
+  /// names. Writes nothing when the index is out of range or a pointer is null.
   void GetParameterAt(std::int32_t index, const char** name, const char** value);
 
   std::int32_t Count() { return table.Count(); }
 
  private:
-  /// The parameter of that name, found without a copy of the name; or null.
+  /// Returns the parameter, or null. Does not copy the name.
   Parameter* FindParameter(const char* name) const;
-  /// Enters a new parameter and owns it from here on.
+  /// Creates a parameter and adds it; the map owns it.
   template <class Typed, class Target>
   Typed* Register(const char* name, Target* target);
 

@@ -8,7 +8,7 @@ namespace conduit {
 
 /// An ordered table from a key to an object.
 ///
-/// The destructor and RemoveAll leave the objects alive; DeleteAll destroys them.
+/// The destructor and RemoveAll do not destroy the objects; DeleteAll does.
 template <class K, class T>
 class PtrTable : public std::map<K, T*, std::less<>> {
  public:
@@ -29,10 +29,10 @@ class PtrTable : public std::map<K, T*, std::less<>> {
 
   virtual std::int32_t Count() { return static_cast<std::int32_t>(this->size()); }
 
-  /// Enters the pair, unless the key is taken.
+  /// Adds the pair, unless the key is taken.
   virtual void Add(const K& key, T* object) { this->emplace(key, object); }
 
-  /// The object entered under the key, or null.
+  /// Returns the object of the key, or null.
   virtual T* Find(const K& key) {
     const auto entry = this->find(key);
     return entry != this->end() ? entry->second : nullptr;

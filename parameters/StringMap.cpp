@@ -7,7 +7,7 @@ namespace conduit {
 std::int32_t StringMap::Count() { return static_cast<std::int32_t>(entries.size()); }
 
 void StringMap::Set(const char* key, const char* value) {
-  // Key and value are made in the entry: every barcode has such a map.
+  // Constructs key and value in place, to save copies.
   const LentText lentKey{OrEmpty(key)};
   const auto place = entries.lower_bound(lentKey);
   if (place == entries.end() || place->first > lentKey) {

@@ -10,7 +10,7 @@
 
 namespace conduit {
 
-/// The properties of one item, lent to the host with it. One thread at a time.
+/// The properties of one item. The host borrows them for the call. One thread at a time.
 class StringMap : public Implements<IStringMap> {
  public:
   std::int32_t Count() override;

@@ -18,7 +18,7 @@ std::int32_t StringParameter::SetValue(const char* text) {
   if (const std::int32_t result = Validate(candidate); result != ResultSuccess) {
     return result;
   }
-  // Both copies exist before anything changes.
+  // Makes both copies before it changes anything: a failed allocation changes nothing.
   BaseString<char> given(candidate);
   target->Swap(candidate);
   valueText.Swap(given);

@@ -6,8 +6,7 @@
 
 namespace conduit {
 
-/// A text, held to the rules that are switched on, in the order in which they
-/// stand here.
+/// A text, checked against the enabled rules in the order of their declaration.
 class StringParameter : public Parameter {
  public:
   /// @param target  the variable to write; not null, outlives the parameter
@@ -17,16 +16,17 @@ class StringParameter : public Parameter {
   std::int32_t SetValue(const char* text) override;
   std::int32_t ValidateCurrent() override;
 
-  /// Holds a candidate to the rules, and logs the first that it breaks.
+  /// Checks a candidate against the rules and logs the first that it breaks.
+  /// @returns 0, ResultValueMissing or ResultInvalidValue.
   virtual std::int32_t Validate(const BaseString<char>& candidate);
 
   BaseString<char>* target;
   bool required = false;  ///< refuses the empty text
   bool mustStartWith = false;
   BaseString<char> startText;
-  bool variableSyntax = false;  ///< wants a "$" in front, except of the empty text
+  bool variableSyntax = false;  ///< requires a leading "$", unless the text is empty
   bool variableSyntaxExempt = false;
-  bool dateTimeFormat = false;  ///< wants a format that FormatTime accepts
+  bool dateTimeFormat = false;  ///< requires a format that FormatTime accepts
 
  private:
   template <class... Pieces>

@@ -8,10 +8,10 @@
 
 namespace conduit {
 
-/// A file, a terminal or a pipe that lines are appended to, each of them whole.
+/// Appends whole lines to a file, a terminal or a pipe.
 ///
-/// A line may be written in pieces: BeginLine, any number of Append, and TakeBack when one of
-/// them failed. Nothing of it but Open allocates memory.
+/// A line may be written in pieces: BeginLine, any number of Append, and TakeBack when an
+/// Append failed. Only Open allocates memory.
 class AppendedFile {
  public:
   AppendedFile() = default;
@@ -19,28 +19,28 @@ class AppendedFile {
   AppendedFile(const AppendedFile&) = delete;
   AppendedFile& operator=(const AppendedFile&) = delete;
 
-  /// Opens the file, in place of the one before. Does not wait: a pipe that nobody reads is
-  /// refused.
-  /// @returns why it cannot be written, and keeps the one before; empty on success.
+  /// Opens a file and closes the previous one. Does not block: refuses a pipe without a
+  /// reader.
+  /// @returns the empty text, or the reason of the failure; the previous file then stays
+  ///          open.
   std::string Open(const std::filesystem::path& file);
   void Close();
   bool IsOpen() const { return descriptor >= 0; }
 
   void BeginLine();
 
-  /// Appends all of the bytes. A pipe whose reader does not keep up is waited for a moment
-  /// at most.
-  /// @param patient  false to not wait at all
+  /// Appends all bytes. Waits at most 100 ms for a pipe that is full.
+  /// @param patient  false: does not wait
   std::error_code Append(std::string_view bytes, bool patient);
 
-  /// Takes back what was appended since BeginLine. Where that cannot be, as in a pipe, the
-  /// next line begins on a line of its own.
+  /// Removes the bytes appended since BeginLine. Where that is impossible, as in a pipe,
+  /// the next Append writes a line end first.
   void TakeBack();
 
  private:
   int descriptor = -1;
   bool regular = false;
-  bool torn = false;  ///< what is there last is a part of a line
+  bool torn = false;  ///< the output ends in an incomplete line
   std::int64_t lineStart = 0;
   std::int64_t lineLength = 0;
 };

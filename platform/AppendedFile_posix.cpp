@@ -17,8 +17,8 @@ namespace {
 
 constexpr int MomentMilliseconds = 100;
 
-/// Writes without the signals that end a process over a pipe without a reader, or a file at
-/// the process's limit: the caller gets the error.
+/// Writes with SIGPIPE and SIGXFSZ suppressed, which would end the process: the caller gets
+/// EPIPE or EFBIG instead.
 ssize_t WriteWithoutSignals(int descriptor, const char* bytes, std::size_t size) {
   sigset_t signals;
   sigset_t before;
@@ -100,7 +100,7 @@ void AppendedFile::TakeBack() {
   if (lineLength == 0) {
     return;
   }
-  // Not what another process has appended behind it.
+  // Keeps lines that another process has appended since.
   struct stat status = {};
   const bool last =
       regular && fstat(descriptor, &status) == 0 && status.st_size == lineStart + lineLength;

@@ -57,7 +57,7 @@ void AppendedFile::TakeBack() {
   if (lineLength == 0) {
     return;
   }
-  // Not what another process has appended behind it.
+  // Keeps lines that another process has appended since.
   const bool last = regular && _filelengthi64(descriptor) == lineStart + lineLength;
   torn = !last || _chsize_s(descriptor, lineStart) != 0;
   lineLength = 0;

@@ -12,22 +12,20 @@ struct ChildOutcome {
   enum class End { Exited, Crashed, TimedOut, Interrupted };
 
   End end;
-  int status;         ///< of one that exited
-  std::string cause;  ///< of a crash, by the system's name: "SIGSEGV"
+  int status;         ///< the exit status, for Exited
+  std::string cause;  ///< the system's name of the crash: "SIGSEGV"
 };
 
-/// Runs a program and waits for it; one that takes longer than `limit` is
-/// killed, and so is one that runs when this process is asked to end (see
-/// Interrupt.h). What the child started itself does not outlive it, and the child
-/// does not outlive this process. Throws a std::runtime_error with the system's
-/// reason when it cannot be started.
+/// Runs a program and waits for it. Kills it after `limit`, and when this process is
+/// asked to end (see Interrupt.h). The child's own children do not outlive it, and
+/// the child does not outlive this process. Throws std::runtime_error with the
+/// system's reason when the program does not start.
 ///
 /// REQUIRES: called on the program's first thread; this process has no other
 /// children.
 /// @param arguments  after the program's name, in UTF-8
 /// @param folder     the child's working folder
-/// @param output     the file that receives what the child writes to its
-///                   standard output and standard error
+/// @param output     receives the child's standard output and standard error
 ChildOutcome RunChild(const std::filesystem::path& program,
                       const std::vector<std::string>& arguments,
                       const std::filesystem::path& folder, const std::filesystem::path& output,

@@ -17,13 +17,13 @@
 namespace conduit {
 namespace {
 
-/// In the child: becomes the program, or returns. Only what may follow fork is
-/// called.
+/// Executes the program in the forked child; returns on failure. Calls only
+/// async-signal-safe functions, as a fork requires.
 void Become(char* const* words, const char* folder, const char* output, pid_t parent) {
-  setsid();  // a Ctrl-C is the parent's business
+  setsid();  // only the parent receives a Ctrl-C
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   if (getppid() != parent) {
-    _exit(EXIT_FAILURE);  // it was gone before the line above
+    _exit(EXIT_FAILURE);  // the parent ended before prctl
   }
   signal(SIGPIPE, SIG_DFL);
   const int input = open("/dev/null", O_RDONLY);
@@ -49,7 +49,7 @@ pid_t Start(const std::filesystem::path& program, const std::vector<std::string>
   }
   words.push_back(nullptr);
 
-  // Closed by a program that starts; else it brings the reason.
+  // A successful exec closes this pipe; a failed one writes its errno.
   int ends[2] = {-1, -1};
   const pid_t parent = getpid();
   const pid_t child = pipe2(ends, O_CLOEXEC) == 0 ? fork() : -1;
@@ -72,8 +72,8 @@ pid_t Start(const std::filesystem::path& program, const std::vector<std::string>
   return child;
 }
 
-/// Kills whatever the child has started: as its parents end, the processes become
-/// children of this one, generation after generation.
+/// Kills every descendant of the child: when a parent ends, its children become
+/// children of this process.
 void KillDescendants() {
   while (waitpid(-1, nullptr, WNOHANG) >= 0) {
     for (const pid_t descendant : ChildProcesses()) {
@@ -83,7 +83,8 @@ void KillDescendants() {
   }
 }
 
-/// @returns why the child was killed, or Exited when it ended by itself.
+/// Waits for the child.
+/// @returns Interrupted or TimedOut when it killed the child, else Exited.
 ChildOutcome::End WaitFor(pid_t child, std::chrono::milliseconds limit, int& status) {
   const auto deadline = std::chrono::steady_clock::now() + limit;
   while (waitpid(child, &status, WNOHANG) == 0) {

@@ -24,13 +24,13 @@ constexpr CrashName CrashNames[] = {
     {0xE06D7363, "uncaught exception"},   {0x20474343, "uncaught exception"},
 };
 
-/// The system's severity "error", of the system itself; a program that exits with
-/// -1 sets every bit.
+/// A status of severity "error" from the system itself, 0xC at the top. An exit with -1
+/// sets every bit and is no crash.
 bool IsCrash(DWORD status) {
   return status >> 28 == 0xC || status == 0xE06D7363 || status == 0x20474343;
 }
 
-/// A handle for as long as this lives.
+/// Owns a handle.
 class Handle {
  public:
   explicit Handle(HANDLE handle) : value(handle) {}
@@ -43,7 +43,7 @@ class Handle {
   const HANDLE value;
 };
 
-/// Ends every process in it when it is closed, also because this process ends.
+/// Creates a job that ends its processes when it is closed, also by the end of this process.
 HANDLE CreateJob() {
   const HANDLE job = CreateJobObjectW(nullptr, nullptr);
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits = {};

@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::wstring_view Blanks = L" \t";
 
-/// Backslashes count only where a quote follows.
+/// Backslashes are escapes only before a quote.
 std::wstring Quoted(const std::wstring& word) {
   std::wstring quoted = L"\"";
   std::size_t backslashes = 0;
@@ -23,14 +23,14 @@ std::wstring Quoted(const std::wstring& word) {
   return quoted.append(backslashes, L'\\') + L'"';
 }
 
-/// The name of a program holds no escapes.
+/// The name of a program contains no escapes.
 std::wstring_view WithoutProgram(std::wstring_view line) {
   const bool quoted = line.starts_with(L'"');
   const std::size_t end = quoted ? line.find(L'"', 1) : line.find_first_of(Blanks);
   return end == std::wstring_view::npos ? L"" : line.substr(end + (quoted ? 1 : 0));
 }
 
-/// Takes the first word off the line, which begins with it.
+/// Removes the first word from the line and returns it.
 std::wstring TakeWord(std::wstring_view& line) {
   std::wstring word;
   bool quoted = false;

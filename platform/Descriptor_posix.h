@@ -5,9 +5,9 @@
 
 namespace conduit {
 
-/// Moves a new descriptor out of the numbers of the standard streams, which are free when the
-/// host has closed those: what anybody then writes to a stream would reach it. Returns -1
-/// when there is no descriptor.
+/// Moves a new descriptor above the numbers of the standard streams. Those are free when the
+/// host has closed its streams, and output to a stream would then reach the descriptor.
+/// Returns -1 when there is no free descriptor.
 inline int AboveStandardStreams(int descriptor) {
   if (descriptor < 0 || descriptor > STDERR_FILENO) {
     return descriptor;

@@ -5,10 +5,10 @@
 
 namespace conduit {
 
-/// The SHA-256 digest: 32 bytes.
+/// Returns the SHA-256 digest: 32 bytes.
 std::string Sha256(std::string_view data);
 
-/// Base64 after RFC 4648, padded and without line ends.
+/// Returns Base64 (RFC 4648), padded, without line ends.
 std::string Base64(std::string_view data);
 
 }  // namespace conduit

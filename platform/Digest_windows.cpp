@@ -33,7 +33,7 @@ std::string Sha256(std::string_view data) {
       BCryptOpenAlgorithmProvider(&provider.handle, BCRYPT_SHA256_ALGORITHM, nullptr, 0) == 0 &&
       BCryptHash(provider.handle, nullptr, 0, const_cast<BYTE*>(Bytes(data)),
                  static_cast<ULONG>(data.size()), digest, sizeof digest) == 0;
-  if (!done) throw std::runtime_error("the system computes no SHA-256");
+  if (!done) throw std::runtime_error("the system does not support SHA-256");
   return {reinterpret_cast<const char*>(digest), sizeof digest};
 }
 

@@ -4,8 +4,7 @@
 
 namespace conduit {
 
-/// Sets an environment variable for this process and the libraries that it
-/// loads from then on.
+/// Sets an environment variable for this process and the libraries that it loads later.
 void SetEnvironment(const char* name, const std::filesystem::path& value);
 
 }  // namespace conduit

@@ -5,7 +5,7 @@
 namespace conduit {
 
 void SetEnvironment(const char* name, const std::filesystem::path& value) {
-  // Unlike SetEnvironmentVariable this also reaches getenv of the C library.
+  // Unlike SetEnvironmentVariable, also visible to the C library's getenv.
   _wputenv_s(std::filesystem::path(name).c_str(), value.c_str());
 }
 

@@ -6,10 +6,9 @@
 
 namespace conduit {
 
-/// The names that a library exports, without those that a toolchain adds by
-/// itself: marks of the linker and, where templates are exported, instances of
-/// the standard library's. Throws a std::runtime_error with the reason when the
-/// file cannot be read as a library.
+/// Returns the names that a library exports, without those of the toolchain: linker
+/// symbols and template instances of the standard library. Throws
+/// std::runtime_error with the reason when the file is not a readable library.
 ///
 /// REQUIRES: an absolute path; the library is loaded.
 std::vector<std::string> ExportedNames(const std::filesystem::path& file);

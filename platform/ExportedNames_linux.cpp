@@ -15,7 +15,7 @@
 namespace conduit {
 namespace {
 
-/// A record of the file, copied out: it may stand at any address.
+/// Returns a copy of a record of the file, which may be unaligned.
 template <typename Record>
 Record At(const std::string& file, std::size_t offset) {
   Record record;
@@ -31,8 +31,8 @@ std::string TextAt(const std::string& file, std::size_t offset) {
   return file.c_str() + offset;
 }
 
-/// Templates of the standard library are weak wherever they are instantiated,
-/// and stay visible under -fvisibility=hidden.
+/// Instances of standard library templates are weak symbols and stay visible under
+/// -fvisibility=hidden.
 bool IsOfTheToolchain(const Elf64_Sym& symbol, const std::string& name) {
   static const std::set<std::string> linkerMarks = {"_init", "_fini", "_edata", "_end",
                                                     "__bss_start"};
@@ -43,7 +43,7 @@ bool IsOfTheToolchain(const Elf64_Sym& symbol, const std::string& name) {
   return ELF64_ST_BIND(symbol.st_info) != STB_GLOBAL && std::regex_match(name, standardLibrary);
 }
 
-/// The hash table that linkers write today begins with this.
+/// The header of DT_GNU_HASH, the hash table of current linkers.
 struct GnuHashHeader {
   std::uint32_t buckets;
   std::uint32_t firstSymbol;
@@ -51,8 +51,8 @@ struct GnuHashHeader {
   std::uint32_t shift;
 };
 
-/// What the loader reads of a library: the dynamic segment. The section headers,
-/// which say the same, may have been stripped.
+/// The dynamic segment, which the loader reads. The section headers have the same
+/// information but may be stripped.
 class DynamicSegment {
  public:
   explicit DynamicSegment(const std::string& file) : file(file) {
@@ -71,7 +71,7 @@ class DynamicSegment {
 
   bool Has(Elf64_Sxword tag) const { return entries.contains(tag); }
 
-  /// Where in the file the table of that tag stands.
+  /// Returns the file offset of the tag's table.
   std::size_t Offset(Elf64_Sxword tag) const {
     const auto entry = entries.find(tag);
     for (const Elf64_Phdr& segment : segments) {
@@ -83,7 +83,7 @@ class DynamicSegment {
     throw std::runtime_error("the library's dynamic segment is damaged");
   }
 
-  /// The number of symbols, which only the hash tables tell.
+  /// Returns the number of symbols, which only the hash tables contain.
   std::size_t SymbolCount() const {
     if (Has(DT_HASH)) {
       return At<std::uint32_t>(file, Offset(DT_HASH) + sizeof(std::uint32_t));

@@ -27,7 +27,7 @@ void RequireReadable(const char* what, const std::filesystem::path& path) {
     reason =
         (problem ? problem : std::make_error_code(std::errc::no_such_file_or_directory)).message();
   } else if (type != std::filesystem::file_type::regular) {
-    // Opening a pipe waits for who writes into it.
+    // Opening a pipe would block until it has a writer.
     reason = "it is neither a file nor a folder";
   } else if (!std::ifstream(path, std::ios::binary)) {
     reason = std::generic_category().message(errno);

@@ -6,15 +6,15 @@
 
 namespace conduit {
 
-/// The path that a UTF-8 text names: texts are UTF-8 here on every system, and a path
-/// built from one directly takes it in the system's own encoding.
+/// Returns the path of a UTF-8 text. All our texts are UTF-8; the constructor of a path
+/// would assume the system's own encoding.
 std::filesystem::path PathFromUtf8(std::string_view text);
 
 std::string Utf8FromPath(const std::filesystem::path& path);
 
-/// Throws a std::runtime_error that names the path and the reason when it is
-/// neither a folder nor a file that can be read.
-/// @param what  "session"
+/// Throws std::runtime_error with the path and the reason unless the path is a folder
+/// or a readable file.
+/// @param what  the kind of input, for the message: "session"
 void RequireReadable(const char* what, const std::filesystem::path& path);
 
 }  // namespace conduit

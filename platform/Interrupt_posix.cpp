@@ -7,7 +7,7 @@ namespace conduit {
 namespace {
 
 std::atomic<int> caughtSignal = 0;
-static_assert(std::atomic<int>::is_always_lock_free);  // else no handler may touch it
+static_assert(std::atomic<int>::is_always_lock_free);  // a signal handler requires it
 
 void RememberSignal(int signal) { caughtSignal = signal; }
 
@@ -21,7 +21,7 @@ void CatchInterrupts() {
   sigaction(SIGINT, &once, nullptr);
   sigaction(SIGTERM, &once, nullptr);
 
-  // Under nohup the end of the terminal stays ignored.
+  // Under nohup, SIGHUP stays ignored.
   struct sigaction present = {};
   sigaction(SIGHUP, nullptr, &present);
   if (present.sa_handler != SIG_IGN) {

@@ -7,18 +7,17 @@
 namespace conduit {
 namespace {
 
-/// A bit for each kind that came.
+/// One bit for each kind of event received.
 std::atomic<unsigned> interrupts = 0;
 
-/// On a thread that the system starts in this process.
+/// Runs on a thread that the system starts in this process.
 BOOL WINAPI RememberInterrupt(DWORD event) {
   const unsigned kind = 1U << event;
   const bool isFirst = (interrupts.fetch_or(kind) & kind) == 0;
   const bool endsWhenThisReturns =
       event == CTRL_CLOSE_EVENT || event == CTRL_LOGOFF_EVENT || event == CTRL_SHUTDOWN_EVENT;
   if (endsWhenThisReturns) {
-    // Until main has returned, which ends this thread, or the system has waited long
-    // enough.
+    // Blocks until main returns, which ends this thread, or the system's time limit expires.
     Sleep(INFINITE);
   }
   return isFirst ? TRUE : FALSE;  // FALSE: the system ends the process

@@ -4,12 +4,12 @@
 
 namespace conduit {
 
-/// A library that stays loaded for as long as this lives.
+/// Keeps a library loaded.
 using LibraryHold = std::shared_ptr<void>;
 
-/// Holds the library that an address stands in, where a library's threads cannot be waited
-/// for while it is unloaded: there a host that unloads it too early leaves it behind, which
-/// is better than a thread in code that is gone. Elsewhere it holds nothing.
+/// Keeps the library that contains an address loaded. Windows cannot wait for a library's
+/// threads while it unloads the library: one that a host unloads too early then stays loaded,
+/// so that no thread runs in unmapped code. On other systems returns null.
 LibraryHold HoldLibrary(const void* address);
 
 }  // namespace conduit

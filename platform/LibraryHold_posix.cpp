@@ -2,7 +2,7 @@
 
 namespace conduit {
 
-// The destructors of a library that is unloaded wait for its threads.
+// The destructors that run during dlclose wait for the library's threads.
 LibraryHold HoldLibrary(const void* /*address*/) { return nullptr; }
 
 }  // namespace conduit

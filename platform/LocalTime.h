@@ -4,8 +4,7 @@
 
 namespace conduit {
 
-/// The current local date and time as the operating system tells it, weekday and
-/// day of the year included. [any thread]
+/// Returns the current local date and time, with weekday and day of the year. [any thread]
 std::tm LocalTime();
 
 }  // namespace conduit

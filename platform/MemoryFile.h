@@ -6,7 +6,7 @@
 
 namespace conduit {
 
-/// A file in memory, which any code of this process opens by a path as it opens others.
+/// A file in memory that any code of this process can open by its path.
 class MemoryFile {
  public:
   /// @returns null where the system has no such files.
@@ -16,11 +16,11 @@ class MemoryFile {
   MemoryFile(const MemoryFile&) = delete;
   MemoryFile& operator=(const MemoryFile&) = delete;
 
-  /// Good for this process, for as long as this lives.
+  /// Valid in this process, for the life of this object.
   const std::filesystem::path path;
 
-  /// Gives the memory of the bytes before `end` back. They read as zeros from now on, and
-  /// the file keeps its size.
+  /// Frees the memory of the bytes before `end`. They then read as zeros; the file keeps
+  /// its size.
   void Release(std::uint64_t end);
 
  private:

@@ -11,7 +11,7 @@
 namespace conduit {
 namespace {
 
-/// Smaller pieces are not worth a call; memory is given back in pages anyway.
+/// Bytes below which Release does nothing: the system frees whole memory pages only.
 constexpr std::uint64_t WorthReleasing = 64 << 10;
 
 }  // namespace
@@ -23,7 +23,7 @@ std::unique_ptr<MemoryFile> MemoryFile::Create() {
   }
   std::unique_ptr<MemoryFile> file(
       new MemoryFile("/proc/self/fd/" + std::to_string(descriptor), descriptor));
-  // Without /proc there is memory, but no path to it.
+  // Without /proc the file has no path.
   const bool reachable = access(file->path.c_str(), R_OK | W_OK) == 0;
   return reachable ? std::move(file) : nullptr;
 }
@@ -39,7 +39,7 @@ void MemoryFile::Release(std::uint64_t end) {
   }
   fallocate(descriptor, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, static_cast<off_t>(released),
             static_cast<off_t>(end - released));
-  // The page that both ends share stays until all of it has been read.
+  // A partly released memory page is freed by a later call.
   constexpr std::uint64_t page = 4096;
   released = end / page * page;
 }

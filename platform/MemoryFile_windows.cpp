@@ -4,7 +4,7 @@
 
 namespace conduit {
 
-// What Windows keeps in memory has no path.
+// Windows has no path for memory.
 std::unique_ptr<MemoryFile> MemoryFile::Create() { return nullptr; }
 
 MemoryFile::MemoryFile(std::filesystem::path path, int descriptor)

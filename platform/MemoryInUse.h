@@ -4,8 +4,8 @@
 
 namespace conduit {
 
-/// The bytes that this process has allocated and not given back. What the count
-/// includes differs between systems; only differences mean something.
+/// Returns the bytes that this process has allocated and not freed. The count differs
+/// between systems; compare two counts only.
 std::size_t MemoryInUse();
 
 }  // namespace conduit

@@ -6,7 +6,7 @@ namespace conduit {
 
 std::size_t MemoryInUse() {
   const struct mallinfo2 use = mallinfo2();
-  return use.uordblks + use.hblkhd;  // large blocks are mapped and counted apart
+  return use.uordblks + use.hblkhd;  // hblkhd: large, mapped blocks
 }
 
 }  // namespace conduit

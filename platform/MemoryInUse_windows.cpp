@@ -6,8 +6,8 @@
 
 namespace conduit {
 
-/// Adds up the heaps' blocks: the memory of the process grows in steps that hide
-/// a small leak.
+/// Sums the heap blocks: the memory of the process grows in steps that would hide a
+/// small leak.
 std::size_t MemoryInUse() {
   std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
   const DWORD count = GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data());

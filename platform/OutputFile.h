@@ -6,16 +6,16 @@
 
 namespace conduit {
 
-/// What is written to, by the system's own means. Each operation throws a
+/// An output file or stream, by the system's own calls. Each operation throws
 /// std::system_error with the reason.
 class OutputFile {
  public:
-  /// Creates a file for this user alone. Fails when anything has the name, be it a
-  /// symbolic link to nothing.
+  /// Creates a file that only this user can access. Fails when the name exists, even as
+  /// a dangling symbolic link.
   static OutputFile Create(const std::filesystem::path& file);
 
-  /// Opens a device or a pipe, which exists. Does not wait for a reader of the pipe:
-  /// fails when there is none. Fails for a regular file.
+  /// Opens an existing device or pipe. Does not block: fails when the pipe has no reader.
+  /// Fails for a regular file.
   static OutputFile OpenStream(const std::filesystem::path& stream);
 
   OutputFile(OutputFile&& other) noexcept;
@@ -24,21 +24,21 @@ class OutputFile {
   OutputFile& operator=(const OutputFile&) = delete;
   OutputFile& operator=(OutputFile&&) = delete;
 
-  /// Writes all of it. Waits for who reads a pipe, on POSIX systems until this process is
-  /// asked to end (see Interrupt.h): then fails when the reader takes nothing for a moment.
+  /// Writes all bytes; blocks while a pipe is full. On POSIX systems, once this process is
+  /// asked to end (see Interrupt.h), fails when the pipe stays full for half a second.
   void Write(std::string_view bytes) const;
 
-  /// Closes it. What the system could not keep of earlier writes may show only here.
+  /// Closes it. A failure of an earlier write may be reported only here.
   void Close();
 
  private:
   explicit OutputFile(std::intptr_t handle) : handle(handle) {}
 
-  std::intptr_t handle;  ///< the system's; -1 when it is closed
+  std::intptr_t handle;  ///< of the system; -1 when closed
 };
 
-/// Which file has a name, and as of when: equal while nobody has replaced or written it.
-/// All zeros when there is none.
+/// Identifies a file and its version: equal while the file is neither replaced nor
+/// written. All zeros when there is no file.
 struct FileState {
   std::uint64_t volume = 0;
   std::uint64_t number = 0;
@@ -48,17 +48,16 @@ struct FileState {
   bool operator==(const FileState&) const = default;
 };
 
-/// Does not follow a symbolic link.
+/// Returns the state of a file. Does not follow a symbolic link.
 FileState StateOf(const std::filesystem::path& file);
 
-/// Renames `file` to `place`, where it replaces the file that was there in the state
-/// `expected`. Throws a std::system_error when the system refuses.
-/// @returns false, and renames nothing, when another file is there than expected.
+/// Renames `file` to `place` if the file there has the state `expected`. Throws
+/// std::system_error when the system refuses.
+/// @returns false, and renames nothing, when the state differs.
 bool TakePlace(const std::filesystem::path& file, const std::filesystem::path& place,
                const FileState& expected);
 
-/// Returns whether what has the name belongs to this user or to the system: of a symbolic
-/// link, the link itself.
+/// Returns whether this user or the system owns the file. Does not follow a symbolic link.
 bool BelongsToUserOrSystem(const std::filesystem::path& file);
 
 }  // namespace conduit

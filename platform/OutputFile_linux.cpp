@@ -43,7 +43,8 @@ FileState StateOf(const struct stat& status) {
           status.st_mtim.tv_sec * nanoseconds + status.st_mtim.tv_nsec};
 }
 
-/// Waits a moment for a pipe to take something.
+/// Waits half a second for room in a pipe. Throws when there is none and this process was
+/// asked to end.
 void WaitForRoom(int descriptor) {
   constexpr int moment = 500;  // milliseconds
   pollfd room = {descriptor, POLLOUT, 0};
@@ -56,7 +57,7 @@ bool RenameToFreeName(const char* file, const char* place) {
   if (renameat2(AT_FDCWD, file, AT_FDCWD, place, RENAME_NOREPLACE) == 0) {
     return true;
   }
-  if (errno == EINVAL) {  // a file system that cannot tell
+  if (errno == EINVAL) {  // the file system does not support RENAME_NOREPLACE
     struct stat present = {};
     if (lstat(place, &present) == 0) {
       return false;
@@ -113,7 +114,7 @@ void OutputFile::Write(std::string_view bytes) const {
 
 void OutputFile::Close() {
   const int descriptor = static_cast<int>(std::exchange(handle, -1));
-  // Interrupted or not, it is closed.
+  // Linux closes the descriptor even when close is interrupted.
   Require(close(descriptor) == 0 || errno == EINTR);
 }
 
@@ -126,8 +127,7 @@ FileState StateOf(const std::filesystem::path& file) {
   return {};
 }
 
-/// The file that is replaced is locked meanwhile, as of two runs that replace it at once
-/// each would see it unchanged.
+/// Locks the file that it replaces: of two concurrent runs, each would see it unchanged.
 bool TakePlace(const std::filesystem::path& file, const std::filesystem::path& place,
                const FileState& expected) {
   const Descriptor present(open(place.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));

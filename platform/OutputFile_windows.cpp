@@ -79,7 +79,7 @@ FileState StateOf(const std::filesystem::path& file) {
               Joined(about.ftLastWriteTime.dwHighDateTime, about.ftLastWriteTime.dwLowDateTime))};
 }
 
-/// Without a lock: of two runs that end in the same instant the later one remains.
+/// Takes no lock: of two runs that end at the same time, the later one wins.
 bool TakePlace(const std::filesystem::path& file, const std::filesystem::path& place,
                const FileState& expected) {
   const FileState present = StateOf(place);
@@ -91,7 +91,7 @@ bool TakePlace(const std::filesystem::path& file, const std::filesystem::path& p
   Fail(problem);
 }
 
-/// Nobody but an administrator makes symbolic links there.
+/// On Windows only an administrator creates symbolic links.
 bool BelongsToUserOrSystem(const std::filesystem::path& /*file*/) { return true; }
 
 }  // namespace conduit

@@ -5,23 +5,21 @@
 
 namespace conduit {
 
-/// What this process holds of the system; only differences mean something.
+/// The system resources of this process; compare two counts only.
 struct ProcessResources {
   std::size_t threads;
-  std::size_t files;  ///< open ones; on Windows every kind of handle
+  std::size_t files;  ///< open files; on Windows every kind of handle
 };
 
 ProcessResources ResourcesInUse();
 
-/// The process numbers of this process's children, those included that have ended
-/// and were not waited for.
+/// Returns the process ids of this process's children, including zombies.
 std::vector<int> ChildProcesses();
 
-/// From now on a process whose parent ends becomes a child of this one, if it
-/// descends from it and the system can do so.
+/// Makes descendants whose parent ends children of this process, where the system can.
 void AdoptOrphans();
 
-/// Whether all bytes of a range can be read.
+/// Returns whether every byte of a range is readable.
 bool IsReadable(const void* data, std::size_t size);
 
 }  // namespace conduit

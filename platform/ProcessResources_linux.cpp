@@ -47,8 +47,8 @@ std::vector<int> ChildProcesses() {
 
 void AdoptOrphans() { prctl(PR_SET_CHILD_SUBREAPER, 1); }
 
-/// Lets the system read one byte of each page: it answers where this process
-/// would end.
+/// Reads one byte of each memory page by a system call, which returns an error where a
+/// direct read would crash.
 bool IsReadable(const void* data, std::size_t size) {
   constexpr std::size_t page = 4096;
   const char* const first = static_cast<const char*>(data);

@@ -35,7 +35,7 @@ std::vector<int> ChildProcesses() {
   return children;
 }
 
-// A job ends such processes instead; see ChildProcess_windows.cpp.
+// A job ends orphans instead; see ChildProcess_windows.cpp.
 void AdoptOrphans() {}
 
 bool IsReadable(const void* data, std::size_t size) {

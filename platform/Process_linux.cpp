@@ -13,7 +13,7 @@ std::filesystem::path ProgramFile() {
   std::error_code problem;
   std::filesystem::path file = std::filesystem::read_symlink("/proc/self/exe", problem);
   if (problem) {
-    // /proc may be missing, as in a chroot. The kernel also hands over the path by which the
+    // /proc may be missing, as in a chroot. The auxiliary vector has the path by which the
     // program was started.
     const auto* const start = std::bit_cast<const char*>(getauxval(AT_EXECFN));
     file = std::filesystem::canonical(start != nullptr ? start : "", problem);
@@ -26,7 +26,7 @@ std::filesystem::path ProgramFile() {
 
 std::filesystem::path FileOfCode(const void* address) {
   Dl_info info = {};
-  // What is no library is this program.
+  // An address outside of any library belongs to this program.
   return dladdr(address, &info) != 0 && info.dli_fname != nullptr &&
                  std::filesystem::exists(info.dli_fname)
              ? std::filesystem::absolute(info.dli_fname)

@@ -21,12 +21,12 @@ void LetWritesFail() {
   signal(SIGXFSZ, SIG_IGN);
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {
     if (fcntl(stream, F_GETFD) < 0) {
-      open("/dev/null", O_RDONLY);  // takes the lowest number that is free, which is this
+      open("/dev/null", O_RDONLY);  // gets the lowest free number, which is `stream`
     }
   }
 }
 
-// It does from the start.
+// The default on POSIX systems.
 void EndAtOnceOnCrash() {}
 
 }  // namespace conduit

@@ -21,8 +21,8 @@ std::filesystem::path FileOf(HMODULE library) {
 
 }  // namespace
 
-/// main's own arguments come in the system's code page, which before Windows 10 is never
-/// UTF-8 and loses characters.
+/// The arguments of main are in the system's code page, which loses characters; before
+/// Windows 10 it is never UTF-8.
 std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*arguments*/) {
   return ArgumentsOf(GetCommandLineW());
 }
@@ -37,12 +37,12 @@ std::filesystem::path FileOfCode(const void* address) {
   return FileOf(library);
 }
 
-// A user's folders are that user's own from the start.
 std::int64_t ProcessNumber() { return GetCurrentProcessId(); }
 
+// A user's folders are private by default.
 void KeepFilesPrivate() {}
 
-// They do from the start.
+// The default on Windows.
 void LetWritesFail() {}
 
 void EndAtOnceOnCrash() { SetUnhandledExceptionFilter(EndWithCode); }

@@ -28,7 +28,7 @@ void Require(bool done, const std::string& name) {
 
 class Descriptor {
  public:
-  /// Fails for what the system did not open.
+  /// Throws when the system did not open the descriptor.
   Descriptor(int number, const std::string& portName) : number(number) {
     Require(number >= 0, portName);
   }
@@ -39,7 +39,7 @@ class Descriptor {
   const int number;
 };
 
-/// By the system's own structure, for the standard one only knows a list of rates.
+/// Uses Linux's termios2: the standard termios supports only a list of rates.
 void SetUp(int port, const std::string& name, int baudRate) {
   termios2 settings = {};
   settings.c_iflag = IGNBRK;
@@ -49,10 +49,10 @@ void SetUp(int port, const std::string& name, int baudRate) {
   settings.c_cc[VMIN] = 1;
   Require(ioctl(port, TCSETSF2, &settings) == 0, name);
 
-  // A driver takes the nearest rate that its device has. Beyond a few per cent bytes are
-  // read wrong.
+  // A driver chooses the nearest rate of its device. A deviation of more than a few per cent
+  // corrupts bytes.
   Require(ioctl(port, TCGETS2, &settings) == 0, name);
-  constexpr int tolerance = 30;  // one part in so many
+  constexpr int tolerance = 30;  // 1/30, about 3 per cent
   const int actual = static_cast<int>(settings.c_ospeed);
   if (std::abs(actual - baudRate) > baudRate / tolerance) {
     FailToOpen(name, "it does not run at " + std::to_string(baudRate) + " baud");
@@ -62,18 +62,18 @@ void SetUp(int port, const std::string& name, int baudRate) {
 }  // namespace
 
 struct SerialPort::System {
-  /// Without waiting for a carrier, and without becoming the process's terminal.
+  /// Does not wait for a carrier, and does not become the process's controlling terminal.
   explicit System(const std::string& name)
       : port(open(name.c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC), name),
         wake(eventfd(0, EFD_CLOEXEC), name) {}
 
   const Descriptor port;
-  const Descriptor wake;  ///< readable once a stop is asked for
+  const Descriptor wake;  ///< readable after a stop request
 };
 
 SerialPort::SerialPort(const std::string& name, int baudRate)
     : name(name), system(std::make_unique<System>(name)) {
-  // Of two who read one port each would get a part.
+  // Two readers of one port would each get a part of the bytes.
   if (flock(system->port.number, LOCK_EX | LOCK_NB) != 0) {
     FailToOpen(name, "it is in use");
   }

@@ -32,7 +32,7 @@ void Require(bool done, const std::string& name) {
 
 class Handle {
  public:
-  /// Fails for what the system did not open.
+  /// Throws when the system did not open the handle.
   Handle(HANDLE handle, const std::string& portName) : handle(handle) {
     Require(handle != nullptr && handle != INVALID_HANDLE_VALUE, portName);
   }
@@ -43,7 +43,7 @@ class Handle {
   const HANDLE handle;
 };
 
-/// The prefix is needed from COM10 on.
+/// Names from COM10 on require the prefix.
 HANDLE Open(const std::string& name) {
   const std::filesystem::path device(u8"\\\\.\\" + std::u8string(name.begin(), name.end()));
   return CreateFileW(device.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_FLAG_OVERLAPPED,
@@ -64,7 +64,7 @@ void SetUp(HANDLE port, const std::string& name, int baudRate) {
   settings.StopBits = ONESTOPBIT;
   Require(SetCommState(port, &settings), name);
 
-  // A read waits for bytes, and ends when no more have come for so many milliseconds.
+  // A read blocks until the first byte, then returns after 5 ms without another byte.
   COMMTIMEOUTS times = {};
   times.ReadIntervalTimeout = 5;
   Require(SetCommTimeouts(port, &times), name);
@@ -79,7 +79,7 @@ struct SerialPort::System {
 
   const Handle port;
   const Handle arrived;
-  const Handle wake;  ///< set once a stop is asked for
+  const Handle wake;  ///< set after a stop request
 };
 
 SerialPort::SerialPort(const std::string& name, int baudRate)

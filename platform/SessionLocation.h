@@ -8,10 +8,10 @@ namespace conduit {
 /// The environment variable that names the session.
 inline constexpr char SessionVariable[] = "HALDEN_READER_SESSION";
 
-/// Stands before the name of a folder that is to be watched as it fills.
+/// The prefix of a folder to watch for new files.
 inline constexpr std::string_view WatchPrefix = "watch:";
 
-/// What the environment names; empty when it names nothing.
+/// Returns the value of SessionVariable; empty when it is not set.
 std::filesystem::path SessionLocation();
 
 }  // namespace conduit

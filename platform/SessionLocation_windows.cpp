@@ -6,8 +6,8 @@
 
 namespace conduit {
 
-// Asks the system and not the C runtime, whose copy of the environment misses
-// what the host has set since its start, and whose narrow texts lose characters.
+// Reads from the system, not from the C runtime: the runtime's copy of the environment
+// lacks later changes by the host, and its narrow texts lose characters.
 std::filesystem::path SessionLocation() {
   const std::filesystem::path variable = SessionVariable;
   std::wstring name(32768, L'\0');  // no variable is longer

@@ -12,7 +12,7 @@ SharedLibrary::SharedLibrary(const std::filesystem::path& file)
   if (handle != nullptr) {
     return;
   }
-  // The loader mostly begins with the file, which the caller names as well.
+  // Most loader messages begin with the file name, which the caller adds as well.
   std::string reason = dlerror();
   const std::string prefix = file.string() + ": ";
   if (reason.starts_with(prefix)) {

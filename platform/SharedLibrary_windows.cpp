@@ -9,8 +9,8 @@
 namespace conduit {
 namespace {
 
-/// MinGW's std::system_category knows few of the system's codes, and leaves out what a
-/// text is about: "%1 is not a valid Win32 application."
+/// MinGW's std::system_category knows few of the system's codes and does not fill in
+/// inserts: "%1 is not a valid Win32 application."
 std::string Explained(DWORD problem, const std::filesystem::path& file) {
   const std::wstring name = file.filename().wstring();
   DWORD_PTR inserts[] = {reinterpret_cast<DWORD_PTR>(name.c_str())};
@@ -26,7 +26,7 @@ std::string Explained(DWORD problem, const std::filesystem::path& file) {
 }  // namespace
 
 SharedLibrary::SharedLibrary(const std::filesystem::path& file)
-    // The flag makes the system look for dependencies beside the file.
+    // The flag makes the system search dependencies beside the file.
     : handle(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
   if (!handle) {
     throw std::runtime_error(Explained(GetLastError(), file));

@@ -4,8 +4,8 @@
 
 namespace conduit {
 
-/// Whether this process writes its standard output or its standard error into the file, by
-/// whatever name.
+/// Returns whether the standard output or standard error of this process is the file, under
+/// any of its names.
 bool IsStandardStream(const std::filesystem::path& file);
 
 }  // namespace conduit

@@ -2,11 +2,11 @@
 
 namespace conduit {
 
-/// Makes a terminal take UTF-8 and colours, where it has to be told.
+/// Enables UTF-8 and colours on a terminal, where the system requires that.
 /// @returns whether standard output is a terminal that shows colours.
 bool PrepareTerminal();
 
-/// Whether a person sees standard output and standard error on one terminal.
+/// Returns whether standard output and standard error are both a terminal.
 bool TroubleShowsBesideOutput();
 
 }  // namespace conduit

@@ -4,8 +4,7 @@
 
 namespace conduit {
 
-/// A set of conversion characters, by character: a format is held against it for
-/// every date.
+/// A set of conversion characters; a table, because every date checks its format.
 class ConversionSet {
  public:
   consteval explicit ConversionSet(const char* characters) {
@@ -19,8 +18,7 @@ class ConversionSet {
   bool contained[256] = {};
 };
 
-/// The conversions that may follow a per cent sign, or a per cent sign and the
-/// given modifier.
+/// The conversions allowed after a per cent sign and the modifier.
 struct TimeConversions {
   char modifier;  ///< NUL for the plain conversions
   ConversionSet conversions;

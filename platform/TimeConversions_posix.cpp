@@ -2,9 +2,8 @@
 
 namespace conduit {
 
-// ISO/IEC 9899:2018 (C17), 7.27.3.5 "The strftime function". The library of the
-// system knows more, but a format that it alone understands would fail on the
-// next system.
+// ISO/IEC 9899:2018 (C17), 7.27.3.5 "The strftime function". The system's own
+// extensions are refused: such a format would fail on another system.
 constexpr TimeConversions Accepted[] = {
     {'\0', ConversionSet("aAbBcCdDeFgGhHIjmMnprRStTuUVwWxXyYzZ%")},
     {'E', ConversionSet("cCxXyY")},

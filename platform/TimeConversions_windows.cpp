@@ -1,18 +1,17 @@
 #include "platform/TimeConversions.h"
 
-// corecrt.h, by any header of the C library, says which C runtime this is.
+// Any C library header includes corecrt.h, which defines _UCRT for the Universal C Runtime.
 #include <ctime>
 
 namespace conduit {
 
-// Microsoft's documentation of strftime: every conversion may carry a "#", which
-// drops leading zeros or asks for the long form; the modifiers E and O are not
-// documented.
+// Microsoft's documentation of strftime: every conversion accepts "#", which removes
+// leading zeros or selects the long form; the modifiers E and O are not documented.
 #if defined(_UCRT) || defined(_MSC_VER)
-// The Universal C Runtime, which has the conversions of C99.
+// The Universal C Runtime has the conversions of C99.
 constexpr const char* Conversions = "aAbBcCdDeFgGhHIjmMnprRStTuUVwWxXyYzZ%";
 #else
-// msvcrt.dll, which has those of C89 and %z.
+// msvcrt.dll has those of C89 and %z.
 constexpr const char* Conversions = "aAbBcdHIjmMpSUwWxXyYzZ%";
 #endif
 

@@ -7,8 +7,8 @@
 namespace conduit {
 namespace {
 
-/// The conversion at a per cent sign, without the sign: where it ends, or null
-/// when it is not accepted.
+/// Returns the end of a conversion, or null when it is not accepted.
+/// @param conversion  the character after the per cent sign
 const char* SkipConversion(const char* conversion) {
   for (const TimeConversions& row : AcceptedTimeConversions) {
     if (row.modifier == '\0') {
@@ -22,8 +22,7 @@ const char* SkipConversion(const char* conversion) {
   return nullptr;
 }
 
-/// The first per cent sign of the format that no accepted conversion follows, or
-/// null when there is none.
+/// Returns the per cent sign of the first conversion that is not accepted, or null.
 const char* FindRefusedConversion(const char* format) {
   while (*format != '\0') {
     if (*format != '%') {
@@ -44,7 +43,7 @@ TimeText FormatTime(const char* format, const std::tm& time) {
   const char* const refused = FindRefusedConversion(format);
   result.accepted = refused == nullptr;
   if (result.accepted) {
-    // With the result 0 the content of the buffer is indeterminate.
+    // When strftime returns 0, the buffer's content is indeterminate.
     result.length =
         static_cast<std::int32_t>(std::strftime(result.text, sizeof result.text, format, &time));
     result.text[result.length] = '\0';

@@ -11,37 +11,37 @@
 namespace conduit {
 
 /// A program that works for this process: it receives bytes on its standard input and
-/// answers on its standard output. Whatever happens to it is no harm to this process, and
-/// it can be ended at any time. It inherits no file of this process, no signal of a
-/// terminal reaches it, and what it writes to its standard error is dropped.
+/// answers on its standard output. A crash of it does not affect this process, which can
+/// kill it at any time. It inherits no open file, receives no signal of the terminal, and
+/// its standard error is discarded.
 ///
-/// [one thread at a time, but for Kill]
+/// [one thread at a time, except Kill]
 class WorkerProcess {
  public:
-  /// Throws std::runtime_error with the program and the system's reason when it cannot be
-  /// started. REQUIRES: an absolute path.
+  /// Starts the program. Throws std::runtime_error with the program and the system's reason
+  /// when it does not start. REQUIRES: an absolute path.
   explicit WorkerProcess(const std::filesystem::path& program);
-  /// Kills the process, and waits until it has ended.
+  /// Kills the process and waits for its end.
   ~WorkerProcess();
   WorkerProcess(const WorkerProcess&) = delete;
   WorkerProcess& operator=(const WorkerProcess&) = delete;
 
-  /// Waits until the process takes bytes, for `time` at most, and writes those for which
-  /// there is room. Returns their number, 0 when it took none in time, or nothing when it
-  /// has ended. On Windows this waits for as long as the process takes nothing.
+  /// Waits at most `time` for room and writes the bytes that fit. Returns their number, 0
+  /// when there was no room in time, or std::nullopt when the process has ended. On Windows,
+  /// blocks until the process reads.
   std::optional<std::size_t> Write(std::string_view bytes, std::chrono::milliseconds time);
 
-  /// Waits for bytes, for `time` at most, and reads those that are there. Returns their
-  /// number, 0 when none came in time, or nothing when the process has ended.
+  /// Waits at most `time` for bytes and reads those available, `most` at most. Returns their
+  /// number, 0 when none arrived in time, or std::nullopt when the process has ended.
   std::optional<std::size_t> Read(char* bytes, std::size_t most, std::chrono::milliseconds time);
 
-  /// Ends the process at once. A Write or Read that is under way returns. [any thread]
+  /// Kills the process. A blocked Write or Read returns. [any thread]
   void Kill();
 
-  /// The time that processors have spent on the process.
+  /// Returns the processor time that the process has used.
   std::chrono::milliseconds ProcessorTime() const;
 
-  /// Waits until the process has ended, and returns how: "exit status 3", "SIGABRT".
+  /// Waits for the end of the process and returns its cause: "exit status 3", "SIGABRT".
   std::string WaitForEnd();
 
  private:
@@ -49,8 +49,8 @@ class WorkerProcess {
   const std::unique_ptr<State> state;
 };
 
-/// Makes this process such a worker: its standard streams carry bytes, and it ends with the
-/// process that has started it, whatever it is doing then.
+/// Makes this process a worker: its standard streams carry bytes, and it ends together with
+/// the process that started it, even in the middle of work.
 void BecomeWorker();
 
 }  // namespace conduit

@@ -27,7 +27,7 @@ namespace {
                            std::generic_category().message(problem));
 }
 
-/// What becomes of a new process between its start and its program.
+/// The file descriptors, session and signals of a new process.
 class SpawnSetting {
  public:
   explicit SpawnSetting(int channel) {
@@ -38,7 +38,7 @@ class SpawnSetting {
     posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1);
 
     posix_spawnattr_init(&attributes);
-    // A session of its own: a Ctrl-C is this process's business.
+    // A session of its own: only this process receives a Ctrl-C.
     posix_spawnattr_setflags(
         &attributes,
         static_cast<short>(POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
@@ -66,7 +66,7 @@ class SpawnSetting {
   posix_spawnattr_t attributes;
 };
 
-/// Waits until the channel is ready and moves bytes through it. Nothing at its end.
+/// Waits until the channel is ready and transfers bytes. Returns std::nullopt at its end.
 template <typename Moving>
 std::optional<std::size_t> Transfer(int channel, short readiness, std::chrono::milliseconds time,
                                     const Moving& move) {
@@ -93,11 +93,11 @@ std::string DescribeEnd(int status) {
 }  // namespace
 
 struct WorkerProcess::State {
-  // A socket and no pipe: writing to a process that has ended raises no signal.
+  // A socket, not a pipe: MSG_NOSIGNAL suppresses SIGPIPE when the process has ended.
   int channel = -1;
   pid_t process = -1;
   std::mutex mutex;
-  bool reaped = false;  ///< guarded by mutex: the number may be another process's since
+  bool reaped = false;  ///< guarded by mutex; the system may then reuse the process id
   std::string end;
 };
 
@@ -162,14 +162,14 @@ std::chrono::milliseconds WorkerProcess::ProcessorTime() const {
 std::string WorkerProcess::WaitForEnd() {
   siginfo_t ignored = {};
   const auto process = static_cast<id_t>(state->process);
-  // Without the lock, which Kill needs, and so without taking the number back.
+  // Waits without the lock, which Kill needs, and with WNOWAIT, which keeps the process id.
   while (!state->reaped && waitid(P_PID, process, &ignored, WEXITED | WNOWAIT) != 0 &&
          errno == EINTR) {
   }
   const std::lock_guard lock(state->mutex);
   if (!state->reaped) {
     int status = 0;
-    // A host that waits for every process of its own has taken the status.
+    // A host that waits for all its children may have taken the status.
     state->end = waitpid(state->process, &status, WNOHANG) == state->process ? DescribeEnd(status)
                                                                              : "unknown status";
     state->reaped = true;
@@ -178,7 +178,7 @@ std::string WorkerProcess::WaitForEnd() {
 }
 
 void BecomeWorker() {
-  // A fork of the starter may hold the channel open beyond its end.
+  // Also polls the parent's pidfd: a fork of the parent may keep the channel open.
   const auto starter = static_cast<int>(syscall(SYS_pidfd_open, getppid(), 0));
   std::thread([starter] {
     pollfd ends[] = {{STDIN_FILENO, POLLRDHUP, 0}, {starter, POLLIN, 0}};

@@ -14,7 +14,7 @@
 namespace conduit {
 namespace {
 
-/// A handle for as long as this lives.
+/// Owns a handle.
 class Handle {
  public:
   Handle() = default;
@@ -35,7 +35,7 @@ class Handle {
                            std::to_string(GetLastError()));
 }
 
-/// The handles that a new process inherits, and no others of this process.
+/// Limits the handles that a new process inherits to a list.
 class InheritedHandles {
  public:
   explicit InheritedHandles(std::vector<HANDLE> given) : handles(std::move(given)) {
@@ -62,7 +62,7 @@ class InheritedHandles {
 
 struct WorkerProcess::State {
   Handle process;
-  Handle job;    ///< ends the process when it closes, also because this process ends
+  Handle job;    ///< ends the process when closed, also by the end of this process
   Handle input;  ///< of the process
   Handle output;
 };
@@ -127,7 +127,7 @@ std::optional<std::size_t> WorkerProcess::Write(std::string_view bytes,
 
 std::optional<std::size_t> WorkerProcess::Read(char* bytes, std::size_t most,
                                                std::chrono::milliseconds time) {
-  // A pipe of this kind cannot be waited for.
+  // An anonymous pipe does not support waiting.
   const auto deadline = std::chrono::steady_clock::now() + time;
   while (true) {
     DWORD ready = 0;
@@ -161,7 +161,7 @@ std::chrono::milliseconds WorkerProcess::ProcessorTime() const {
   const auto count = [](const FILETIME& time) {
     return static_cast<long long>(time.dwHighDateTime) << 32 | time.dwLowDateTime;
   };
-  constexpr long long perMillisecond = 10'000;  // the system counts in 100 ns
+  constexpr long long perMillisecond = 10'000;  // FILETIME counts units of 100 ns
   return std::chrono::milliseconds((count(kernel) + count(user)) / perMillisecond);
 }
 
@@ -174,7 +174,7 @@ std::string WorkerProcess::WaitForEnd() {
   return text;
 }
 
-// The job of the starter ends this process with it.
+// The parent's job ends this process with the parent.
 void BecomeWorker() {
   _setmode(_fileno(stdin), _O_BINARY);
   _setmode(_fileno(stdout), _O_BINARY);

@@ -9,20 +9,20 @@
 
 namespace conduit {
 
-/// An ordered list in one array; how the array is made is left to PtrList.
+/// An ordered list in one array; PtrList allocates the array.
 ///
 /// No operation checks an index. One thread at a time.
-/// @tparam Stored    what the array holds
-/// @tparam Given     what operations take
-/// @tparam Returned  what operations answer
+/// @tparam Stored    the type of an array slot
+/// @tparam Given     the type of an element argument
+/// @tparam Returned  the type of an element result
 template <class Stored, class Given, class Returned>
 class BaseList : public VirtualBaseList {
  public:
-  /// Orders the list's element (first) against the given one (second): negative,
-  /// 0 or positive. A null function stands for ComparePointers.
+  /// Compares the list's element (first) to the argument (second): returns a negative
+  /// number, 0 or a positive one. Null means ComparePointers.
   using Comparison = std::int32_t (*)(Given, Given);
 
-  // For reading; written by the lists alone.
+  // Read-only for callers.
   Stored* items = nullptr;  ///< null until the first growth
   std::int32_t capacity = 0;
   std::int32_t count = 0;
@@ -32,23 +32,23 @@ class BaseList : public VirtualBaseList {
   BaseList() = default;
   BaseList(const BaseList&) = delete;
   BaseList& operator=(const BaseList&) = delete;
-  /// Releases the array, and no element.
+  /// Frees the array, not the elements.
   ~BaseList() override { delete[] items; }
 
   virtual void Grow() { SetCapacity(NextCapacity(capacity)); }
-  /// Moves the elements to an array of that many slots; surplus ones drop out.
-  /// Nothing happens when n is below 1 or the present capacity.
+  /// Moves the elements to an array of n slots and drops the surplus. Does nothing
+  /// when n is below 1 or equals the current capacity.
   virtual void SetCapacity(std::int32_t n) = 0;
 
-  /// REQUIRES of the next four: an index from 0 to count - 1, which First and
-  /// Last imply.
+  /// The next four REQUIRE an index from 0 to count - 1; First and Last REQUIRE a
+  /// non-empty list.
   virtual Returned GetAt(std::int32_t index) { return items[index]; }
   virtual void SetAt(std::int32_t index, Given element) { items[index] = element; }
   virtual Returned First() { return items[0]; }
   virtual Returned Last() { return items[count - 1]; }
 
-  /// Appends the element and answers its index. A failed allocation leaves the
-  /// list as it was.
+  /// Appends the element and returns its index. A failed allocation leaves the
+  /// list unchanged.
   virtual std::int32_t Add(Given element) {
     if (capacity <= count) {
       Grow();
@@ -67,7 +67,7 @@ class BaseList : public VirtualBaseList {
     ++count;
   }
 
-  /// Takes the element out and answers it. REQUIRES: an index from 0 to count - 1.
+  /// Removes the element and returns it. REQUIRES: an index from 0 to count - 1.
   virtual Returned RemoveAt(std::int32_t index) {
     Returned removed = items[index];
     std::copy(items + index + 1, items + count, items + index);
@@ -75,7 +75,7 @@ class BaseList : public VirtualBaseList {
     return removed;
   }
 
-  /// Takes the first equal element out; false when there is none.
+  /// Removes the first equal element; returns false when there is none.
   virtual bool Remove(Given element, Comparison comparison) {
     const std::int32_t index = IndexOf(element, 0, comparison);
     if (index < 0) {
@@ -85,7 +85,7 @@ class BaseList : public VirtualBaseList {
     return true;
   }
 
-  /// The first index from `start` of an element equal to the given one, or -1.
+  /// Returns the index of the first equal element at or after `start`, or -1.
   /// REQUIRES: start is not negative.
   virtual std::int32_t IndexOf(Given element, std::int32_t start, Comparison comparison) {
     for (std::int32_t index = start; index < count; ++index) {
@@ -99,7 +99,7 @@ class BaseList : public VirtualBaseList {
   /// REQUIRES: both indexes from 0 to count - 1.
   virtual void Swap(std::int32_t i, std::int32_t j) { std::swap(items[i], items[j]); }
 
-  /// Sorts in ascending order; equal elements may change places.
+  /// Sorts in ascending order; not stable.
   virtual void Sort(Comparison comparison) { SortRange(0, count - 1, comparison); }
 
  private:

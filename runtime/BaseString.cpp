@@ -105,7 +105,7 @@ void BaseString<Char>::Format(const char* format, ...) {
 
 template <class Char>
 void BaseString<Char>::FormatArguments(const char* format, std::va_list arguments) {
-  // The system's own formats fit here, and so are formatted only once.
+  // Most results fit here, so the second formatting is rare.
   std::array<Char, 128> scratch;
   std::va_list again;
   va_copy(again, arguments);
@@ -142,7 +142,7 @@ std::strong_ordering BaseString<Char>::operator<=>(LentText other) const {
 
 template <class Char>
 Char* BaseString<Char>::Allocate(std::size_t count) {
-  // A text too long for its length is asked for as what no allocator can give.
+  // A text beyond the range of `length` requests a size that every allocator refuses.
   const std::size_t size =
       count <= LongestText ? count + 1 : std::numeric_limits<std::size_t>::max() / 2;
   Char* const allocated = new Char[size];
@@ -161,7 +161,7 @@ template <class Char>
 typename BaseString<Char>::Owned BaseString<Char>::OwnedDecimal(std::int32_t number) {
   std::array<Char, 11> digits;  // a sign and ten digits
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number);
-  // The narrow type shows the optimiser that there is no more to copy than there is.
+  // The narrow type proves to the optimiser that the copy is short.
   const auto length = static_cast<unsigned char>(end.ptr - digits.data());
   return OwnedCopy(digits.data(), length);
 }

@@ -4,8 +4,7 @@
 
 namespace conduit {
 
-/// The order of two addresses: -1, 0 or 1. The comparison of a list that is given
-/// none.
+/// Compares two addresses: returns -1, 0 or 1. A list's default comparison.
 inline std::int32_t ComparePointers(const void* left, const void* right) {
   const auto leftAddress = reinterpret_cast<std::uintptr_t>(left);
   const auto rightAddress = reinterpret_cast<std::uintptr_t>(right);

@@ -2,7 +2,7 @@
 
 namespace conduit {
 
-/// A walk over elements, from the first to the last.
+/// Iterates over elements, from the first to the last.
 template <class Element>
 class Enumerable {
  public:
@@ -12,7 +12,7 @@ class Enumerable {
   virtual void Reset() = 0;
   virtual void MoveNext() = 0;
   virtual bool HasMore() = 0;
-  /// REQUIRES: HasMore.
+  /// REQUIRES: HasMore() is true.
   virtual Element Current() = 0;
 };
 

@@ -7,12 +7,12 @@
 
 namespace conduit {
 
-/// An enumerator that walks over an array of its own: changes of the list that it
-/// was taken from do not reach it. Refers to elements and owns none.
+/// An enumerator over its own array: later changes of the source list do not affect
+/// it. Does not own the elements.
 template <class Stored, class Given, class Returned>
 class EnumerableList : public Enumerable<Returned> {
  public:
-  // For reading; written by the enumerator alone.
+  // Read-only for callers.
   Stored* items = new Stored[4];
   std::int32_t capacity = 4;
   std::int32_t count = 0;
@@ -41,7 +41,7 @@ class EnumerableList : public Enumerable<Returned> {
     return *this;
   }
 
-  /// Adds every element of the other, which is reset first and walked to its end.
+  /// Resets `other` and adds every element of it.
   virtual EnumerableList& AddAll(Enumerable<Returned>& other) {
     for (other.Reset(); other.HasMore(); other.MoveNext()) {
       Add(other.Current());
@@ -49,7 +49,7 @@ class EnumerableList : public Enumerable<Returned> {
     return *this;
   }
 
-  /// Adds the n entries of the array; none when n is below 1.
+  /// Adds n entries of the array; none when n is below 1.
   virtual EnumerableList& AddArray(Stored array[], std::int32_t n) {
     for (std::int32_t index = 0; index < n; ++index) {
       Add(array[index]);

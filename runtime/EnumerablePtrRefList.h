@@ -4,7 +4,7 @@
 
 namespace conduit {
 
-/// The snapshot that a PtrList hands out.
+/// The snapshot type of PtrList::GetEnumerator.
 template <class T>
 class EnumerablePtrRefList : public EnumerableList<T*, T*, T*> {};
 

@@ -6,8 +6,8 @@
 
 namespace conduit {
 
-/// The capacity that follows `capacity` when a list or an enumerator grows: the
-/// small ones stay small, and long ones do not grow at every other element.
+/// Returns the next capacity of a list or an enumerator: small lists stay small, long
+/// ones grow in larger steps.
 constexpr std::int32_t NextCapacity(std::int32_t capacity) {
   if (capacity <= 4) {
     return capacity + 4;
@@ -15,7 +15,8 @@ constexpr std::int32_t NextCapacity(std::int32_t capacity) {
   return capacity <= 8 ? capacity + 8 : capacity + 16;
 }
 
-/// A new array of `capacity` slots that begins with the first `kept` items.
+/// Returns a new array of `capacity` slots that starts with the first `kept` items. The
+/// caller owns it.
 template <class Item>
 Item* CopyItems(const Item* items, std::int32_t kept, std::int32_t capacity) {
   Item* const copy = new Item[static_cast<std::size_t>(capacity)];

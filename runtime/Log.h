@@ -7,7 +7,7 @@
 
 namespace conduit {
 
-/// Logs the pieces joined.
+/// Logs the concatenated pieces.
 template <class... Pieces>
 CONDUIT_APART void LogPieces(IModuleLogger& logger, MessageLevel level, const char* tag,
                              const Pieces&... pieces) {
@@ -16,9 +16,9 @@ CONDUIT_APART void LogPieces(IModuleLogger& logger, MessageLevel level, const ch
   logger.Log(level, tag, message.Text());
 }
 
-/// Logs the pieces joined, when there is a logger; without one nothing is built.
-/// @param tag     the operation that speaks, "Class::Operation"
-/// @param pieces  whatever a TextBuilder takes
+/// Logs the concatenated pieces. Builds no text when `logger` is null.
+/// @param tag     the operation that logs, "Class::Operation"
+/// @param pieces  any types that TextBuilder accepts
 template <class... Pieces>
 void Log(IModuleLogger* logger, MessageLevel level, const char* tag, const Pieces&... pieces) {
   if (logger != nullptr) {

@@ -8,8 +8,8 @@
 
 namespace conduit {
 
-/// A list of objects that its owner destroys with DeleteAll. The list's own
-/// destructor releases the array only, so an owner calls DeleteAll in its own.
+/// A list of objects. Its destructor frees the array only: the owner of the objects
+/// calls DeleteAll in its own destructor.
 template <class T>
 class PtrList : public BaseList<T*, T*, T*> {
  public:
@@ -39,7 +39,7 @@ class PtrList : public BaseList<T*, T*, T*> {
     this->capacity = n;
   }
 
-  /// A snapshot of the elements in list order.
+  /// Returns a snapshot of the elements, in list order.
   virtual EnumerablePtrRefList<T> GetEnumerator() {
     EnumerablePtrRefList<T> snapshot;
     for (std::int32_t index = 0; index < this->count; ++index) {

@@ -6,11 +6,11 @@
 
 namespace conduit {
 
-/// A text argument as the boundary means it: null counts as the empty text.
+/// Returns the text, or the empty text for null: the interface treats them alike.
 inline const char* OrEmpty(const char* text) { return text != nullptr ? text : ""; }
 
-/// The bytes of a text up to its NUL, as a host is told them. A text beyond the range of
-/// a length counts as the longest there is: the host is lent all of it.
+/// Returns the length that a host receives for a text: its bytes up to the NUL, at most
+/// the largest int32.
 inline std::int32_t TextLength(const char* text) {
   constexpr std::size_t longest = std::numeric_limits<std::int32_t>::max();
   const std::size_t length = std::strlen(text);

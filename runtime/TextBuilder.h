@@ -15,9 +15,8 @@
 
 namespace conduit {
 
-/// Puts a text together from left to right: on the stack as long as it is short, which
-/// the system's own texts are, and in the heap from there on. An allocation that fails
-/// passes the allocator's exception on.
+/// Concatenates a text: on the stack while it is short, as most are, then on the heap.
+/// Throws the allocator's exception when an allocation fails.
 class TextBuilder {
  public:
   TextBuilder() = default;
@@ -47,7 +46,7 @@ class TextBuilder {
     return *this << std::string_view(value ? "True" : "False");
   }
 
-  /// A number as "%.2d" prints it: with two digits at least.
+  /// Appends a number as "%.2d" does: with at least two digits.
   TextBuilder& AppendTwoDigits(std::int32_t number) {
     if (number <= -10 || number >= 100) {
       return *this << number;
@@ -63,7 +62,7 @@ class TextBuilder {
     return *this;
   }
 
-  /// What was put together, NUL-terminated; good until the next piece.
+  /// Returns the text, NUL-terminated; valid until the next piece is appended.
   const char* Text() {
     *RoomFor(0) = '\0';
     return text;
@@ -74,7 +73,7 @@ class TextBuilder {
   /// A sign and ten digits.
   static constexpr std::size_t LongestDecimal = 11;
 
-  /// The end of the text, with room for a piece and a NUL behind it.
+  /// Returns the end of the text, with room for `size` bytes and a NUL.
   char* RoomFor(std::size_t size) {
     if (size >= capacity - length) {
       Grow(size);

@@ -2,7 +2,7 @@
 
 namespace conduit {
 
-/// What every list can do whatever its elements are.
+/// The operations of a list that do not depend on the element type.
 class VirtualBaseList {
  public:
   VirtualBaseList() = default;
@@ -10,7 +10,7 @@ class VirtualBaseList {
   VirtualBaseList& operator=(const VirtualBaseList&) = delete;
   virtual ~VirtualBaseList() = default;
 
-  /// Empties the list; the elements stay alive.
+  /// Empties the list without destroying the elements.
   virtual void RemoveAll() = 0;
   /// Destroys the elements in order, then empties the list.
   virtual void DeleteAll() = 0;

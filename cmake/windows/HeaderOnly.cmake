@@ -1,6 +1,6 @@
-# An imported target for a library of headers alone. Debian's folder of headers as
-# a whole would put the C library of this system before that of Windows, so the
-# one library is linked into a folder of its own.
+# Defines an imported target for a header-only library. /usr/include as a whole would put
+# this system's C library before that of Windows, so a folder of its own links to the one
+# library.
 function(conduit_header_only target folder)
   if(TARGET ${target})
     return()

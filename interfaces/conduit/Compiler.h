@@ -1,24 +1,23 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
-/// Everything that compilers spell differently, in one place.
+/// Every macro that hides a difference between compilers.
 ///
-/// CONDUIT_EXPORT  gives a function out of the library that is being built.
-/// CONDUIT_IMPORT  takes a function from a library that is linked to.
-/// CONDUIT_PRINTF  lets the compiler hold arguments against a printf format:
+/// CONDUIT_EXPORT  exports a function from the library being built.
+/// CONDUIT_IMPORT  imports a function from a linked library.
+/// CONDUIT_PRINTF  makes the compiler check arguments against a printf format:
 ///                 the 1-based positions of the format and of the first
 ///                 argument, `this` counted.
-/// CONDUIT_APART   keeps a function out of those that call it: for what is seldom
-///                 done, or needs much of the stack, in one that is often called.
+/// CONDUIT_APART   prevents inlining: for a function that is rarely called, or needs
+///                 much stack, inside one that is often called.
 /// CONDUIT_DESTRUCTOR_SLOT
-///                 declares the destructor of an interface, in the one slot that its
-///                 table has for it on every system. Visual C++ gives a virtual
-///                 destructor one slot: an operation that takes flags (bit 0: also
-///                 free the memory) and returns the object. Other compilers give it
-///                 two, so that on Windows, where hosts are built with Visual C++,
-///                 they are told of that operation. A class that implements the
-///                 interface derives from Implements.h's `Implements`, which supplies
-///                 it where CONDUIT_DESTRUCTOR_IS_OPERATION is defined; nothing else
-///                 ever calls it.
+///                 declares an interface's destructor in exactly one vtable slot.
+///                 Visual C++ gives a virtual destructor one slot: a function that
+///                 takes flags (bit 0: also free the memory) and returns the object.
+///                 Other compilers use two slots. Hosts on Windows are built with
+///                 Visual C++, so there the other compilers declare that function
+///                 explicitly. A class that implements the interface derives from
+///                 `Implements` (Implements.h), which defines the function where
+///                 CONDUIT_DESTRUCTOR_IS_OPERATION is defined.
 
 #if defined(_WIN32)
 #define CONDUIT_EXPORT __declspec(dllexport)

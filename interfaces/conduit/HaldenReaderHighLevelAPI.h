@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
@@ -9,10 +9,10 @@
 #include "ReaderState.h"
 
 /// The reader maker's library: the four functions that drive a document reader,
-/// and the callbacks through which it answers.
+/// and the callbacks through which it delivers data, events and errors.
 ///
-/// The library calls the callbacks on threads of its own. What they are handed
-/// belongs to the library and is good until they return.
+/// The library calls the callbacks on its own threads. It owns every pointer that
+/// it passes; the pointer is valid until the callback returns.
 
 #if defined(HALDEN_READER_BUILDS_LIBRARY)
 #define HALDEN_READER_API CONDUIT_EXPORT
@@ -24,8 +24,8 @@ extern "C" {
 
 /// Receives one data item.
 /// @param context  the pointer given to HaldenReader_Initialise
-/// @param length   bytes at `data`; without meaning for a record
-/// @param data     the item's bytes, or the record that belongs to the type
+/// @param length   bytes at `data`; meaningless for a record
+/// @param data     the item's bytes, or the record of the type
 using ReaderDataCallback = void (*)(void* context, conduit::ReaderDataType type,
                                     std::int32_t length, void* data);
 
@@ -34,22 +34,22 @@ using ReaderDataCallback = void (*)(void* context, conduit::ReaderDataType type,
 using ReaderEventCallback = void (*)(void* context, conduit::ReaderEventCode code);
 
 /// Receives one error.
-/// @param first    the library's own business
+/// @param first    private to the library
 /// @param context  the pointer given to HaldenReader_Initialise
 using ReaderErrorCallback = void (*)(void* first, const conduit::ReaderErrorInfo* error,
                                      void* context);
 
-/// Switches the library's own log on or off. [before HaldenReader_Initialise]
+/// Turns the library's own log on or off. [before HaldenReader_Initialise]
 /// @param level  0 (failures only) to 5 (everything)
-/// @param mask   all bits set: every part of the library
+/// @param mask   all bits set: logs every part of the library
 /// @param file   the log file's name; copied
 /// @returns 0, or the library's error code.
 HALDEN_READER_API std::int32_t HaldenReader_EnableLogging(bool enable, std::int32_t level,
                                                           std::int32_t mask, const char* file);
 
-/// Starts the reader; its callbacks may come before this returns.
+/// Starts the reader, which may call the callbacks before this returns.
 /// @param reserved4, reserved5, reserved6  null, false, false
-/// @param context  handed back to every callback
+/// @param context  passed to every callback
 /// @returns 0, or the library's error code when the reader did not start.
 HALDEN_READER_API std::int32_t HaldenReader_Initialise(ReaderDataCallback dataCallback,
                                                        ReaderEventCallback eventCallback,
@@ -57,11 +57,11 @@ HALDEN_READER_API std::int32_t HaldenReader_Initialise(ReaderDataCallback dataCa
                                                        void* reserved4, bool reserved5,
                                                        bool reserved6, void* context);
 
-/// What the reader is doing now: a ReaderState. [any thread, callbacks included]
+/// Returns the reader's current state: a ReaderState. [any thread, callbacks included]
 HALDEN_READER_API std::int32_t HaldenReader_GetState();
 
-/// Stops the reader. When it returns, no callback is under way, except the one
-/// that called it, if one did. [any thread, callbacks included]
+/// Stops the reader. When it returns, no callback is running, except the one
+/// that called it, if any. [any thread, callbacks included]
 /// @returns 0, or the library's error code.
 HALDEN_READER_API std::int32_t HaldenReader_Shutdown();
 

@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
@@ -7,36 +7,36 @@
 
 namespace conduit {
 
-/// Where the host receives what a module delivers.
+/// Receives everything that a module delivers.
 ///
-/// Every pointer passed in is lent for the duration of the call; the host
-/// copies what it keeps. No text is ever null. The calls come on the thread
-/// that produced the data: the reader's own for everything except the state
-/// report of IInputModule::Initialise, which comes on its caller's thread. A
-/// reader with several threads may call several operations at once.
+/// Every pointer is valid for the duration of the call; the host copies what it
+/// keeps. No text is ever null. The module calls on a reader thread, with one
+/// exception: the state report of IInputModule::Initialise comes on the thread
+/// that called Initialise. A reader with several threads may call several
+/// operations at once.
 ///
 /// The module never destroys a host, so there is no virtual destructor: it
-/// would take a slot of the table that the module calls through.
+/// would take a slot of the vtable that the module calls through.
 class IInputModuleHost {
  public:
-  /// Reserved: these hold the first three slots of the table. Never called.
+  /// Reserved: these occupy the first three vtable slots. Never called.
   virtual void Reserved1() {}
   virtual void Reserved2() {}
   virtual void Reserved3() {}
 
   /// Receives one item. [reader thread]
   /// @param name        the item's name, "CODELINE_SURNAME"
-  /// @param itemType    what the data is: see ItemType.h
+  /// @param itemType    the kind of data: see ItemType.h
   /// @param length      bytes at `data`, without a terminating NUL
   /// @param data        the item's bytes. Text items end in a NUL; images,
-  ///                    chip data and barcodes need not, and may be null when
-  ///                    the reader gave none
+  ///                    chip data and barcodes need not, and are null when the
+  ///                    reader supplied none
   /// @param properties  of a barcode: "feature", its 0-based position among the
   ///                    barcodes of the same read; null for every other item
   /// @param last        false only for a barcode that is not the last of its read
   /// @returns StopRecord (1) in answer to "UNKNOWN_DOCUMENT" or "BAD_CHARS" to
-  ///          receive nothing more of that codeline; anything else goes on.
-  ///          The answer to any other item changes nothing.
+  ///          receive nothing more of that codeline; anything else to continue.
+  ///          The module ignores the answer to any other item.
   virtual std::int32_t SendData(const char* name, ItemType itemType, std::int32_t length,
                                 const void* data, IStringMap* properties, bool last) = 0;
 
@@ -50,16 +50,16 @@ class IInputModuleHost {
   virtual void EndData() = 0;
 
   /// Asks the host to make the named script its active one. [reader thread]
-  /// @returns 0 for success; anything else keeps the remaining actions of the
-  ///          same condition from running.
+  /// @returns 0 for success; anything else skips the remaining actions of the
+  ///          same condition.
   virtual std::int32_t SetActiveScript(const char* name) = 0;
 
-  /// The reader's state after an event, an error or Initialise, "Reading";
-  /// empty for a state that has no name. [reader thread; Initialise]
+  /// Receives the reader's state, "Reading", after an event, an error or
+  /// Initialise; empty for a state without a name. [reader thread; Initialise]
   virtual void ReportState(const char* text) = 0;
 
-  /// The reader's error text; empty when no error stands, which every event
-  /// reports first. [reader thread]
+  /// Receives the reader's error text. The empty text means that there is no
+  /// current error; one precedes every event. [reader thread]
   virtual void ReportError(const char* text) = 0;
 
  protected:

@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
@@ -6,10 +6,10 @@
 
 namespace conduit {
 
-/// What every module can do: be configured by named parameters and destroyed.
+/// The base of every module: named parameters and destruction.
 ///
 /// A host destroys a module through CIM_Destroy, never with delete: the module
-/// lives in the heap of the library it came from.
+/// lives in the heap of its own library.
 class IModule {
  public:
   CONDUIT_DESTRUCTOR_SLOT(IModule);
@@ -17,14 +17,13 @@ class IModule {
   /// Sets a parameter from text. [host thread & reader stopped]
   /// @param name   the parameter's name, case-sensitive
   /// @param value  the text; copied
-  /// @returns 0; ResultUnknownParameter; or the parameter's refusal:
-  ///          ResultValueMissing, ResultInvalidValue. A refused value changes
-  ///          nothing.
+  /// @returns 0, ResultUnknownParameter, ResultValueMissing or
+  ///          ResultInvalidValue. A refused value changes nothing.
   virtual std::int32_t SetParameter(const char* name, const char* value) = 0;
 
-  /// Reads back the text that a parameter was last set to; empty until it has
-  /// been set, whatever its default. [host thread]
-  /// @param value  not null; receives text that the module owns, good until
+  /// Gets the text that a parameter was last set to; empty until it is first
+  /// set, whatever its default. [host thread]
+  /// @param value  not null; receives text that the module owns, valid until
   ///               the parameter is next set or the module is destroyed; not
   ///               written on failure
   /// @returns 0 or ResultUnknownParameter.

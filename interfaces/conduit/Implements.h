@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include "Compiler.h"
 
@@ -6,11 +6,11 @@ namespace conduit {
 
 #if defined(CONDUIT_DESTRUCTOR_IS_OPERATION)
 
-/// What a class derives from to implement an interface whose destructor stands in its
-/// table: `class Properties : public Implements<IStringMap>`. It is the interface
-/// itself where the compiler's virtual destructor has one slot; where not, it supplies
-/// the operation that stands for it. The class and those derived from it have a
-/// virtual destructor like any other.
+/// The base of a class that implements an interface with a destructor slot:
+/// `class Properties : public Implements<IStringMap>`. Where CONDUIT_DESTRUCTOR_IS_OPERATION
+/// is not defined it is the interface itself; otherwise it defines the function that
+/// fills the slot. The class and those derived from it have an ordinary virtual
+/// destructor.
 template <typename Interface>
 class Implements : public Interface {
  public:
@@ -32,8 +32,8 @@ class Implements : public Interface {
   Implements& operator=(const Implements&) = default;
 };
 
-/// Destroys an object of the interface and frees its memory, in the library that it
-/// came from. Does nothing to null, as delete.
+/// Destroys an object of the interface and frees its memory, in the library that
+/// created it. Ignores null, as delete does.
 template <typename Interface>
 void Destroy(Interface* object) {
   if (object != nullptr) {

@@ -1,14 +1,14 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstddef>
 
 namespace conduit {
 
-/// The items that a module makes of the reader's records, by the names under which a
-/// host receives them; those that are handed on as they come stand in ReaderItem.h.
+/// The names of the items that a module makes from the reader's records. ReaderItem.h has
+/// the names of the items that it passes on unchanged.
 namespace ItemName {
 
-/// Where a codeline or a swipe comes from: InputSource::Ocr or InputSource::Mag.
+/// The source of a codeline or a swipe: InputSource::Ocr or InputSource::Mag.
 inline constexpr char InputSource[] = "INPUT_SOURCE";
 
 inline constexpr char CodelineData[] = "CODELINE_DATA";
@@ -64,8 +64,8 @@ inline constexpr char SwipeTrack3[] = "SWIPE_MSR_TRACK_3";
 
 }  // namespace ItemName
 
-/// The items of a recognised document's codeline, in the order of their delivery; of any
-/// other document the first CodelineTextCount.
+/// The items of a recognised document's codeline, in the order of delivery. Any other
+/// document has only the first CodelineTextCount.
 inline constexpr const char* CodelineItems[] = {
     ItemName::CodelineData,          ItemName::CodelineLine1,
     ItemName::CodelineLine2,         ItemName::CodelineLine3,
@@ -81,7 +81,7 @@ inline constexpr const char* CodelineItems[] = {
 };
 inline constexpr std::size_t CodelineTextCount = 4;
 
-/// The items of a licence or identity card after AAMVA, in the order of their delivery.
+/// The items of an AAMVA licence or identity card, in the order of delivery.
 inline constexpr const char* LicenceItems[] = {
     ItemName::LicenceNumber,      ItemName::LicenceFullName,
     ItemName::LicenceSurname,     ItemName::LicenceForename,
@@ -105,13 +105,13 @@ inline constexpr char Mag[] = "MAG";
 
 }  // namespace InputSource
 
-/// Items that tell something of the codeline under way, before it, and carry one blank.
-/// The answer StopRecord keeps the codeline from being delivered.
+/// Items that precede a codeline to signal a fact about it; each carries one blank.
+/// The answer StopRecord suppresses the codeline.
 namespace Signal {
 
-/// The reader did not find out what document it is.
+/// The reader did not identify the document.
 inline constexpr char UnknownDocument[] = "UNKNOWN_DOCUMENT";
-/// The codeline has a character of the parameter BadChars.
+/// The codeline contains a character of the parameter BadChars.
 inline constexpr char BadChars[] = "BAD_CHARS";
 
 }  // namespace Signal
@@ -132,12 +132,12 @@ inline constexpr char ResidenceCard[] = "RESIDENCE CARD";
 inline constexpr char Passport[] = "PASSPORT";
 inline constexpr char IdentityCard[] = "IDENTITY CARD";
 inline constexpr char DrivingLicence[] = "DRIVING LICENCE";
-/// As the empty text: the reader did not find out.
+/// Same meaning as the empty text: the reader did not identify the document.
 inline constexpr char Unknown[] = "UNKNOWN DOCUMENT";
 
 }  // namespace DocumentType
 
-/// The types of which a module delivers the fields.
+/// The document types whose fields a module delivers.
 inline constexpr const char* RecognisedDocumentTypes[] = {
     DocumentType::Visa,         DocumentType::ResidenceCard,  DocumentType::Passport,
     DocumentType::IdentityCard, DocumentType::DrivingLicence,

@@ -1,14 +1,14 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
 namespace conduit {
 
-/// What kind of data an item carries, as sent with it to the host.
+/// The kind of data of an item, sent to the host with it.
 ///
-/// Barcodes use all of 0 to 5, chosen by the format in which the reader
-/// decoded their data; every other item is text or image. A plain integer
-/// rather than an enumeration, because hosts take it as one.
+/// Barcodes use all of 0 to 5, by the format of the decoded data; every other
+/// item is text or image. A plain integer rather than an enumeration, because
+/// the binary interface passes one.
 using ItemType = std::int32_t;
 
 inline constexpr ItemType ItemTypeUnknown = 0;

@@ -1,10 +1,10 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
 namespace conduit {
 
-/// How much a message matters, as IModuleLogger::Log receives it.
+/// The level of a log message, as IModuleLogger::Log receives it.
 enum MessageLevel : std::int32_t {
   MessageFailure = 0,        ///< a failure or a refusal
   MessageUnknownName = 1,    ///< a request that names no known parameter

@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
@@ -7,18 +7,18 @@
 #include "IModuleLogger.h"
 
 /// The two functions that a module's library exports, by exactly these names.
-/// A host that loads the library at run time finds them by name and casts them
-/// to the types below.
+/// A host loads the library at run time, finds them by name and casts them to
+/// the types below.
 
 extern "C" {
 
 /// Creates a module. [host thread]
-/// @param logger  where the module writes its log, borrowed for the module's
-///                life; null for no log
-/// @param module  receives the new module, which the caller gives back with
-///                CIM_Destroy
-/// @returns 0, or ResultNullPointer when `module` is null. An allocation that
-///          fails passes the allocator's exception on.
+/// @param logger  receives the module's log; borrowed for the module's life; null
+///                for no log
+/// @param module  receives the new module; the caller owns it and destroys it
+///                with CIM_Destroy
+/// @returns 0, or ResultNullPointer when `module` is null. Throws the allocator's
+///          exception when an allocation fails.
 CONDUIT_EXPORT std::int32_t CIM_GetInputModule(conduit::IModuleLogger* logger,
                                                conduit::IInputModule** module);
 

@@ -1,29 +1,29 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
 namespace conduit {
 
-/// The parameters of the full-page module, by the names under which a host sets them.
+/// The names of the full-page module's parameters.
 namespace ParameterName {
 
-/// How much the reader library logs: LogLevelLow to LogLevelHigh.
+/// The level of the reader library's log: LogLevelLow to LogLevelHigh.
 inline constexpr char LogLevel[] = "LogLevel";
 /// The reader library's log file; not empty.
 inline constexpr char LogFileName[] = "LogFileName";
 
-// strftime formats of the items whose names end in _FORMATTED.
+// The strftime formats of the items whose names end in _FORMATTED.
 inline constexpr char DateOfBirthFormat[] = "DateOfBirthFormat";
 inline constexpr char ExpiryDateFormat[] = "ExpiryDateFormat";
 inline constexpr char IssueDateFormat[] = "IssueDateFormat";
 
-/// The characters of a codeline that Signal::BadChars tells of; not empty.
+/// The characters that raise Signal::BadChars when a codeline contains one; not empty.
 inline constexpr char BadChars[] = "BadChars";
 
 }  // namespace ParameterName
 
-/// What holds until a host sets the parameter. GetParameter gives the empty text till
-/// then.
+/// The values in effect until a host sets the parameter. GetParameter returns the empty
+/// text until then.
 namespace ParameterDefault {
 
 inline constexpr std::int32_t LogLevel = 1;

@@ -1,8 +1,8 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 namespace conduit {
 
-/// What a module can wait for, as IInputModule::AddCondition takes it.
+/// The kinds of condition, for IInputModule::AddCondition.
 namespace ConditionKind {
 
 /// The operand is a reader event: see ReaderEventNames.
@@ -10,7 +10,7 @@ inline constexpr char ReceiveEvent[] = "ReceiveEvent";
 
 }  // namespace ConditionKind
 
-/// What a module can do then, as IInputModule::AddAction takes it.
+/// The kinds of action, for IInputModule::AddAction.
 namespace ActionKind {
 
 /// The operand is the name of one of the host's scripts.

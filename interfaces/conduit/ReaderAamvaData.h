@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstddef>
 #include <cstdint>
@@ -7,7 +7,7 @@
 
 namespace conduit {
 
-/// Unit of a height or a weight, as ReaderAamvaData codes it.
+/// Unit code of a height or a weight in ReaderAamvaData.
 enum class ReaderMeasurementUnit : std::int32_t {
   Unknown = 0,
   Inch = 1,
@@ -16,8 +16,8 @@ enum class ReaderMeasurementUnit : std::int32_t {
   Kilogram = 4,
 };
 
-/// The text of each unit, by its code; a code beyond the table, or below it, has that of 0.
-/// So have the two tables below.
+/// The text of each unit, indexed by its code. In this table and the two below, a code
+/// outside the table has the text of code 0.
 inline constexpr const char* ReaderMeasurementUnitNames[] = {"Unknown", "in", "cm", "lb", "kg"};
 static_assert(sizeof ReaderMeasurementUnitNames / sizeof *ReaderMeasurementUnitNames ==
               static_cast<std::int32_t>(ReaderMeasurementUnit::Kilogram) + 1);
@@ -61,10 +61,10 @@ static_assert(sizeof ReaderEyeColorNames / sizeof *ReaderEyeColorNames ==
 
 #pragma pack(push, 1)
 
-/// The holder's data of a driving licence or identity card after the AAMVA
-/// DL/ID Card Design Standard, as the reader library hands it over. Texts are
-/// NUL-terminated bytes, integers little-endian. Belongs to the library, is
-/// good during the data callback only, and may stand at any address.
+/// The holder's data of a driving licence or identity card, from the data elements
+/// of the AAMVA DL/ID Card Design Standard. Texts are NUL-terminated bytes,
+/// integers little-endian. The reader library owns the record; it is valid during
+/// the data callback only and may be unaligned.
 struct ReaderAamvaData {
   char licenceNumber[3000];
   char fullName[3000];

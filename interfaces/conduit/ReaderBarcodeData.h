@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstddef>
 #include <cstdint>
@@ -7,15 +7,14 @@ namespace conduit {
 
 #pragma pack(push, 1)
 
-/// One barcode, as the reader library hands it over. Integers are little-endian.
-/// Belongs to the library, is good during the data callback only, and may stand
-/// at any address.
+/// One barcode. Integers are little-endian. The reader library owns the record; it
+/// is valid during the data callback only and may be unaligned.
 struct ReaderBarcodeData {
   char reserved0[36];
   std::int32_t index;  ///< 0-based position among the barcodes of the same read
   std::int32_t count;  ///< number of barcodes in the read
   char reserved44[8];
-  std::int32_t format;  ///< how the data is to be taken: see ReaderItem.h
+  std::int32_t format;  ///< format code of the data: see ReaderItem.h
   const void* data;
   std::int32_t length;  ///< bytes at `data`
 };

@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstddef>
 #include <cstdint>
@@ -9,9 +9,9 @@ namespace conduit {
 
 #pragma pack(push, 1)
 
-/// A decoded codeline (machine-readable zone), as the reader library hands it
-/// over. Texts are NUL-terminated bytes, integers little-endian. Belongs to the
-/// library, is good during the data callback only, and may stand at any address.
+/// A decoded codeline (machine-readable zone, MRZ). Texts are NUL-terminated bytes,
+/// integers little-endian. The reader library owns the record; it is valid during
+/// the data callback only and may be unaligned.
 struct ReaderCodelineData {
   char codeline[204];  ///< the whole codeline text
   char line1[200];

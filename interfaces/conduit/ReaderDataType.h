@@ -1,11 +1,11 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
 namespace conduit {
 
-/// What a data item of the reader is. A reader may send others, which a module
-/// only logs.
+/// The type of a data item of the reader. A reader may send other codes; a module
+/// only logs them.
 enum class ReaderDataType : std::int32_t {
   Codeline = 0,        ///< the codeline as plain text
   CodelineRecord = 1,  ///< ReaderCodelineData, read from the page

@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstddef>
 #include <cstdint>
@@ -7,7 +7,7 @@ namespace conduit {
 
 #pragma pack(push, 1)
 
-/// A date as the reader's records hold it; nothing holds the parts to a range.
+/// A date in a reader's record. The parts may be out of range.
 struct ReaderDate {
   std::int32_t day;    ///< of the month
   std::int32_t month;  ///< 1 = January
@@ -21,8 +21,8 @@ static_assert(offsetof(ReaderDate, month) == 4);
 static_assert(offsetof(ReaderDate, year) == 8);
 static_assert(sizeof(ReaderDate) == 12 && alignof(ReaderDate) == 1);
 
-/// A part with this value marks a date of ReaderAamvaData as absent; codelines
-/// have no such mark.
+/// A part with this value marks a date of ReaderAamvaData as absent. Dates of
+/// ReaderCodelineData are never marked.
 inline constexpr std::int32_t ReaderDateAbsent = -1;
 
 }  // namespace conduit

@@ -1,9 +1,9 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 namespace conduit {
 
-/// A reader error: NUL-terminated text that describes it, as long as it needs to
-/// be. Belongs to the library and is good during the error callback only.
+/// A reader error: its description, a NUL-terminated text of any length. The
+/// library owns it; it is valid during the error callback only.
 struct ReaderErrorInfo {
   char description[1];
 };

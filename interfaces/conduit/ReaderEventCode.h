@@ -1,10 +1,10 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
 namespace conduit {
 
-/// What the reader announces. A reader may send others; they have no name.
+/// The events of a reader. A reader may send other codes; they have no name.
 enum class ReaderEventCode : std::int32_t {
   DocOnWindow = 0,
   DocRemoved = 1,
@@ -35,8 +35,8 @@ enum class ReaderEventCode : std::int32_t {
   SwipeReaderDisconnected = 26,
 };
 
-/// The name of each event, by its code: what the host receives and what a
-/// condition waits for.
+/// The name of each event, indexed by its code: the host receives it, and a
+/// condition waits for it.
 inline constexpr const char* ReaderEventNames[] = {
     "DOC_ON_WINDOW",
     "DOC_REMOVED",

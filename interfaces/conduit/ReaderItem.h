@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstddef>
 #include <cstdint>
@@ -8,23 +8,23 @@
 
 namespace conduit {
 
-/// What a module does with an item of the reader.
+/// How a module treats an item of the reader.
 enum class ReaderItemKind {
-  Text,     ///< hands it on
-  Image,    ///< hands it on
-  Barcode,  ///< hands on what its ReaderBarcodeData holds
-  Record,   ///< makes items of it, which have names of their own: see ItemName.h
+  Text,     ///< passes it on
+  Image,    ///< passes it on
+  Barcode,  ///< passes on the data of its ReaderBarcodeData
+  Record,   ///< translates it to items with the names of ItemName.h
 };
 
-/// An item of the reader, and the name under which a host receives it.
+/// An item of the reader, and its name towards the host.
 struct ReaderItem {
   ReaderDataType type;
   const char* name;  ///< empty for a record
   ReaderItemKind kind;
 };
 
-/// All that a module acts on; any other type is only logged. What comes with every
-/// document stands first.
+/// Every type that a module delivers; it only logs any other type. The types that come
+/// with every document are first, because the search is linear.
 inline constexpr ReaderItem ReaderItems[] = {
     {ReaderDataType::CodelineRecord, "", ReaderItemKind::Record},
     {ReaderDataType::ChipCodelineRecord, "", ReaderItemKind::Record},
@@ -55,7 +55,7 @@ inline constexpr ReaderItem ReaderItems[] = {
     {ReaderDataType::BarcodeDataMatrix, "BARCODE_DATAMATRIX", ReaderItemKind::Barcode},
 };
 
-/// The row of a type, or null.
+/// Returns the row of a type, or null.
 constexpr const ReaderItem* FindReaderItem(ReaderDataType type) {
   for (const ReaderItem& item : ReaderItems) {
     if (item.type == type) {
@@ -65,8 +65,8 @@ constexpr const ReaderItem* FindReaderItem(ReaderDataType type) {
   return nullptr;
 }
 
-/// The item type of a barcode, by the format code of its record; a code beyond
-/// the table, or below it, is ItemTypeUnknown.
+/// The item type of a barcode, indexed by the format code of its record. A code
+/// outside the table is ItemTypeUnknown.
 inline constexpr ItemType ReaderBarcodeItemTypes[] = {
     ItemTypeText,  ItemTypeText,           ItemTypeUnknown,         ItemTypeUnknown,
     ItemTypeImage, ItemTypeImage,          ItemTypeBarcodeFormat6,  ItemTypeUnknown,
@@ -74,7 +74,7 @@ inline constexpr ItemType ReaderBarcodeItemTypes[] = {
     ItemTypeImage,
 };
 
-/// The highest format code that means something to a module.
+/// The highest format code in the table.
 inline constexpr std::int32_t LastReaderBarcodeFormat = 12;
 static_assert(sizeof ReaderBarcodeItemTypes / sizeof *ReaderBarcodeItemTypes ==
               LastReaderBarcodeFormat + 1);

@@ -1,4 +1,4 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstddef>
 #include <cstdint>
@@ -16,37 +16,37 @@ namespace conduit {
 ///     2024-05-01T09:30:00.120Z 1 document 05-passport.png
 ///     2024-05-01T09:30:00.120Z 1 note 05-passport.png: no barcode found on the page
 ///
-/// A host learns from it what a document comes from and what is doubtful about it. The kind
-/// is always there and the text is escaped, so that no file name and no other free text is
-/// taken for a line of another kind, or for two lines. A line of another form is that of
-/// another reader library's log, and has no structure.
+/// A host reads from it the source of a document and the warnings about it. The kind is
+/// mandatory and the text is escaped, so a file name or other free text cannot imitate a
+/// line of another kind, or a second line. A line of any other form comes from another
+/// reader library and has no structure.
 enum class ReaderLogKind : std::int32_t {
   Note = 0,      ///< anything else
-  Document = 1,  ///< the text names what the document comes from whose lines follow
-  Warning = 2,   ///< what is doubtful
+  Document = 1,  ///< the text names the source of the document whose lines follow
+  Warning = 2,   ///< the text says why a result is doubtful
 };
 
-/// The word of each kind, by its number.
+/// The word of each kind, indexed by its number.
 inline constexpr std::string_view ReaderLogKindNames[] = {"note", "document", "warning"};
 
-/// The form of a line's time, in UTC, after ISO 8601; each d is a digit.
+/// The form of a line's time: UTC, ISO 8601; each d is a digit.
 inline constexpr std::string_view ReaderLogTimeForm = "dddd-dd-ddTdd:dd:dd.dddZ";
 
 struct ReaderLogLine {
   std::int32_t level;  ///< 0 to 9
   ReaderLogKind kind;
-  std::string text;  ///< as it was before it was escaped
+  std::string text;  ///< unescaped
 };
 
-/// Writes one line with its end. Allocates nothing.
+/// Writes one line with its line end. Does not allocate.
 ///
-/// Every control character of the text becomes \xHH, and so does an x after a backslash;
-/// all other bytes stay as they are. So a path of Windows remains readable, and
-/// ParseReaderLogLine gets the exact bytes back.
+/// Escapes every control character of the text, and an x after a backslash, as \xHH; all
+/// other bytes stay unchanged. So a Windows path remains readable, and ParseReaderLogLine
+/// restores the exact bytes.
 /// @param output  receives the pieces of the line by append(const char*, std::size_t)
 /// @param time    of the form ReaderLogTimeForm
 /// @param level   0 to 9
-/// @param texts   the parts that make up the text
+/// @param texts   the text, in pieces
 template <typename Output>
 void WriteReaderLogLine(Output& output, std::string_view time, std::int32_t level,
                         ReaderLogKind kind, std::initializer_list<std::string_view> texts) {
@@ -76,8 +76,9 @@ void WriteReaderLogLine(Output& output, std::string_view time, std::int32_t leve
   put("\n");
 }
 
-/// @param line  without its end
-/// @returns nothing for a line of another form or of an unknown kind.
+/// Parses a line that WriteReaderLogLine wrote.
+/// @param line  without its line end
+/// @returns std::nullopt for a line of another form or of an unknown kind.
 inline std::optional<ReaderLogLine> ParseReaderLogLine(std::string_view line) {
   const auto isDigit = [](char character) { return character >= '0' && character <= '9'; };
   const auto valueOf = [&isDigit](char digit) {
@@ -118,17 +119,17 @@ inline std::optional<ReaderLogLine> ParseReaderLogLine(std::string_view line) {
   return ReaderLogLine{level, static_cast<ReaderLogKind>(kind), std::move(text)};
 }
 
-/// What a reader library says, as its error, of a log that it cannot write: between these
-/// stands the log file's name, and behind them the reason.
+/// A reader library reports a log that it cannot write as the error: start, the log file's
+/// name, middle, the reason.
 inline constexpr std::string_view ReaderLogErrorStart = "the log file \"";
 inline constexpr std::string_view ReaderLogErrorMiddle = "\" cannot be written: ";
 
-/// Returns whether the error says that the reader library cannot write this log. A host that
-/// follows the log knows by it that it missed lines.
+/// Returns whether the error reports that the reader library cannot write this log. A host
+/// that follows the log has then missed lines.
 ///
-/// An error may begin with the name of a page's file, which anybody can choose, but no file
-/// name holds a path: a host is safe from such names that names its log by a path.
-/// @param log  the file's name, as the reader library was given it
+/// An error may begin with a page's file name, which an outsider can choose. A file name
+/// contains no path, so a log named by a path cannot be imitated.
+/// @param log  the log file's name, as the host passed it to the reader library
 inline bool IsReaderLogError(std::string_view error, std::string_view log) {
   for (const std::string_view part : {ReaderLogErrorStart, log, ReaderLogErrorMiddle}) {
     if (error.substr(0, part.size()) != part) {

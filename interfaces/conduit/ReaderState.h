@@ -1,11 +1,10 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
 namespace conduit {
 
-/// What the reader says of itself when asked. A reader may answer others; they
-/// have no name.
+/// The states of a reader. A reader may return other codes; they have no name.
 enum class ReaderState : std::int32_t {
   NotInitialised = 0,
   Enabled = 1,
@@ -18,7 +17,7 @@ enum class ReaderState : std::int32_t {
   Suspended = 8,
 };
 
-/// The text reported to the host for each state, by its code.
+/// The text reported to the host for each state, indexed by its code.
 inline constexpr const char* ReaderStateNames[] = {
     "Not Initialised", "Enabled",     "Disabled",   "Asleep",    "Reading",
     "Error",           "Fatal Error", "Terminated", "Suspended",

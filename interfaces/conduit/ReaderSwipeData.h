@@ -1,12 +1,12 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstddef>
 
 namespace conduit {
 
-/// The tracks of a swiped magnetic-stripe card, as the reader library hands them
-/// over: NUL-terminated bytes. Belongs to the library, is good during the data
-/// callback only, and may stand at any address.
+/// The tracks of a swiped magnetic-stripe card: NUL-terminated bytes. The reader
+/// library owns the record; it is valid during the data callback only and may be
+/// unaligned.
 struct ReaderSwipeData {
   char track1[1024];
   char track2[1024];

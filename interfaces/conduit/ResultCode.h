@@ -1,10 +1,10 @@
-#pragma once  // stands alone in C++17
+#pragma once  // self-contained; C++17
 
 #include <cstdint>
 
 namespace conduit {
 
-/// What the module's operations and exported functions answer, as int32.
+/// The results of the module's operations and exported functions.
 enum ResultCode : std::int32_t {
   ResultSuccess = 0,
   ResultUnknownParameter = 2,   ///< no parameter has the name
@@ -13,12 +13,12 @@ enum ResultCode : std::int32_t {
   ResultValueMissing = 5,       ///< a required parameter value is empty
   ResultNoHost = 5,             ///< an action ran while no host was set
   ResultInvalidValue = 6,       ///< a parameter value breaks a rule
-  ResultNullPointer = 6,        ///< a null pointer was given to an exported function
+  ResultNullPointer = 6,        ///< an exported function received a null pointer
   ResultReaderNotStarted = 13,  ///< the reader or its library refused to start
 };
 
-/// The one answer to IInputModuleHost::SendData that means something to the
-/// module: deliver nothing more of the codeline record that is under way.
+/// The only answer of IInputModuleHost::SendData that the module acts on: it
+/// delivers nothing more of the current codeline record.
 inline constexpr std::int32_t StopRecord = 1;
 
 }  // namespace conduit

@@ -3,7 +3,7 @@
 
 #include <conduit/conduit_host.h>
 
-/* The first bytes of an item, what is no printable ASCII as \x0a. */
+/* Prints the first bytes of an item; escapes bytes other than printable ASCII as \x0a. */
 static void print_start(const unsigned char* data, int32_t length) {
   const int32_t shown = length < 40 ? length : 40;
   for (int32_t i = 0; data != NULL && i < shown; ++i) {
@@ -41,7 +41,7 @@ static void on_error(void* context, const char* text) {
   }
 }
 
-/* Says why the last call failed. */
+/* Prints why the last call failed and returns the exit status. */
 static int failed(conduit_host host) {
   char reason[1024];
   conduit_host_last_error(host, reason, sizeof reason);
@@ -76,7 +76,7 @@ int main(int count, char** arguments) {
     return 1;
   }
   const int status = play(host, arguments[1], arguments[2]);
-  conduit_host_destroy(host); /* no callback comes behind it */
+  conduit_host_destroy(host); /* no callback follows it */
   printf("%d items\n", items);
   return status;
 }

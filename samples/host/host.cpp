@@ -7,7 +7,7 @@
 
 using namespace conduit;
 
-/// Takes what the module logs and delivers; the deliveries come on the reader's threads.
+/// Prints what the module logs and delivers. Deliveries come on the reader's threads.
 class Host final : public IModuleLogger, public IInputModuleHost {
  public:
   virtual ~Host() = default;
@@ -52,7 +52,7 @@ int main(int count, char** arguments) {
       return 1;
     }
     host.disconnected.acquire();
-    module->Shutdown();  // no delivery is under way when it returns
+    module->Shutdown();  // when it returns, no delivery is running
     return 0;
   } catch (const ModuleError& problem) {
     std::fprintf(stderr, "%s\n", problem.what());

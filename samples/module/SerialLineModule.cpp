@@ -20,7 +20,7 @@ constexpr const char* LineItem = "SERIAL_LINE";
 constexpr std::size_t LongestLine = 4096;
 constexpr const char* ReadTag = "SerialLineModule::ReadLines";
 
-/// Delivers each line that comes through a serial port as a document of one text item.
+/// Delivers each line received from a serial port as a document with one text item.
 class SerialLineModule final : public BaseInputModule {
  public:
   explicit SerialLineModule(IModuleLogger* logger) : BaseInputModule(logger, "SerialLine") {
@@ -33,7 +33,7 @@ class SerialLineModule final : public BaseInputModule {
 
   std::int32_t Initialise() override {
     try {
-      reader.Stop();  // an earlier run holds its port to its end
+      reader.Stop();  // an earlier run keeps its port open
       if (Port.length == 0) {
         throw std::runtime_error("the parameter Port names no serial port");
       }
@@ -84,7 +84,7 @@ class SerialLineModule final : public BaseInputModule {
       if (!std::exchange(hadNul, true)) {
         Log(logger, MessageFailure, ReadTag, "Left NUL bytes out of a line");
       }
-      return;  // no text item can hold one
+      return;  // a text item cannot contain NUL
     }
     const bool endsPair = byte == '\n' && afterReturn;
     afterReturn = byte == '\r';
@@ -130,13 +130,13 @@ class SerialLineModule final : public BaseInputModule {
 
   BaseString<char> Port;
   std::int32_t BaudRate = 9600;
-  // Of the line that is being read, by the reader's thread alone.
+  // The current line; used on the reader's thread only.
   std::string line;
   bool hadNul = false;
   bool tooLong = false;
   bool afterReturn = false;
 
-  DeviceThread reader;  ///< last, so that it ends before what it uses goes
+  DeviceThread reader;  ///< last, so that it ends before the fields it uses are destroyed
 };
 
 }  // namespace

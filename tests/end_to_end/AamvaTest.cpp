@@ -35,7 +35,7 @@ class AamvaTest : public ModuleTest {
     record->eyeColor = 9;
   }
 
-  /// The value of an item after the record was sent.
+  /// Sends the record and returns the value of an item.
   std::string ValueOf(const std::string& name) {
     reader.SendRecord(ReaderDataType::AamvaBarcodeRecord, *record);
     for (const std::string& line : journal.Take()) {
@@ -50,7 +50,7 @@ class AamvaTest : public ModuleTest {
   std::unique_ptr<ReaderAamvaData> record = std::make_unique<ReaderAamvaData>();
 };
 
-TEST_F(AamvaTest, LicenceGivesTwentyFourItems) {
+TEST_F(AamvaTest, LicenceIsDeliveredAsTwentyFourItems) {
   module->SetParameter("IssueDateFormat", "%Y");
   journal.Take();
   Lines expected = {"log 2 FullPageInputModule::ProcessFullPageData: ItemName: "};
@@ -87,7 +87,7 @@ TEST_F(AamvaTest, LicenceGivesTwentyFourItems) {
 }
 
 TEST_F(AamvaTest, LongTextsAreLoggedAndDeliveredWhole) {
-  // About the room that a log line is first given, and the most that a field holds.
+  // Around the stack buffer of a log line, and the longest text of a field.
   for (const std::size_t length : {400U, 440U, 441U, 442U, 443U, 444U, 445U, 446U, 450U, 2999U}) {
     const std::string name(length, 'x');
     std::strcpy(record->surname, name.c_str());
@@ -111,7 +111,7 @@ TEST_F(AamvaTest, AbsentDateIsEmptyButStillFormatted) {
   EXPECT_EQ(ValueOf("AAMVA_PARSED_ISSUEDATE_FORMATTED"), "01-01-1985");
 }
 
-TEST_F(AamvaTest, CodesBecomeWords) {
+TEST_F(AamvaTest, UnitAndColourCodesAreDeliveredAsWords) {
   struct {
     std::int32_t value;
     std::int32_t unit;

@@ -18,7 +18,7 @@ class CallbackTest : public ModuleTest {
       "log 2 FullPageInputModule::ProcessFullPageData: ItemName: ";
 };
 
-TEST_F(CallbackTest, PlainItemsAreHandedOnByPointer) {
+TEST_F(CallbackTest, PlainItemsKeepTheReadersPointer) {
   struct {
     std::int32_t type;
     const char* name;
@@ -37,7 +37,7 @@ TEST_F(CallbackTest, PlainItemsAreHandedOnByPointer) {
                                                 row.itemType + " 1000 last"));
     EXPECT_EQ(host.lastData, data);
   }
-  // What the reader gives is not looked at, not even for its being there.
+  // The module passes the pointer on unread, even null.
   reader.SendData(ReaderDataType::ImageVis, 1000, nullptr);
   EXPECT_THAT(TakeHostCalls(), ElementsAre("SendData IMAGEVIS 5 1000 last"));
   reader.SendData(ReaderDataType::ChipDataGroup1, 1000, nullptr);
@@ -63,7 +63,7 @@ TEST_F(CallbackTest, RecordsAndBarcodesWithoutDataDeliverNothing) {
   }
 }
 
-TEST_F(CallbackTest, BarcodesCarryTheirPlaceAndFormat) {
+TEST_F(CallbackTest, BarcodesCarryIndexAndFormat) {
   struct {
     std::int32_t type;
     const char* name;
@@ -95,7 +95,7 @@ TEST_F(CallbackTest, BarcodesCarryTheirPlaceAndFormat) {
                                            "SendData BARCODE_QRCODE 4 4 'data' feature=1 more",
                                            "SendData BARCODE_QRCODE 4 4 'data' feature=2 last"));
 
-  // By format -1, 0, 1 ... 13.
+  // For the formats -1, 0, 1 ... 13.
   const std::string itemTypes[] = {"0", "4", "4", "0", "0", "5", "5", "1",
                                    "0", "5", "2", "3", "0", "5", "0"};
   barcode.data = nullptr;
@@ -109,7 +109,7 @@ TEST_F(CallbackTest, BarcodesCarryTheirPlaceAndFormat) {
   }
 }
 
-TEST_F(CallbackTest, RecordsAreReadFromAnyAddress) {
+TEST_F(CallbackTest, UnalignedRecordsAreRead) {
   alignas(8) char room[sizeof(ReaderBarcodeData) + 1] = {};
   auto& barcode = *reinterpret_cast<ReaderBarcodeData*>(room + 1);
   barcode.index = std::numeric_limits<std::int32_t>::max();
@@ -133,7 +133,7 @@ TEST_F(CallbackTest, SwipeTracksAreDeliveredUnlogged) {
   EXPECT_EQ(journal.Take(), expected);
 }
 
-TEST_F(CallbackTest, EventsReachTheHostInTheirOrder) {
+TEST_F(CallbackTest, CallsOfAnEventKeepTheirOrder) {
   reader.state = static_cast<std::int32_t>(ReaderState::Reading);
   module->AddCondition("ReceiveEvent", "START_OF_DOCUMENT_DATA");
   module->AddAction("ReceiveEvent", "START_OF_DOCUMENT_DATA", "SetActiveScript", "scan");
@@ -148,7 +148,7 @@ TEST_F(CallbackTest, EventsReachTheHostInTheirOrder) {
                   "ReportState 'Reading'"));
 }
 
-TEST_F(CallbackTest, TheStateIsThatOfTheEndOfAnEvent) {
+TEST_F(CallbackTest, StateIsReadAfterTheActionsOfAnEvent) {
   module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");
   module->AddAction("ReceiveEvent", "DOC_ON_WINDOW", "SetActiveScript", "scan");
   host.onScript = [&] { reader.state = static_cast<std::int32_t>(ReaderState::Suspended); };
@@ -156,7 +156,7 @@ TEST_F(CallbackTest, TheStateIsThatOfTheEndOfAnEvent) {
   EXPECT_EQ(journal.Take().back(), "ReportState 'Suspended'");
 }
 
-TEST_F(CallbackTest, EveryEventHasItsNameAndItsSignal) {
+TEST_F(CallbackTest, EachEventSendsItsNameAndDataBracket) {
   for (std::int32_t code = 0; code < 27; ++code) {
     reader.SendEvent(static_cast<ReaderEventCode>(code));
     Lines expected = {"ReportError ''"};
@@ -204,7 +204,7 @@ TEST_F(CallbackTest, ErrorsAreLoggedReportedAndFollowedByTheState) {
   EXPECT_THAT(TakeHostCalls(), ElementsAre("ReportError ''", "ReportState ''"));
 }
 
-TEST_F(CallbackTest, CallbacksMayComeOnSeveralThreadsAtOnce) {
+TEST_F(CallbackTest, CallbacksMayRunConcurrently) {
   constexpr std::size_t threadCount = 4;
   constexpr std::size_t rounds = 50;
   module->AddCondition("ReceiveEvent", "DOC_ON_WINDOW");

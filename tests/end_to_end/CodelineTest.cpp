@@ -42,7 +42,7 @@ class CodelineTest : public ModuleTest {
     return journal.Take();
   }
 
-  /// The four items of every document.
+  /// The expected lines of the items that every document has.
   Lines CodelineItems() const {
     Lines expected = {"log 2 FullPageInputModule::ProcessFullPageData: ItemName: "};
     ExpectItem(expected, "INPUT_SOURCE", "OCR");
@@ -56,7 +56,7 @@ class CodelineTest : public ModuleTest {
   ReaderCodelineData record{};
 };
 
-TEST_F(CodelineTest, RecognisedDocumentGivesTwentyOneItems) {
+TEST_F(CodelineTest, RecognisedDocumentIsDeliveredAsTwentyOneItems) {
   module->SetParameter("ExpiryDateFormat", "%Y%m%d");
   journal.Take();
   Lines expected = CodelineItems();
@@ -80,7 +80,7 @@ TEST_F(CodelineTest, RecognisedDocumentGivesTwentyOneItems) {
   ASSERT_EQ(expected.size(), 1U + 2 * (1 + 21));
   EXPECT_EQ(ItemsAfter(ReaderDataType::CodelineRecord), expected);
 
-  // From elsewhere than the page: the same without its source.
+  // From a source other than the page: the same without INPUT_SOURCE.
   expected.erase(expected.begin() + 1, expected.begin() + 3);
   EXPECT_EQ(ItemsAfter(ReaderDataType::ChipCodelineRecord), expected);
 
@@ -89,14 +89,14 @@ TEST_F(CodelineTest, RecognisedDocumentGivesTwentyOneItems) {
             "SendData CODELINE_SHORT_SEX 4 0 '' last");
 }
 
-TEST_F(CodelineTest, WhatTheRecordHoldsIsDeliveredAsItStands) {
+TEST_F(CodelineTest, FieldsAreDeliveredUnchanged) {
   record.dateOfBirth = {-1, 11, 100};
   record.shortSex = '\xE9';
   const Lines lines = ItemsAfter(ReaderDataType::ChipCodelineRecord);
   EXPECT_THAT(lines, Contains("SendData CODELINE_DATE_OF_BIRTH_STR 4 10 '-01-11-100' last"))
       << "a codeline knows no absent date";
   EXPECT_EQ(lines.back(), "SendData CODELINE_SHORT_SEX 4 1 '\\xE9' last");
-  // Lent where it stands, not as a copy.
+  // The host gets a pointer into the record, not a copy.
   host.stopAt = "CODELINE_SEX";
   const void* sex = nullptr;
   host.onStop = [&] { sex = host.lastData; };
@@ -104,7 +104,7 @@ TEST_F(CodelineTest, WhatTheRecordHoldsIsDeliveredAsItStands) {
   EXPECT_EQ(sex, record.sex);
 }
 
-TEST_F(CodelineTest, HostAnswersToItemsStopNothing) {
+TEST_F(CodelineTest, HostAnswersToItemsAreIgnored) {
   host.otherAnswer = 1;
   EXPECT_EQ(ItemsAfter(ReaderDataType::CodelineRecord).size(), 1U + 2 * (1 + 21));
 }
@@ -138,7 +138,7 @@ TEST_F(CodelineTest, HostMayStopAnUnknownDocument) {
   }
 }
 
-TEST_F(CodelineTest, BadCharacterInTheCodelineIsSaidOnce) {
+TEST_F(CodelineTest, BadCharacterInTheCodelineIsSignalledOnce) {
   const std::string signal = "SendData BAD_CHARS 4 1 ' ' last";
   const auto signals = [&] {
     const Lines lines = ItemsAfter(ReaderDataType::CodelineRecord);
@@ -157,7 +157,7 @@ TEST_F(CodelineTest, BadCharacterInTheCodelineIsSaidOnce) {
   expected.resize(4);
   EXPECT_EQ(ItemsAfter(ReaderDataType::CodelineRecord), expected);
 
-  // What the document is comes first.
+  // UNKNOWN_DOCUMENT precedes BAD_CHARS.
   Put(record.docType, "");
   host.stopAt = "UNKNOWN_DOCUMENT";
   expected[3] = "SendData UNKNOWN_DOCUMENT 4 1 ' ' last";

@@ -12,7 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 
-/// Does something of its own in the middle of a document, at the item of a name.
+/// Calls `meddle` within the delivery of the item `meddleAt`.
 class MeddlingHost final : public IInputModuleHost {
  public:
   explicit MeddlingHost(Journal& journal) : journal(journal) {}
@@ -48,7 +48,7 @@ class FaultTest : public ModuleTest {
     TakeHostCalls();
   }
 
-  /// One of everything that a reader brings.
+  /// Sends one item of every kind.
   Lines PlayEverything() {
     ReaderCodelineData page{};
     ReaderSwipeData swipe{};
@@ -72,13 +72,13 @@ TEST_F(FaultTest, HostThatAnswersEveryCallWithAnErrorStillGetsEveryCall) {
     host.otherAnswer = answer;
     EXPECT_EQ(PlayEverything(), expected) << answer;
   }
-  // A script that fails keeps the next from running, and nothing else.
+  // A failed script skips the next one, and nothing else.
   host.failingScript = "first";
   std::erase(expected, "SetActiveScript second");
   EXPECT_EQ(PlayEverything(), expected);
 }
 
-TEST_F(FaultTest, ErrorAndDisconnectionStandWhereTheyHappenInADocument) {
+TEST_F(FaultTest, ErrorAndDisconnectionKeepTheirOrderWithinADocument) {
   ReaderSwipeData swipe{};
   reader.SendEvent(ReaderEventCode::StartOfSwipeData);
   reader.SendError("Lamp failure");
@@ -97,7 +97,7 @@ TEST_F(FaultTest, ErrorAndDisconnectionStandWhereTheyHappenInADocument) {
                   "EndData", "SendEvent END_OF_SWIPE_DATA", "ReportState 'Terminated'"));
 }
 
-TEST_F(FaultTest, HostMayShutDownOrGoOnReadingFromInsideACall) {
+TEST_F(FaultTest, HostMayShutDownOrBeReenteredWithinACall) {
   MeddlingHost meddler(journal);
   module->SetHost(&meddler);
   ReaderSwipeData swipe{};
@@ -106,7 +106,7 @@ TEST_F(FaultTest, HostMayShutDownOrGoOnReadingFromInsideACall) {
   reader.SendRecord(ReaderDataType::SwipeRecord, swipe);
   EXPECT_THAT(TakeHostCalls(), ElementsAre("INPUT_SOURCE", "SWIPE_MSR_TRACK_1", "reader Shutdown",
                                            "SWIPE_MSR_TRACK_2", "SWIPE_MSR_TRACK_3"));
-  // A reader that calls back while the host is still in its call.
+  // The reader calls back while the host is still in its call.
   meddler.meddle = [this] { reader.SendEvent(ReaderEventCode::DeviceDisconnected); };
   reader.SendRecord(ReaderDataType::SwipeRecord, swipe);
   EXPECT_THAT(TakeHostCalls(),
@@ -114,7 +114,7 @@ TEST_F(FaultTest, HostMayShutDownOrGoOnReadingFromInsideACall) {
                           "SWIPE_MSR_TRACK_2", "SWIPE_MSR_TRACK_3"));
 }
 
-TEST_F(FaultTest, ReaderThatRefusesTwentyTimesStartsAfterwards) {
+TEST_F(FaultTest, StartsAfterTwentyRefusals) {
   const Lines expected = PlayEverything();
   reader.startCode = 3;
   for (int attempt = 0; attempt < 20; ++attempt) {

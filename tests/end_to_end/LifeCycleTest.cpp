@@ -25,7 +25,7 @@ TEST_F(LifeCycleTest, NullPointersAreRefused) {
   EXPECT_EQ(module.Library().destroy(nullptr), 6);
 }
 
-TEST_F(LifeCycleTest, ParametersKeepTheirTextAndTheirRules) {
+TEST_F(LifeCycleTest, ParametersKeepTheirTextAndApplyTheirRules) {
   EXPECT_THAT(Parameters(),
               ElementsAre("-=", "BadChars=", "DateOfBirthFormat=", "ExpiryDateFormat=",
                           "IssueDateFormat=", "LogFileName=", "LogLevel=", "-="));
@@ -75,7 +75,7 @@ TEST_F(LifeCycleTest, InitialiseStartsTheReaderWithTheSettings) {
   EXPECT_EQ(journal.Take().front(), "reader EnableLogging 1 4 -1 other.log");
 }
 
-TEST_F(LifeCycleTest, RefusedStartIsSaidAndMayBeTriedAgain) {
+TEST_F(LifeCycleTest, RefusedStartIsReportedAndCanBeRetried) {
   reader.state = static_cast<std::int32_t>(ReaderState::Error);
   for (const std::int32_t code : {3, -1}) {
     reader.startCode = code;
@@ -97,7 +97,7 @@ TEST_F(LifeCycleTest, ShutdownAlwaysSucceedsAndReportsNothing) {
   EXPECT_THAT(journal.Take(), ElementsAre("reader Shutdown", "reader Shutdown"));
 }
 
-TEST_F(LifeCycleTest, DestroyLeavesTheReaderAlone) {
+TEST_F(LifeCycleTest, DestroyDoesNotStopTheReader) {
   IInputModule* other = nullptr;
   ASSERT_EQ(module.Library().create(nullptr, &other), 0);
   other->SetHost(&host);

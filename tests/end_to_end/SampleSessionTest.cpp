@@ -16,8 +16,8 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// Lets the calls of the host's own thread through first, so that the state report
-/// of Initialise has its place in the journal, and tells when the reader is done.
+/// Delays the reader's calls until Initialise has returned, so that its state report has a
+/// fixed place in the journal, and signals the end of the session.
 class OrderedHost final : public IInputModuleHost {
  public:
   explicit OrderedHost(Journal& journal) : recorder(journal) {}
@@ -52,8 +52,8 @@ class OrderedHost final : public IInputModuleHost {
   std::thread::id hostThread = std::this_thread::get_id();
 };
 
-/// The journal on file, its comments left out, and what is found on pages where
-/// this build does not search them.
+/// Returns the recorded journal without comments, and without the barcodes found on pages
+/// when this build does not search pages.
 Lines ExpectedJournal() {
   Lines lines;
   bool expected = true;
@@ -70,7 +70,7 @@ Lines ExpectedJournal() {
   return lines;
 }
 
-/// In the temporary folder, where other runs of the tests have theirs.
+/// Returns a new path in the temporary folder, distinct from those of other test runs.
 std::filesystem::path NewPath(const std::u8string& name) {
   const std::string number = std::to_string(std::random_device()());
   return std::filesystem::path(testing::TempDir()) /
@@ -99,7 +99,7 @@ Lines Play(const std::filesystem::path& session) {
     host.ended.wait(false);
   }
   EXPECT_EQ(module->Shutdown(), 0);
-  std::error_code stillOpen;  // by the reader, on Windows
+  std::error_code stillOpen;  // on Windows the reader has the file open
   std::filesystem::remove(readerLog, stillOpen);
   return journal.Take();
 }
@@ -114,9 +114,9 @@ void ExpectJournalOnFile(const Lines& actual) {
   }
 }
 
-TEST(SampleSession, GivesTheJournalOnFile) { ExpectJournalOnFile(Play(SESSION_FILE)); }
+TEST(SampleSession, MatchesTheRecordedJournal) { ExpectJournalOnFile(Play(SESSION_FILE)); }
 
-TEST(SampleSession, MayStandInAFolderOfAnyName) {
+TEST(SampleSession, PlaysFromAFolderWithANonAsciiName) {
   const std::filesystem::path session = SESSION_FILE;
   const std::filesystem::path folder = NewPath(u8"Prüf stand Δ");
   std::filesystem::copy(session.parent_path(), folder, std::filesystem::copy_options::recursive);

@@ -38,7 +38,7 @@ class BaseInputModuleTest : public testing::Test {
   BareModule module{&logger};
 };
 
-TEST_F(BaseInputModuleTest, ListsConditionsAsTheyWereAdded) {
+TEST_F(BaseInputModuleTest, ListsConditionsInOrderOfAddition) {
   EXPECT_THAT(Conditions(), ElementsAre("-", "-"));
   EXPECT_EQ(module.AddCondition("ReceiveEvent", "DOC_ON_WINDOW"), 0);
   EXPECT_EQ(module.AddCondition("ReceiveEvent", nullptr), 0);
@@ -104,7 +104,7 @@ TEST_F(BaseInputModuleTest, EventRunsActionsUpToTheFirstFailure) {
   EXPECT_EQ(module.ReceiveEvent(""), 5);
 }
 
-TEST_F(BaseInputModuleTest, TheFirstOfEqualConditionsCounts) {
+TEST_F(BaseInputModuleTest, TheFirstOfEqualConditionsFires) {
   module.SetHost(&host);
   module.AddCondition("ReceiveEvent", "A");
   module.AddAction("ReceiveEvent", "A", "SetActiveScript", "one");
@@ -115,7 +115,7 @@ TEST_F(BaseInputModuleTest, TheFirstOfEqualConditionsCounts) {
   EXPECT_THAT(journal.Take(), ElementsAre("SetActiveScript one"));
 }
 
-/// A host that answers a script with one more action for the same event.
+/// A host that adds an action to the same event whenever a script is set.
 class AddingHost final : public IInputModuleHost {
  public:
   explicit AddingHost(BaseInputModule& module) : module(module) {}
@@ -137,7 +137,7 @@ class AddingHost final : public IInputModuleHost {
   int scripts = 0;
 };
 
-TEST_F(BaseInputModuleTest, AnEventRunsTheActionsOfItsMoment) {
+TEST_F(BaseInputModuleTest, ActionsAddedDuringAnEventDoNotRunForIt) {
   AddingHost adding(module);
   module.SetHost(&adding);
   module.AddCondition("ReceiveEvent", "A");

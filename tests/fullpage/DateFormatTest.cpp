@@ -32,7 +32,8 @@ TEST(DateFormat, CompletesTheCenturyAgainstTheCurrentYear) {
   EXPECT_EQ(CompleteYear(Highest, 2026, true), 2000 + std::int64_t{Highest});
 }
 
-/// The current century, for which the year 99 stands until the year 2099.
+/// The first two digits of the current year. The cases use the year 99 because it is in
+/// the current century until 2099.
 std::string Century() { return std::to_string((LocalTime().tm_year + 1900) / 100); }
 
 TEST(DateFormat, ClampsDayMonthAndYearEachOnItsOwn) {
@@ -69,14 +70,14 @@ TEST(DateFormat, WeekdayIsNotDerived) {
   }
 }
 
-TEST(DateFormat, TakesTextThatNeverFitsAsEmpty) {
+TEST(DateFormat, TextThatDoesNotFitBecomesEmpty) {
   EXPECT_STREQ(FormatDate("", 1, 1, 1, false).buffer, "");
   const std::string fits(1023, 'x');
   EXPECT_EQ(FormatDate(fits.c_str(), 1, 1, 1, false).buffer, fits);
   EXPECT_STREQ(FormatDate((fits + "x").c_str(), 1, 1, 1, false).buffer, "");
 }
 
-TEST(DateFormat, RefusesWhatTheFormatterDoesNotKnow) {
+TEST(DateFormat, RefusesUnknownConversions) {
   const char* const refused[] = {"%",   "%d %", "%Q",   "%i",  "%Ed",
                                  "%OY", "%E",   "%EOy", "%-d", "%\xFF"};
   for (const char* const format : refused) {
@@ -94,7 +95,7 @@ TEST(DateFormat, RefusesWhatTheFormatterDoesNotKnow) {
   EXPECT_STREQ(FormatDate("100%% %d/%m/%y", 5, 11, 85, false).buffer, "100% 05/11/85");
 }
 
-TEST(DateFormat, TakesTheConversionsOfItsSystem) {
+TEST(DateFormat, AcceptsTheConversionsOfItsSystem) {
 #if defined(_WIN32)
   const char* const accepted = "%#d";
   const char* const refused = "%Ey";
@@ -104,13 +105,13 @@ TEST(DateFormat, TakesTheConversionsOfItsSystem) {
 #endif
   EXPECT_TRUE(FormatTime(accepted, LocalTime()).accepted);
   EXPECT_FALSE(FormatTime(refused, LocalTime()).accepted);
-  // Both characters belong to the conversion, and no more.
+  // The conversion consumes exactly both characters.
   for (const char* const end : {"%", "%Q"}) {
     EXPECT_FALSE(FormatTime((std::string(accepted) + end).c_str(), LocalTime()).accepted);
   }
 }
 
-TEST(DateFormat, CountsFromTheLocalYearOfNow) {
+TEST(DateFormat, CompletesTheCenturyFromTheCurrentLocalYear) {
 #if !defined(_WIN32)
   const std::time_t now = std::time(nullptr);
   for (const char* const zone : {"AAA+11:30", "AAA-13:30"}) {  // one of them is far from UTC
@@ -131,8 +132,8 @@ TEST(DateFormat, CountsFromTheLocalYearOfNow) {
   EXPECT_EQ(formatted(year % 100 - 1), std::to_string(year - 1) + " 001");
 }
 
-/// The one item of the module that no translator asks for.
-TEST(ProcessStringDataItem, DeliversABlankInPlaceOfNothing) {
+/// No record produces this item.
+TEST(ProcessStringDataItem, DeliversABlankForANullText) {
   Journal journal;
   RecordingLogger logger(journal);
   RecordingHost host(journal);

@@ -5,7 +5,7 @@
 namespace conduit {
 namespace {
 
-TEST(FeatureMap, KeepsItsFeatureBesideWhatAHostSets) {
+TEST(FeatureMap, KeepsItsFeatureWhenAHostAddsAProperty) {
   FeatureMap map(7);
   EXPECT_EQ(map.Count(), 1);
   EXPECT_STREQ(map.Get("feature"), "7");

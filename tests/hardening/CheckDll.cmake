@@ -1,4 +1,4 @@
-# Fails with every protection that FILE lacks.
+# Fails and lists every protection that FILE lacks.
 execute_process(COMMAND ${READER} --private-headers ${FILE}
                 OUTPUT_VARIABLE contents COMMAND_ERROR_IS_FATAL ANY)
 foreach(protection DYNAMIC_BASE HIGH_ENTROPY_VA NX_COMPAT)
@@ -7,8 +7,8 @@ foreach(protection DYNAMIC_BASE HIGH_ENTROPY_VA NX_COMPAT)
   endif()
 endforeach()
 
-# The checks of stack and buffers are linked in; their names are in the table that
-# the linker leaves for debuggers.
+# The stack and buffer checks are linked statically; the symbol table for debuggers has
+# their names.
 execute_process(COMMAND ${READER} --syms ${FILE}
                 OUTPUT_VARIABLE names COMMAND_ERROR_IS_FATAL ANY)
 if(NOT names MATCHES "__stack_chk_fail")

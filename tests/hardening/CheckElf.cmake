@@ -1,4 +1,4 @@
-# Fails with every protection that FILE lacks.
+# Fails and lists every protection that FILE lacks.
 execute_process(COMMAND ${READER} --wide --program-headers --dynamic --dyn-syms ${FILE}
                 OUTPUT_VARIABLE contents COMMAND_ERROR_IS_FATAL ANY)
 

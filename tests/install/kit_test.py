@@ -35,7 +35,7 @@ def by_cmake(folder):
     return target
 
 def flags_of(library):
-    """What the kit's own description of a library says."""
+    """Returns the compiler and linker flags of a library from its .pc file."""
     return run(pkg_config, "--cflags", "--libs", library,
                PKG_CONFIG_LIBDIR=str(kit / "lib/pkgconfig")).decode().split()
 
@@ -46,17 +46,17 @@ def by_pkg_config(library, source, program, *options):
     return scratch / program
 
 def items_of_conduit(session):
-    """What the sample host prints of each item, told by the console host."""
+    """Returns the item lines expected from the sample host, made from the console host's."""
     lines = run(kit / "bin/conduit", "run", session, "--json", "--set", "DateOfBirthFormat=%d.%m.%Y")
     items = [item for item in map(json.loads, lines.splitlines()) if item["kind"] == "item"]
-    # The sample shows texts alone.
+    # The sample prints values of texts only.
     return "".join(f"  {item['name']} ({item['length']} bytes) "
                    f"{item.get('value', '') if item['itemType'] == 4 else ''}\n" for item in items)
 
 def items_of_host(program, session):
     printed = run(program, kit / "lib/conduit/FullPageInputModule.so",
                   HALDEN_READER_SESSION=str(session)).decode()
-    # A text may have several lines, the names of the other happenings begin theirs.
+    # A text may have several lines; every other line begins with the name of its call.
     items, taken = "", False
     for line in printed.splitlines(keepends=True):
         other = line.startswith(("event ", "state ", "error ", "document\n", "end\n"))
@@ -70,7 +70,7 @@ try:
     for file in kit.rglob("*"):
         if file.is_file():
             contents = file.read_bytes()
-            # Terms of others name paths of theirs: "core/src" is none of a build in /src.
+            # Third-party licence texts have paths of their own: "core/src" is no build path.
             assert sources.encode() not in contents or file.parent.name == "third-party", (
                 f"a path of the build is in {file}")
             if contents.startswith(b"\x7fELF"):

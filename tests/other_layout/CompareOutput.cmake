@@ -1,5 +1,4 @@
-# Runs a program and compares what it writes with a file, whose lines that begin with #
-# are comments.
+# Runs a program and compares its output with a file; lines that begin with # are comments.
 #   cmake -DPROGRAM=...;... -DEXPECTED=... -DSEARCHES_PAGES=1|0 -P CompareOutput.cmake
 file(READ ${EXPECTED} expected)
 string(FIND "${expected}" "# What was found" begin)

@@ -5,9 +5,9 @@
 #include <conduit/Reaction.h>
 #include <conduit/ResultCode.h>
 
-/// A host that calls every operation of a module and of the map that comes with a
-/// barcode, in the order of their slots. What is expected of each none of its neighbours
-/// does, so that a table that is off by one shows.
+/// A host that calls every operation of a module and of a barcode's map, in vtable order.
+/// The expected effect of each differs from its neighbours', so that a vtable that is off by
+/// one slot fails.
 
 namespace conduit {
 namespace {
@@ -69,7 +69,7 @@ void UseMap(IStringMap& map) {
   Expect("Get of what was not", map.Get("kept"), "1");
 }
 
-/// Stops the reader from within the delivery of the first barcode.
+/// Calls Shutdown within the delivery of the first barcode.
 class Host final : public IInputModuleHost {
  public:
   void Reserved1() override { Expect("Reserved1 of the host is not called", false); }
@@ -107,7 +107,7 @@ class Host final : public IInputModuleHost {
   std::int32_t scripts = 0;
   std::int32_t states = 0;
   std::int32_t errors = 0;
-  std::int32_t noErrors = 0;  ///< reports that none stands
+  std::int32_t noErrors = 0;  ///< number of empty error reports
 };
 
 void UseParameters(IInputModule& module, const Logger& logger) {
@@ -115,7 +115,7 @@ void UseParameters(IInputModule& module, const Logger& logger) {
     const char* name;
     const char* value;
     std::int32_t result;
-    MessageLevel level;  // of the line that says so
+    MessageLevel level;  // of the log line
   } cases[] = {
       {ParameterName::LogLevel, "2", ResultSuccess, MessageConfiguration},
       {"No such name", "2", ResultUnknownParameter, MessageUnknownName},
@@ -199,8 +199,7 @@ void PlayToBarcode(IInputModule& module, Host& host) {
   Expect("the states, one more for each event and for Initialise", host.states, host.events + 3);
 }
 
-/// Whether the memory at an address is in use: what the module's library allocates is a
-/// block of one of the process's heaps.
+/// Returns whether the address is an allocated block of one of the process's heaps.
 bool IsAllocated(const void* block) {
   void* heaps[64];
   const std::uint32_t count = GetProcessHeaps(64, heaps);
@@ -212,8 +211,8 @@ bool IsAllocated(const void* block) {
   return false;
 }
 
-/// The first slot, as this compiler calls it for a destructor and for delete, and as the
-/// module's library does.
+/// Calls the destructor slot as this compiler does for a destructor and for delete, and as
+/// the module's library does.
 void UseDestructors(const ModuleFunctions& functions) {
   constexpr std::int32_t moduleItself = 2;
   constexpr std::int32_t whatItOwns = 1;

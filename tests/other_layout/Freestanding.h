@@ -5,8 +5,8 @@
 
 #include <conduit/ModuleEntry.h>
 
-/// The little of Windows that the programs here call, declared by hand: they are built
-/// with neither a C nor a C++ library, of which there is none for their compiler here.
+/// Declares the Windows functions that these programs call: they are built without a C or
+/// C++ library, because none for their compiler is available here.
 extern "C" {
 int CloseHandle(void* handle);
 void* CreateEventA(void* security, int manualReset, int initiallySet, const char* name);
@@ -37,20 +37,20 @@ namespace conduit {
 
 inline constexpr char SessionVariable[] = "HALDEN_READER_SESSION";
 inline constexpr std::uint32_t Forever = 0xFFFFFFFF;
-inline constexpr std::uint32_t Signalled = 0;  ///< an answer of WaitForSingleObject
+inline constexpr std::uint32_t Signalled = 0;  ///< a result of WaitForSingleObject
 
-/// A null text counts as the empty one.
+/// A null text counts as the empty text.
 std::size_t Length(const char* text);
 bool AreEqual(const char* left, const char* right);
 
-/// A line of output, put together from texts and numbers; what does not fit is cut.
+/// Concatenates a line of output from texts and numbers; truncates what does not fit.
 class Line {
  public:
   Line& operator<<(const char* text);
   Line& operator<<(long long number);
-  /// What is not printable stands as \xNN.
+  /// Escapes bytes that are not printable as \xNN.
   Line& Escape(const char* bytes, std::size_t count);
-  ~Line();  ///< writes the line on the standard output
+  ~Line();  ///< writes the line to the standard output
 
   Line() = default;
   Line(const Line&) = delete;
@@ -60,12 +60,12 @@ class Line {
   void Append(char character);
 
   static constexpr std::uint32_t Capacity = 3000;
-  // Not on the stack: frames of a page and more take a helper of the compiler's library.
+  // Not on the stack: a frame of a page or more requires a helper of the compiler's library.
   char* const text = new char[Capacity];
   std::uint32_t length = 0;
 };
 
-/// The functions of the module beside the program; without one the program ends.
+/// Loads the module beside the program and finds its functions; ends the program without one.
 struct ModuleFunctions {
   GetInputModuleFunction create;
   DestroyFunction destroy;

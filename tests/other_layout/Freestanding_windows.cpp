@@ -1,6 +1,6 @@
 #include "Freestanding.h"
 
-// What the compiler itself calls.
+// Functions that the compiler's own code calls.
 
 extern "C" void* memcpy(void* to, const void* from, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {

@@ -6,14 +6,13 @@
 #include <conduit/ReaderEventCode.h>
 #include <conduit/ResultCode.h>
 
-/// A module whose device reads one document each time it is started: a surname, which is
-/// a parameter, and two barcodes. The device is there as long as the file named in
-/// HALDEN_READER_SESSION is.
+/// A module whose device reads one document at each start: a surname, from a parameter, and
+/// two barcodes. The device exists while the file named in HALDEN_READER_SESSION does.
 
 namespace conduit {
 namespace {
 
-/// A text of its own.
+/// An owned text.
 class Text {
  public:
   explicit Text(const char* text) { Set(text); }
@@ -37,8 +36,7 @@ class Text {
   char* bytes = nullptr;
 };
 
-/// An event that is waited for, and the script that is asked for then; in a list of such
-/// in the order in which they were added.
+/// An event and the script to set for it; a node of a list in order of addition.
 struct Reaction {
   Text event;
   Text script;
@@ -66,7 +64,7 @@ class Reactions {
     *end = new Reaction{Text(event), Text(script), nullptr};
   }
 
-  /// The first one for the event at or behind a position, or null.
+  /// Returns the first one for the event at or after a position, or null.
   static const Reaction* Find(const Reaction* from, const char* event) {
     while (from != nullptr && !AreEqual(from->event.Bytes(), event)) {
       from = from->next;
@@ -77,7 +75,7 @@ class Reactions {
   Reaction* first = nullptr;
 };
 
-/// The one property of a barcode; a host only reads it.
+/// The only property of a barcode; read-only for hosts.
 class Feature final : public Implements<IStringMap> {
  public:
   explicit Feature(const char* position) : position(position) {}
@@ -134,7 +132,7 @@ class SurnameModule final : public Implements<IInputModule> {
       Log(MessageFailure, "SurnameModule::Initialise", "The device is not there");
       return ResultReaderNotStarted;
     }
-    constexpr std::uint32_t suspended = 4;  // until its id is known
+    constexpr std::uint32_t suspended = 4;  // until its thread id is stored
     ResetEvent(stop);
     reader = CreateThread(nullptr, 0, Read, this, suspended, &readerId);
     ResumeThread(reader);
@@ -215,7 +213,7 @@ class SurnameModule final : public Implements<IInputModule> {
     SendEvent(ReaderEventCode::DeviceDisconnected, "Terminated");
   }
 
-  /// Takes a moment, as a device does.
+  /// Waits briefly, as a device does.
   bool IsStopped() {
     constexpr std::uint32_t moment = 5;
     return WaitForSingleObject(stop, moment) == Signalled;

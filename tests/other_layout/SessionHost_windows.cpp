@@ -3,9 +3,8 @@
 #include <conduit/ParameterName.h>
 #include <conduit/Reaction.h>
 
-/// A host that plays the session named in HALDEN_READER_SESSION through the module
-/// beside it, and writes every call of the module as a line, in the form of the journal
-/// on file.
+/// A host that plays the session named in HALDEN_READER_SESSION through the module beside it,
+/// and writes every call of the module as a line, in the form of the recorded journal.
 
 namespace conduit {
 namespace {
@@ -53,7 +52,7 @@ class JournalHost final : public IModuleLogger, public IInputModuleHost {
     }
   }
   void ReportError(const char* text) override {
-    // The state report of Initialise has its place before what the reader says.
+    // The state report of Initialise precedes the reader's calls.
     if (GetCurrentThreadId() != hostThread) {
       WaitForSingleObject(started, Forever);
     }
@@ -77,7 +76,7 @@ class JournalHost final : public IModuleLogger, public IInputModuleHost {
   }
 
  private:
-  /// What is not as it should be is a line that no journal has.
+  /// Writes a line that is not in the journal when a result is not 0.
   static void Expect(const char* what, std::int32_t answer) {
     if (answer != 0) {
       Line() << what << " answered " << answer;

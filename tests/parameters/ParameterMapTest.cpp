@@ -54,7 +54,7 @@ TEST(ParameterMap, ListsInByteOrderOfNames) {
   EXPECT_THAT(names, ElementsAre("-", "", "B", "LogLevel", "a", "ab", "b", "-"));
 }
 
-TEST(ParameterMap, NameAlreadyTakenKeepsBothParametersAlive) {
+TEST(ParameterMap, DuplicateNameKeepsBothParametersAlive) {
   Journal journal;
   RecordingLogger logger(journal);
   ParameterMap map(&logger, "M");

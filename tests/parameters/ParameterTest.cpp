@@ -43,7 +43,7 @@ struct IntCase {
   const char* line;
 };
 
-TEST_F(ParameterTest, IntegerTakesDecimalTextInItsRange) {
+TEST_F(ParameterTest, IntegerAcceptsDecimalTextInItsRange) {
   const IntCase cases[] = {
       {"3", 0, 3, "log 3 NumericParameter<int>::SetValue: FullPage:LogLevel = 3"},
       {"7", 6, 1,
@@ -97,7 +97,7 @@ struct RuleCase {
   const char* message;
 };
 
-TEST_F(ParameterTest, IntegerRulesRefuseByTheirOwnMessage) {
+TEST_F(ParameterTest, EachIntegerRuleRefusesWithItsOwnMessage) {
   const RuleCase cases[] = {
       {[](auto& p) { p.mustEqual = true, p.equalValue = 7; }, 7, 8,
        " - value must be equal to 7, got 8"},
@@ -113,7 +113,7 @@ TEST_F(ParameterTest, IntegerRulesRefuseByTheirOwnMessage) {
        -11, " - value must be greater than -10 (Can be equal: True), got -11"},
       {[](auto& p) { p.mustBeInRange = true, p.rangeLow = 2, p.rangeHigh = 3; }, 2, 4,
        " - value 4 is not between the range 2 and 3"},
-      // The first of several rules speaks.
+      // Of several broken rules, the first one is logged.
       {[](auto& p) { p.mustEqual = p.mustNotEqual = true, p.notEqualValue = 5; }, 0, 5,
        " - value must be equal to 0, got 5"},
       {[](auto& p) { p.mustNotEqual = p.mustBeLess = true, p.notEqualValue = 5; }, -1, 5,
@@ -133,7 +133,7 @@ TEST_F(ParameterTest, IntegerRulesRefuseByTheirOwnMessage) {
     EXPECT_EQ(parameter.Validate(row.accepted), 0);
     EXPECT_THAT(journal.Take(), ElementsAre());
   }
-  // No number passes both of these.
+  // No number satisfies both rules.
   std::int32_t target = 0;
   IntParameter parameter("N", "M:N", &logger, &target);
   parameter.mustBeLess = parameter.mustBeGreater = true;
@@ -155,7 +155,7 @@ TEST_F(ParameterTest, RefusedTextKeepsThePreviousOne) {
   }
   EXPECT_STREQ(target.buffer, "new");
   EXPECT_EQ(ValueText(parameter), "new");
-  // The text that GetValue hands out may be set again.
+  // The text that GetValue returns may be set again.
   const char* value = nullptr;
   parameter.GetValue(&value);
   EXPECT_EQ(parameter.SetValue(value), 0);
@@ -170,7 +170,7 @@ struct TextCase {
   const char* message;  ///< null when the text is accepted
 };
 
-TEST_F(ParameterTest, TextRulesRefuseByTheirOwnMessage) {
+TEST_F(ParameterTest, EachTextRuleRefusesWithItsOwnMessage) {
   const auto start = [](StringParameter& p) { p.mustStartWith = true, p.startText = "AB"; };
   const auto anyStart = [](StringParameter& p) { p.mustStartWith = true; };
   const auto variable = [](StringParameter& p) { p.variableSyntax = true; };
@@ -210,7 +210,7 @@ TEST_F(ParameterTest, TextRulesRefuseByTheirOwnMessage) {
   }
 }
 
-/// Takes what its base refuses, and the other way round.
+/// Inverts the rules of its base: accepts what the base refuses.
 template <class Base, class Candidate>
 class Contrary final : public Base {
  public:
@@ -220,7 +220,7 @@ class Contrary final : public Base {
   }
 };
 
-TEST_F(ParameterTest, WhatAValueMustBeIsTheDerivedClassesToSay) {
+TEST_F(ParameterTest, DerivedClassOverridesTheRules) {
   BaseString<char> text = "before";
   Contrary<StringParameter, const BaseString<char>&> wanted("N", "M:N", nullptr, &text);
   wanted.required = true;

@@ -22,7 +22,7 @@ std::vector<std::string> AsTheSystemTakesThem(const std::wstring& line) {
   return arguments;
 }
 
-TEST(CommandLine, IsTakenApartAsTheSystemDoes) {
+TEST(CommandLine, IsSplitAsTheSystemDoes) {
   std::mt19937 random(1);
   for (int i = 0; i < 20000; ++i) {
     std::wstring line = i % 2 == 0 ? L"a.exe " : L"\"C:\\a b\\c.exe\" ";
@@ -33,7 +33,7 @@ TEST(CommandLine, IsTakenApartAsTheSystemDoes) {
   }
 }
 
-TEST(CommandLine, GivesTheWordsThatItWasMadeOf) {
+TEST(CommandLine, SplitsIntoTheWordsItWasBuiltFrom) {
   const std::vector<std::string> words = {
       "", "a b", "C:\\a b\\", "\"", "\\\"", "\\\\\"x\\", "\t", "\xC3\xA4\xE6\x97\xA5", "a=\"b\" c"};
   const std::wstring line = CommandLine(L"C:\\a b\\c.exe", words);

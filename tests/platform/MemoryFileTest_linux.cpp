@@ -10,7 +10,7 @@
 namespace conduit {
 namespace {
 
-TEST(MemoryFile, GivesItsMemoryBackAndKeepsTheRest) {
+TEST(MemoryFile, ReleaseFreesMemoryAndKeepsTheRest) {
   const std::unique_ptr<MemoryFile> file = MemoryFile::Create();
   if (!file) {
     GTEST_SKIP() << "this system has no files in memory";

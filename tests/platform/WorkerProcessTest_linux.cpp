@@ -14,14 +14,14 @@ namespace {
 
 constexpr std::chrono::milliseconds Time(100);
 
-TEST(WorkerProcess, IsWrittenToAsLongAsItReads) {
+TEST(WorkerProcess, AcceptsWritesWhileItReads) {
   WorkerProcess process("/bin/cat");
   EXPECT_EQ(process.Write("request", std::chrono::minutes(1)), 7U);
   char answer[8] = {};
   EXPECT_EQ(process.Read(answer, sizeof answer, std::chrono::minutes(1)), 7U);
   EXPECT_STREQ(answer, "request");
 
-  // It waits for its output to be read when all that lies between is full.
+  // cat blocks on its own output when the buffers of both directions are full.
   const std::string bytes(1 << 16, 'x');
   std::optional<std::size_t> taken = 1;
   for (int tries = 0; taken != std::size_t{0} && tries < 1000; ++tries) {
@@ -33,8 +33,8 @@ TEST(WorkerProcess, IsWrittenToAsLongAsItReads) {
   EXPECT_EQ(process.WaitForEnd(), "SIGKILL");
 }
 
-// What the host writes to a stream that it has closed would reach what takes its number.
-TEST(WorkerProcess, TakesNoNumberOfAStandardStream) {
+// Output to a closed standard stream would reach a descriptor that has its number.
+TEST(WorkerProcess, UsesNoDescriptorOfAStandardStream) {
   const pid_t child = fork();
   if (child == 0) {
     for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; ++stream) {

@@ -13,7 +13,7 @@ namespace {
 
 using Text = BaseString<char>;
 
-/// The text by its own length; fails when the buffer breaks the string's promise.
+/// Returns the text by its `length`; fails the test when buffer and length disagree.
 std::string Content(const Text& text) {
   EXPECT_NE(text.buffer, nullptr);
   EXPECT_GE(text.length, 0);
@@ -52,7 +52,7 @@ TEST(BaseString, CopiesNeverShareABuffer) {
   EXPECT_EQ(Content(copy), "SMITH");
 }
 
-TEST(BaseString, AppendsTextNumbersAndTruthValues) {
+TEST(BaseString, AppendsTextNumbersAndBooleans) {
   Text text("x");
   text.Append(false);
   text.Append(-7);
@@ -66,7 +66,7 @@ TEST(BaseString, AppendsTextNumbersAndTruthValues) {
   EXPECT_EQ(text.buffer, before) << "appending nothing makes no new buffer";
 }
 
-TEST(BaseString, TakesTextFromItsOwnBuffer) {
+TEST(BaseString, AcceptsTextFromItsOwnBuffer) {
   Text text("abcdef");
   text.Append(text);
   text.Append(text.buffer + 10);
@@ -75,7 +75,7 @@ TEST(BaseString, TakesTextFromItsOwnBuffer) {
   EXPECT_EQ(Content(text), "cde");
 }
 
-TEST(BaseString, SetLengthCutsOrFillsWithNuls) {
+TEST(BaseString, SetLengthTruncatesOrFillsWithNuls) {
   Text text("abc");
   text.SetLength(5);
   EXPECT_EQ(Content(text), std::string("abc\0\0", 5));
@@ -89,8 +89,8 @@ TEST(BaseString, SetLengthCutsOrFillsWithNuls) {
   EXPECT_EQ(Content(text), std::string(3, '\0'));
 }
 
-// A sanitizer ends the process over such a request. Which one there is GCC and clang
-// tell in different ways.
+// A sanitizer aborts on such an allocation. GCC and clang announce a sanitizer by
+// different macros.
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define SANITIZED
 #elif defined(__has_feature)
@@ -99,9 +99,9 @@ TEST(BaseString, SetLengthCutsOrFillsWithNuls) {
 #endif
 #endif
 #if !defined(SANITIZED)
-TEST(BaseString, RefusesATextBeyondItsLength) {
+TEST(BaseString, ThrowsForATextBeyondTheRangeOfItsLength) {
   Text text("x");
-  // As if it were as long as a text can be: nothing of it is read before it is refused.
+  // Pretends the maximum length; Append throws before it reads the buffer.
   text.length = std::numeric_limits<std::int32_t>::max();
   EXPECT_THROW(text.Append("y"), std::bad_alloc);
   text.length = 1;
@@ -121,7 +121,7 @@ TEST(BaseString, FormatsTextOfAnyLength) {
   EXPECT_EQ(Content(text), "abcabc");
 }
 
-TEST(BaseString, RefusedFormatGivesTheEmptyText) {
+TEST(BaseString, RejectedFormatGivesTheEmptyText) {
   Text text("before");
   constexpr std::wint_t noCharacter = 0xD800;
   text.Format("%lc", noCharacter);
@@ -150,7 +150,7 @@ TEST(TextBuilder, JoinsPiecesOfEveryKindAndLength) {
   }
   EXPECT_STREQ(numbers.Text(), "05.10.100.-05.-10.-2147483648.");
   EXPECT_STREQ(TextBuilder().Text(), "");
-  // Around the room on the stack and far beyond it.
+  // Around the size of the stack buffer and far beyond it.
   for (const std::size_t length : {511U, 512U, 513U, 5'000U}) {
     const std::string piece(length, 'x');
     TextBuilder longText;

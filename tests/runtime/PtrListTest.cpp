@@ -10,7 +10,7 @@
 namespace conduit {
 namespace {
 
-/// An element that says when it is destroyed, as what it really is.
+/// An element whose virtual destructor records the destruction.
 struct Element {
   Element(int number, std::vector<int>* destroyed) : number(number), destroyed(destroyed) {}
   Element(const Element&) = delete;
@@ -23,7 +23,7 @@ struct Element {
 
 class PtrListTest : public testing::Test {
  protected:
-  /// Adds new elements 0, 1, 2 ... and keeps them alive with the test.
+  /// Adds new elements 0, 1, 2 ... that live as long as the test.
   void Fill(int count) {
     for (int number = 0; number < count; ++number) {
       owned.push_back(std::make_unique<Element>(number, &destroyed));
@@ -101,7 +101,7 @@ TEST_F(PtrListTest, SnapshotDoesNotFollowTheList) {
   EXPECT_EQ(snapshot.count, 5);
 }
 
-TEST_F(PtrListTest, EnumeratorTakesOthersAndArrays) {
+TEST_F(PtrListTest, EnumeratorAddsEnumeratorsAndArrays) {
   Fill(5);
   auto first = list.GetEnumerator();
   auto second = list.GetEnumerator();
@@ -152,7 +152,7 @@ TEST_F(PtrListTest, InsertsRemovesAndFinds) {
   EXPECT_EQ(list.IndexOf(owned[0].get(), 7, nullptr), -1);
 }
 
-TEST_F(PtrListTest, SortsWhateverTheOrderBefore) {
+TEST_F(PtrListTest, SortsFromAnyOrder) {
   list.Sort(ByNumber);
   Fill(50);
   Ints expected = Numbers();

@@ -12,11 +12,10 @@
 
 namespace conduit {
 
-/// Stands in for a device: what is written here, a program reads from the port of that
-/// name.
+/// A simulated device: a program reads the bytes written here from the port `name`.
 class PseudoTerminal {
  public:
-  /// Whether this system has any: a bare root has no /dev/pts.
+  /// Returns whether the system has pseudo-terminals; without /dev/pts it does not.
   static bool IsAvailable() { return !PseudoTerminal().name.empty(); }
 
   PseudoTerminal() : device(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
@@ -30,7 +29,8 @@ class PseudoTerminal {
   PseudoTerminal(const PseudoTerminal&) = delete;
   PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
-  /// @returns what the port had no room for.
+  /// Writes without blocking.
+  /// @returns the bytes that did not fit.
   std::string_view WriteWhatFits(std::string_view bytes) const {
     const ssize_t count = write(device, bytes.data(), bytes.size());
     return bytes.substr(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));

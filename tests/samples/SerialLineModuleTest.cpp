@@ -44,7 +44,8 @@ class SerialLineModuleTest : public testing::Test {
     return module->Initialise();
   }
 
-  /// What came next, up to the first line that holds the text; all of it when none comes.
+  /// Returns the next journal lines up to the first that contains the text; after 10 s all
+  /// lines.
   std::vector<std::string> HeardTo(const std::string& text) {
     for (int moments = 0; moments < 2000; ++moments) {
       std::ranges::move(journal.Take(), std::back_inserter(heard));
@@ -73,7 +74,7 @@ std::vector<std::string> WithoutLog(std::vector<std::string> lines) {
   return lines;
 }
 
-TEST_F(SerialLineModuleTest, BracketsALineAndTellsOfThePort) {
+TEST_F(SerialLineModuleTest, BracketsEachLineAndReportsThePort) {
   ASSERT_EQ(Start(terminal->name), 0);
   EXPECT_THAT(WithoutLog(HeardTo("SendEvent")),
               ElementsAre("ReportState 'Enabled'", "ReportError ''", "SendEvent DEVICE_CONNECTED"));
@@ -91,8 +92,8 @@ TEST_F(SerialLineModuleTest, BracketsALineAndTellsOfThePort) {
 struct Case {
   const char* name;
   std::vector<std::string> written;
-  std::vector<std::string> lines;  ///< as they are delivered
-  std::string told = {};           ///< beside them
+  std::vector<std::string> lines;  ///< the expected deliveries
+  std::string told = {};           ///< an expected report or log line, if any
 };
 
 void PrintTo(const Case& one, std::ostream* output) { *output << one.name; }
@@ -139,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
              "ReportError 'left out a line of more than 4096 bytes'"}),
     [](const auto& one) { return std::string(one.param.name); });
 
-TEST_F(SerialLineModuleTest, SaysWhyItDoesNotStart) {
+TEST_F(SerialLineModuleTest, ReportsWhyItDoesNotStart) {
   const PseudoTerminal other;
   const LoadedModule reading(MODULE_FILE, nullptr);
   reading->SetHost(&host);
@@ -164,7 +165,7 @@ TEST_F(SerialLineModuleTest, SaysWhyItDoesNotStart) {
   EXPECT_EQ(Start(other.name), 0);
 }
 
-TEST_F(SerialLineModuleTest, RefusesWhatIsNoRate) {
+TEST_F(SerialLineModuleTest, RefusesInvalidBaudRates) {
   for (const char* const rate : {"", "fast", "49", "4000001"}) {
     EXPECT_EQ(module->SetParameter("BaudRate", rate), 6) << rate;
   }
@@ -174,7 +175,7 @@ TEST_F(SerialLineModuleTest, RefusesWhatIsNoRate) {
   EXPECT_EQ(module->SetParameter("Port", ""), 5);
 }
 
-TEST_F(SerialLineModuleTest, EndsWhenThePortVanishesAndStartsAgain) {
+TEST_F(SerialLineModuleTest, EndsWhenThePortVanishesAndCanRestart) {
   ASSERT_EQ(Start(terminal->name), 0);
   HeardTo("DEVICE_CONNECTED");
   terminal->Write("whole\nhalf");

@@ -4,17 +4,16 @@
 
 namespace conduit {
 
-/// What the whole process took from the heap, libraries included, while it was
-/// being counted.
+/// Heap use of the whole process, libraries included, while counting is on.
 struct AllocationCount {
   std::int64_t calls;  ///< successful allocations
-  std::int64_t bytes;  ///< asked for by them
-  std::int64_t live;   ///< bytes taken and not given back; may be negative
+  std::int64_t bytes;  ///< requested bytes
+  std::int64_t live;   ///< allocated minus freed bytes; may be negative
 };
 
-/// Links the counting allocator into the program. Off until it is switched on, for
-/// it slows what is timed.
-/// @returns false where a sanitizer brings its own allocator: nothing is counted.
+/// Turns counting on or off. A call links the counting allocator into the program. Off at
+/// first, because counting slows timed code.
+/// @returns false when a sanitizer's own allocator prevents counting.
 bool CountAllocations(bool on);
 AllocationCount Allocations();
 

@@ -5,7 +5,7 @@
 
 #include "tests/support/AllocationCount.h"
 
-// With a sanitizer, which brings an allocator of its own.
+// A sanitizer has its own allocator.
 #ifdef CONDUIT_FOREIGN_ALLOCATOR
 namespace conduit {
 
@@ -47,8 +47,8 @@ bool CountAllocations(bool on) {
 
 }  // namespace conduit
 
-// The functions of the C library by their second names: what stands here takes
-// the place of the first for every library of the process, operator new included.
+// Replaces malloc and its family for every library of the process, operator new included.
+// The replacements call glibc's functions by their alternative names.
 extern "C" {
 
 void* __libc_malloc(std::size_t size);

@@ -12,12 +12,12 @@
 
 namespace conduit {
 
-/// Everything that a module called, in one order: log lines, host calls and, of a
-/// scripted reader, library calls.
+/// Records everything that a module calls, in order: log lines, host calls and calls of the
+/// scripted reader.
 class Journal {
  public:
   void Write(std::string line);
-  /// What was written since the last Take.
+  /// Returns the lines written since the last Take.
   std::vector<std::string> Take();
 
  private:
@@ -25,7 +25,7 @@ class Journal {
   std::vector<std::string> lines;
 };
 
-/// Text, made safe for one line: what is not printable stands as \xNN.
+/// Escapes bytes that are not printable as \xNN, so that the text fits one line.
 std::string Escape(std::string_view bytes);
 
 class RecordingLogger final : public IModuleLogger {
@@ -51,11 +51,11 @@ class RecordingHost final : public IInputModuleHost {
   void ReportState(const char* text) override;
   void ReportError(const char* text) override;
 
-  std::string stopAt;                           ///< the item that is answered with StopRecord
+  std::string stopAt;                           ///< the item to answer with StopRecord
   std::function<void()> onStop = [] {};         ///< called at that item
-  std::int32_t otherAnswer = 0;                 ///< to every other item
+  std::int32_t otherAnswer = 0;                 ///< the answer to every other item
   std::function<void()> onScript = [] {};       ///< called at every script
-  std::string failingScript;                    ///< the script that is answered with 7
+  std::string failingScript;                    ///< the script to answer with 7
   std::atomic<const void*> lastData = nullptr;  ///< the pointer of the last item
 
  private:

@@ -14,8 +14,7 @@ namespace conduit {
 
 using Lines = std::vector<std::string>;
 
-/// The built module between a scripted reader and a recording host, started and
-/// with an empty journal.
+/// The built module, started, with a scripted reader, a recording host and an empty journal.
 class ModuleTest : public testing::Test {
  public:
   ModuleTest(const ModuleTest&) = delete;
@@ -31,7 +30,7 @@ class ModuleTest : public testing::Test {
   }
   ~ModuleTest() override { reader = {}; }
 
-  /// The journal since the last call, without log lines.
+  /// Returns the journal since the last call, without log lines.
   Lines TakeHostCalls() {
     Lines calls;
     for (std::string& line : journal.Take()) {
@@ -49,7 +48,7 @@ class ModuleTest : public testing::Test {
   LoadedModule module{MODULE_FILE, &logger};
 };
 
-/// The two journal lines of an item that a translator delivers.
+/// Appends the two journal lines of an item from a record.
 inline void ExpectItem(Lines& expected, const std::string& name, const std::string& value) {
   expected.push_back(
       "log 2 FullPageInputModule::ProcessStringDataItem: ProcessStringDataItem - "

@@ -8,14 +8,14 @@
 
 namespace conduit {
 
-/// A reader library that does what a test tells it, on the test's thread.
+/// A reader library that a test controls; calls back on the test's thread.
 struct ScriptedReader {
-  /// Told of every call of the four functions.
+  /// Called for every call of the four functions.
   std::function<void(const std::string&)> onCall = [](const std::string&) {};
   std::int32_t startCode = 0;
   std::int32_t state = static_cast<std::int32_t>(ReaderState::Enabled);
 
-  // What HaldenReader_Initialise was given.
+  // The arguments of HaldenReader_Initialise.
   ReaderDataCallback dataCallback = nullptr;
   ReaderEventCallback eventCallback = nullptr;
   ReaderErrorCallback errorCallback = nullptr;
@@ -24,7 +24,7 @@ struct ScriptedReader {
   void SendData(ReaderDataType type, std::int32_t length, void* data) const {
     dataCallback(context, type, length, data);
   }
-  /// A record, which its type says all about.
+  /// Sends a record of a type.
   template <class Record>
   void SendRecord(ReaderDataType type, Record& record) const {
     SendData(type, static_cast<std::int32_t>(sizeof record), &record);
@@ -35,7 +35,7 @@ struct ScriptedReader {
   }
 };
 
-/// The one reader of the process.
+/// Returns the process's only reader.
 HALDEN_READER_API ScriptedReader& TheScriptedReader();
 
 }  // namespace conduit

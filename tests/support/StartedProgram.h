@@ -6,20 +6,20 @@
 #include <string>
 #include <vector>
 
-/// A way in which this system lets a user end a program on a console.
+/// A request by which a user ends a console program on this system.
 struct EndRequest {
   const char* name;
-  int number;  ///< the system's own
+  int number;  ///< the system's signal or event number
   int status;  ///< the exit status of a program that stops its reader first
 };
 
 std::span<const EndRequest> EndRequests();
 
-/// A program that runs beside the test.
+/// A program that runs concurrently with the test.
 class StartedProgram {
  public:
-  /// Throws a std::runtime_error when it cannot be started.
-  /// @param output   the files that receive what it writes
+  /// Throws std::runtime_error when the program does not start.
+  /// @param output   the files that receive its output
   StartedProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                  const std::filesystem::path& output, const std::filesystem::path& trouble);
   /// REQUIRES: Wait has returned.
@@ -30,7 +30,7 @@ class StartedProgram {
   bool HasEnded() const;
   void Ask(const EndRequest& request) const;
 
-  /// @returns the exit status; of a program that crashed a negative number
+  /// @returns the exit status; a negative number when the program crashed
   int Wait();
 
  private:

@@ -34,7 +34,7 @@ StartedProgram::StartedProgram(const std::filesystem::path& program,
   std::vector<char*> words(copies.size() + 1);
   std::ranges::transform(copies, words.begin(), [](std::string& copy) { return copy.data(); });
 
-  // Here and not in the child: what stood in them before is gone when this returns.
+  // Opened here, not in the child, so that the files are truncated when this returns.
   const int outputFile = Create(output);
   const int troubleFile = Create(trouble);
   process->number = fork();

@@ -56,23 +56,23 @@ bool StartedProgram::HasEnded() const {
   return WaitForSingleObject(process->handle, 0) == WAIT_OBJECT_0;
 }
 
-/// A program may send no more than two of them, and those to everything on its console.
-/// So this does what the system itself does to a program that it tells of one: it starts
-/// a thread there, in a function of its own that calls the program's handlers, and after
-/// all but those two it waits for them and then ends the program.
+/// Windows lets a program send only two of these events, and only to its whole console. So
+/// this imitates the system: it starts a thread in the program at CtrlRoutine, which calls
+/// the program's handlers. After the other events it waits for the handlers and ends the
+/// program.
 void StartedProgram::Ask(const EndRequest& request) const {
   const auto tellHandlers = reinterpret_cast<LPTHREAD_START_ROUTINE>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernelbase"), "CtrlRoutine")));
   const HANDLE thread = CreateRemoteThread(
       process->handle, nullptr, 0, tellHandlers,
       reinterpret_cast<void*>(static_cast<std::intptr_t>(request.number)), 0, nullptr);
-  if (!thread) return;  // the program has ended meanwhile
+  if (!thread) return;  // the program has ended
   if (request.number != CTRL_C_EVENT && request.number != CTRL_BREAK_EVENT) {
     constexpr DWORD patience = 20000;
     WaitForSingleObject(thread, patience);
     DWORD returned = 0;
     GetExitCodeThread(thread, &returned);
-    // The end of a program gives its status to all of its threads.
+    // All threads of an ended program have its exit status.
     const bool endsByItself = static_cast<int>(returned) == request.status;
     if (!endsByItself) TerminateProcess(process->handle, returned);
   }

@@ -9,8 +9,8 @@
 #include "virtual_reader/images/ImageLimits.h"
 #include "virtual_reader/images/Orientation.h"
 
-// The decoder is a header that becomes code in the file that asks for it. What it
-// asserts must not end the process.
+// stb_image is a single header; this file compiles its implementation. A failed assertion
+// in it must not end the process.
 #define STB_IMAGE_IMPLEMENTATION
 #define STB_IMAGE_STATIC
 #define STBI_ONLY_BMP
@@ -30,7 +30,8 @@ std::int64_t NumberAt(std::string_view bytes, std::size_t at, std::size_t length
   return number;
 }
 
-/// The decoder takes what is missing at the end for black.
+/// Throws when the pixel data is shorter than the header says: the decoder would fill
+/// missing pixels with black.
 void CheckLength(std::string_view bytes, std::int64_t width, std::int64_t height) {
   const bool oldest = NumberAt(bytes, 14, 4) == 12;
   const std::int64_t bits = NumberAt(bytes, oldest ? 24 : 28, 2);
@@ -40,7 +41,8 @@ void CheckLength(std::string_view bytes, std::int64_t width, std::int64_t height
   }
 }
 
-/// Light in place of the colours, at the beginning of their memory.
+/// Converts colours to luminance in place, on a white background; the result fills the
+/// first `count` bytes.
 void ReduceToLight(stbi_uc* pixels, std::size_t count, int channels) {
   for (std::size_t i = 0; i < count; ++i) {
     const stbi_uc* const from = pixels + i * static_cast<std::size_t>(channels);
@@ -65,7 +67,7 @@ PageImage DecodeBmp(std::string_view bytes) {
   if (stbi_info_from_memory(data, size, &width, &height, &channels) == 0) {
     RefuseDamaged(ImageFormat::Bmp, stbi_failure_reason());
   }
-  // Rows that are stored from the top have a negative number.
+  // The height is negative when rows are stored top-down.
   const std::int64_t rows = std::abs(std::int64_t{height});
   CheckSize(width, rows);
   CheckLength(bytes, width, rows);
@@ -76,7 +78,7 @@ PageImage DecodeBmp(std::string_view bytes) {
   }
   const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
   ReduceToLight(pixels.get(), count, channels);
-  // Given back before the light is taken: together they would be 5 bytes a pixel.
+  // Shrinks the buffer before the copy: together they would need 5 bytes per pixel.
   if (void* const smaller = std::realloc(pixels.get(), count); smaller != nullptr) {
     static_cast<void>(pixels.release());
     pixels.reset(static_cast<stbi_uc*>(smaller));

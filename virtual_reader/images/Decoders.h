@@ -8,17 +8,17 @@
 
 namespace conduit {
 
-/// Each decodes bytes that FormatOf has found to be of its format, as DecodeImage
-/// promises. Any thread.
+/// Each decodes bytes of its format, as FormatOf detects it, with the guarantees of
+/// DecodeImage. [any thread]
 PageImage DecodePng(std::string_view bytes);
 PageImage DecodeJpeg(std::string_view bytes);
 PageImage DecodeTiff(std::string_view bytes);
 PageImage DecodeBmp(std::string_view bytes);
 
-/// Throws the std::invalid_argument of a file that is cut short.
+/// Throws std::invalid_argument: the file is truncated.
 [[noreturn]] void RefuseShortFile();
 
-/// Throws the std::invalid_argument of a damaged file, with the decoder's own reason.
+/// Throws std::invalid_argument: the file is damaged; with the decoder's reason.
 [[noreturn]] void RefuseDamaged(ImageFormat format, const std::string& reason);
 
 }  // namespace conduit

@@ -18,7 +18,7 @@ void CheckSize(std::int64_t width, std::int64_t height) {
   if (width < 1 || height < 1) {
     throw std::invalid_argument("the image has no pixels");
   }
-  // First, so that the product below is one that can be formed.
+  // First, so that the product below does not overflow.
   if (std::max(width, height) > LongestSide) {
     refuse(std::to_string(LongestSide) + " along a side");
   }

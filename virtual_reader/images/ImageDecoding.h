@@ -6,14 +6,14 @@
 
 namespace conduit {
 
-/// Decodes a PNG, a JPEG, the first page of a TIFF or a BMP to its light. The page
-/// stands upright, as its EXIF or TIFF orientation asks for; what is transparent lies
-/// on white. Any thread.
+/// Decodes a PNG, a JPEG, the first page of a TIFF or a BMP to luminance (grey values).
+/// Applies the EXIF or TIFF orientation, so that the page is upright, and a white
+/// background to transparent pixels. [any thread]
 ///
 /// Throws std::invalid_argument with a reason for the user when the bytes are none of
-/// these, end early, are damaged, or have more pixels than MostPixels. That is told
-/// from the header, before memory is taken; decoding takes at most 4 bytes a pixel
-/// beside the file's own, but for a progressive JPEG (see MostMemory).
+/// these formats, truncated or damaged, or have more pixels than MostPixels. Checks the
+/// size in the header before it allocates. Needs at most 4 bytes per pixel in addition to
+/// the file, except for a progressive JPEG (see MostMemory).
 PageImage DecodeImage(std::string_view bytes);
 
 }  // namespace conduit

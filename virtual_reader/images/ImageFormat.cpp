@@ -20,12 +20,12 @@ constexpr struct {
     {ImageFormat::Jpeg, "\xFF\xD8\xFF"sv},
     {ImageFormat::Tiff, "II*\0"sv},
     {ImageFormat::Tiff, "MM\0*"sv},
-    {ImageFormat::Tiff, "II+\0"sv},  // files beyond 4 GB
+    {ImageFormat::Tiff, "II+\0"sv},  // BigTIFF, for files beyond 4 GB
     {ImageFormat::Tiff, "MM\0+"sv},
 };
 
-/// Two letters are too few to know a BMP by: the length of its second header, which
-/// tells the editions apart, is looked at too.
+/// The signature "BM" is too short to identify a BMP, so this also checks the length of
+/// the second header, which differs by version.
 bool IsBmp(std::string_view bytes) {
   constexpr std::string_view known[] = {"\x0c\0\0\0"sv, "\x28\0\0\0"sv, "\x34\0\0\0"sv,
                                         "\x38\0\0\0"sv, "\x6c\0\0\0"sv, "\x7c\0\0\0"sv};

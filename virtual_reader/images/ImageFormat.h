@@ -10,17 +10,18 @@ namespace conduit {
 /// The formats that scanner programs write.
 enum class ImageFormat { Png, Jpeg, Tiff, Bmp };
 
-/// The format that a file begins as, whatever it is called; nothing when it is none.
+/// Detects the format by the file's first bytes; std::nullopt when it is none of these.
 std::optional<ImageFormat> FormatOf(std::string_view bytes);
 
-/// As it is written in a sentence: "PNG", "JPEG", "TIFF", "BMP".
+/// Returns the name for messages: "PNG", "JPEG", "TIFF", "BMP".
 const char* NameOf(ImageFormat format);
 
-/// Whether a file's extension is among these, which are in small letters.
+/// Returns whether the file has one of the extensions. Ignores case.
+/// @param known  in lower case, with the dot
 bool HasExtension(const std::filesystem::path& file, std::initializer_list<std::string_view> known);
 
-/// Whether a file is called as an image of one of the formats: .png, .jpg, .jpeg,
-/// .tif, .tiff, .bmp, in letters of either case.
+/// Returns whether the file's extension is that of an image: .png, .jpg, .jpeg, .tif,
+/// .tiff, .bmp. Ignores case.
 bool IsImageName(const std::filesystem::path& file);
 
 }  // namespace conduit

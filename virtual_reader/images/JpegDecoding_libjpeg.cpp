@@ -1,12 +1,12 @@
-// libjpeg knows no way out of an error but one that does not return: longjmp. Whatever
-// it may leave is a function of its own here (Begin, DecodeRows) in which nothing has a
-// destructor; what owns memory stands in its caller.
+// libjpeg requires an error handler that does not return: this one calls longjmp. So the
+// functions that call setjmp (Begin, DecodeRows) have no locals with a destructor; their
+// caller owns all memory.
 #include <csetjmp>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 
-// Needs the lines above: it uses what it does not include.
+// Requires the includes above.
 #include <jerror.h>
 #include <jpeglib.h>
 
@@ -20,11 +20,11 @@
 namespace conduit {
 namespace {
 
-/// Each scan passes over the whole image, and a scan of a few bytes may say that
-/// nothing changes. Programs write about ten.
+/// Maximum scans of a progressive JPEG. A scan of a few bytes costs a pass over the whole
+/// image. Encoders write about ten.
 constexpr int MostScans = 64;
 
-/// What libjpeg makes up pixels after: they would be a page that is not the scanned one.
+/// Warnings after which libjpeg invents pixels: the page would differ from the scanned one.
 constexpr int LostPixels[] = {JWRN_HIT_MARKER, JWRN_HUFF_BAD_CODE, JWRN_MUST_RESYNC};
 
 class JpegReading {
@@ -61,7 +61,7 @@ class JpegReading {
     CheckMemory();
     PageImage image = {static_cast<int>(jpeg.image_width), static_cast<int>(jpeg.image_height), {}};
     image.luminance.resize(static_cast<std::size_t>(jpeg.image_width) * jpeg.image_height);
-    // libjpeg converts any colour to grey but that of printing inks.
+    // libjpeg converts every colour space to grey except CMYK.
     const bool inks = jpeg.num_components == 4;
     jpeg.out_color_space = inks ? JCS_CMYK : JCS_GRAYSCALE;
     std::vector<std::uint8_t> inkRow(inks ? std::size_t{4} * jpeg.image_width : 0);
@@ -107,7 +107,8 @@ class JpegReading {
     return true;
   }
 
-  /// An image of several scans is held as its coefficients, of 2 bytes each.
+  /// Throws when an image of several scans, whose coefficients of 2 bytes stay in memory,
+  /// exceeds MostMemory.
   void CheckMemory() {
     if (jpeg_has_multiple_scans(&jpeg) == FALSE) {
       return;
@@ -121,9 +122,9 @@ class JpegReading {
     if (memory > MostMemory) {
       RefuseDamaged(ImageFormat::Jpeg,
                     "it is a progressive one of " + std::to_string(jpeg.image_width) + " x " +
-                        std::to_string(jpeg.image_height) + " pixels, which takes " +
-                        std::to_string(memory / 1'000'000) + " MB, at most " +
-                        std::to_string(MostMemory / 1'000'000) + " are given");
+                        std::to_string(jpeg.image_height) + " pixels, which needs " +
+                        std::to_string(memory / 1'000'000) + " MB, the limit is " +
+                        std::to_string(MostMemory / 1'000'000) + " MB");
     }
   }
 
@@ -144,7 +145,7 @@ class JpegReading {
     return true;
   }
 
-  /// Adobe's programs, which say so in a marker, store how little ink there is.
+  /// Converts CMYK to luminance. Files with an Adobe marker store inverted ink values.
   void LuminanceOfInks(const std::uint8_t* inks, std::uint8_t* light) const {
     const int turned = jpeg.saw_Adobe_marker != FALSE ? 0 : 255;
     for (JDIMENSION x = 0; x < jpeg.output_width; ++x, inks += 4) {
@@ -166,7 +167,7 @@ class JpegReading {
 }  // namespace
 
 PageImage DecodeJpeg(std::string_view bytes) {
-  // Its memory is given back before the page is turned.
+  // Frees the decoder's memory before the page is rotated.
   PageImage image = JpegReading(bytes).Decode();
   return Upright(std::move(image), ExifOrientation(bytes));
 }

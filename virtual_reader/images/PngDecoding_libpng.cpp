@@ -1,6 +1,5 @@
-// libpng leaves an operation that fails by longjmp. Whatever it may leave is a function
-// of its own here (Begin, DecodeRows) in which nothing has a destructor; what owns
-// memory stands in its caller.
+// libpng reports an error by longjmp. So the functions that call setjmp (Begin, DecodeRows)
+// have no locals with a destructor; their caller owns all memory.
 #include <png.h>
 
 #include <csetjmp>
@@ -24,13 +23,13 @@ std::uint32_t NumberAt(std::string_view bytes, std::size_t at) {
   return number;
 }
 
-/// Follows the chunks to the last one, so that an image that is too large or cut anywhere
-/// is known before it is decoded, and damage to the header hides neither. Gives the content of the
-/// EXIF chunk, if there is one.
+/// Walks the chunks to the last one, so that an oversized or truncated image is refused
+/// before it is decoded, even with a damaged header. Returns the content of the EXIF chunk;
+/// empty when there is none.
 std::string_view FollowChunks(std::string_view bytes) {
   constexpr std::size_t signature = 8;
-  constexpr std::size_t around = 12;  // length, type, check sum
-  constexpr std::size_t size = 16;    // in the first chunk
+  constexpr std::size_t around = 12;  // length, type and CRC of a chunk
+  constexpr std::size_t size = 16;    // offset of width and height in IHDR
   if (bytes.size() >= size + 8) {
     CheckSize(NumberAt(bytes, size), NumberAt(bytes, size + 4));
   }
@@ -112,7 +111,7 @@ class PngReading {
     const int passes = png_set_interlace_handling(png);
     png_read_update_info(png, info);
     if (png_get_rowbytes(png, info) != width) {
-      png_error(png, "its rows cannot be brought to light values");
+      png_error(png, "its rows cannot be converted to grey values");
     }
     for (int pass = 0; pass < passes; ++pass) {
       for (std::uint32_t row = 0; row < height; ++row) {
@@ -123,7 +122,7 @@ class PngReading {
     return true;
   }
 
-  /// One byte a pixel, whatever the file has.
+  /// Requests one byte of luminance per pixel, whatever the file's colour type.
   void AskForLight() {
     const int colour = png_get_color_type(png, info);
     png_set_expand(png);
@@ -133,7 +132,7 @@ class PngReading {
       png_set_rgb_to_gray_fixed(png, silently, 29900, 58700);
     }
     if ((colour & PNG_COLOR_MASK_ALPHA) != 0 || png_get_valid(png, info, PNG_INFO_tRNS) != 0) {
-      constexpr png_color_16 white = {0, 255, 255, 255, 255};  // of the 8 bits asked for
+      constexpr png_color_16 white = {0, 255, 255, 255, 255};  // at the requested 8 bits
       png_set_background_fixed(png, &white, PNG_BACKGROUND_GAMMA_SCREEN, 0, PNG_FP_1);
     }
   }
@@ -141,7 +140,7 @@ class PngReading {
   png_structp png = nullptr;
   png_infop info = nullptr;
   std::string_view left;
-  char reason[100] = "there is no memory for it";
+  char reason[100] = "out of memory";
 };
 
 }  // namespace
@@ -152,7 +151,7 @@ PageImage DecodePng(std::string_view bytes) {
   if (exif.empty()) {
     return image;
   }
-  // The chunk has no such beginning, which libexif knows EXIF data by.
+  // libexif requires this prefix, which the chunk does not have.
   const std::string data = std::string("Exif\0\0", 6) + std::string(exif);
   return Upright(std::move(image), ExifOrientation(data));
 }

@@ -1,5 +1,4 @@
-// As in decoding, what libpng may leave by longjmp is a function in which nothing has a
-// destructor.
+// As in decoding, the function that calls setjmp has no locals with a destructor.
 #include <png.h>
 
 #include <csetjmp>
@@ -30,7 +29,7 @@ class PngWritten {
 
   std::string Write() {
     if (info == nullptr || !WriteRows()) {
-      throw std::runtime_error("no PNG can be made of the page");
+      throw std::runtime_error("cannot write the page as a PNG: out of memory");
     }
     return std::move(bytes);
   }
@@ -38,7 +37,7 @@ class PngWritten {
  private:
   static void OnWrite(png_structp png, png_bytep from, std::size_t length) {
     if (!static_cast<PngWritten*>(png_get_io_ptr(png))->Append(from, length)) {
-      png_error(png, "there is no memory for it");
+      png_error(png, "out of memory");
     }
   }
 
@@ -66,7 +65,7 @@ class PngWritten {
       png_set_pHYs(png, info, content.pixelsPerMetreAcross, content.pixelsPerMetreDown,
                    PNG_RESOLUTION_METER);
     }
-    // A scanned page in the time that it takes to read it: higher levels win little.
+    // Writing takes about as long as reading the page; higher levels save little.
     png_set_compression_level(png, content.blackAndWhite ? 6 : 2);
     png_set_filter(png, PNG_FILTER_TYPE_BASE,
                    content.blackAndWhite ? PNG_FILTER_NONE : PNG_FILTER_SUB);

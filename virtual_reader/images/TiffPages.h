@@ -15,21 +15,21 @@ namespace conduit {
 /// A page of a TIFF, upright.
 struct TiffPage {
   PageImage image;
-  std::string png;  ///< in its colours and its resolution; a page of 1 bit stays one
+  std::string png;  ///< in the page's colours and resolution; 1 bit per pixel stays 1 bit
 };
 
-/// The pages of a TIFF file: grey, palette, RGB, YCbCr, inks, of 1 to 16 bits, in strips
-/// or tiles, as they are or packed by fax (CCITT), LZW, Deflate, PackBits or JPEG.
-/// Reduced copies and masks are no pages.
+/// The pages of a TIFF file: grey, palette, RGB, YCbCr or CMYK, 1 to 16 bits, in strips or
+/// tiles, uncompressed or compressed by CCITT fax, LZW, Deflate, PackBits or JPEG. Reduced
+/// copies and masks do not count as pages.
 ///
-/// Everything that fails throws std::invalid_argument with a reason for the user. What
-/// is wrong with one page does not keep another from being read.
+/// Every failure throws std::invalid_argument with a reason for the user. A damaged page
+/// does not affect the others.
 class TiffPages {
  public:
-  /// Lists the pages and decodes none.
+  /// Lists the pages without decoding them.
   explicit TiffPages(const std::filesystem::path& file);
 
-  /// @param bytes  lent for as long as this object is there
+  /// @param bytes  borrowed; must outlive the object
   static TiffPages OfBytes(std::string_view bytes);
 
   TiffPages(TiffPages&& other) noexcept;
@@ -41,15 +41,15 @@ class TiffPages {
   /// Returns whether these are the pages of `file`, which has not changed since.
   bool AreOf(const std::filesystem::path& file) const;
 
-  /// At least 1.
+  /// Returns the number of pages, at least 1.
   std::size_t Count() const;
 
-  /// Decodes a page, with at most 4 bytes a pixel beside its PNG and a strip or a row of
-  /// tiles. The file is open only meanwhile. [any thread; one waits for the other]
+  /// Decodes a page. Needs at most 4 bytes per pixel in addition to the PNG and a strip or a
+  /// row of tiles. Keeps the file open only meanwhile. [any thread; one waits for the other]
   /// @param index  less than Count()
   TiffPage Read(std::size_t index) const;
 
-  /// Only what the page shows.
+  /// Decodes a page without making its PNG.
   PageImage ReadImage(std::size_t index) const;
 
  private:

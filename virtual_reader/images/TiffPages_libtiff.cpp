@@ -20,29 +20,29 @@ namespace conduit {
 
 namespace {
 
-/// A stack of paper is far from it; a file of nothing but directories is not.
+/// Maximum pages of a file: far above a stack of paper, below a file made of directories.
 constexpr std::uint32_t MostPages = 5'000;
 
-/// What a directory's own tables and a packed strip may ask for.
+/// Maximum size of one allocation by libtiff, for a directory's tables or a compressed strip.
 constexpr tmsize_t LargestPiece = tmsize_t{256} << 20;
 
-/// Pixels of a row of tiles or a strip that has to be unpacked as a whole.
+/// Maximum pixels of a strip or a row of tiles, which is decompressed as a whole.
 constexpr std::uint64_t MostPixelsAtOnce = 16'000'000;
 
-/// What scanners pack pages with. The other codecs of libtiff's are those of graphics
-/// and of measurements, each with a library of its own.
+/// The compressions that scanners use. libtiff's other codecs are for graphics and
+/// scientific data, each with another library.
 constexpr std::uint16_t Packings[] = {
     COMPRESSION_NONE,      COMPRESSION_CCITTRLE,     COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4,
     COMPRESSION_LZW,       COMPRESSION_JPEG,         COMPRESSION_PACKBITS,  COMPRESSION_DEFLATE,
     COMPRESSION_CCITTRLEW, COMPRESSION_ADOBE_DEFLATE};
 
-/// A file that is open. What libtiff has to say is kept, not printed.
+/// An open file. Stores libtiff's messages instead of printing them.
 class OpenTiff {
  public:
   explicit OpenTiff(const std::filesystem::path& file, std::string_view bytes)
       : file(file), bytes(bytes), size(bytes.size()) {
     if (!file.empty()) {
-      // A pipe would be waited for, and has no places to go to.
+      // Opening a pipe would block, and a pipe is not seekable.
       std::error_code error;
       const bool regular = std::filesystem::is_regular_file(file, error);
       size = regular ? std::filesystem::file_size(file, error) : 0;
@@ -56,7 +56,7 @@ class OpenTiff {
     TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), LargestPiece);
     TIFFOpenOptionsSetErrorHandlerExtR(options.get(), OnError, this);
     TIFFOpenOptionsSetWarningHandlerExtR(options.get(), OnWarning, this);
-    // The header only, and no mapping of the file: every read comes by here.
+    // "h": header only; "m": no memory mapping, so that every read calls OnRead.
     tiff = TIFFClientOpenExt("", "rhm", this, OnRead, OnWrite, OnSeek, OnClose, OnSize, nullptr,
                              nullptr, options.get());
     if (tiff == nullptr) {
@@ -83,7 +83,7 @@ class OpenTiff {
   /// Lets others replace or remove the file, which some systems refuse while it is open.
   void Close() { stream.close(); }
 
-  /// Whether something was said since the last Forget.
+  /// Returns whether libtiff reported anything since the last Forget.
   bool HasComplained() const { return message[0] != '\0'; }
   void Forget() {
     failed = false;
@@ -115,7 +115,7 @@ class OpenTiff {
     if (self.file.empty()) {
       std::memcpy(to, self.bytes.data() + (count > 0 ? self.at : 0), count);
     } else {
-      // Without exceptions, as a stream is: none may pass through libtiff.
+      // A stream throws nothing by default; no exception may pass through libtiff.
       self.stream.clear();
       self.stream.seekg(static_cast<std::streamoff>(self.at));
       if (!self.stream.read(static_cast<char*>(to), static_cast<std::streamsize>(count))) {
@@ -138,14 +138,14 @@ class OpenTiff {
 
   static toff_t OnSize(thandle_t handle) { return Of(handle).size; }
 
-  /// The first error is the cause, the rest follow from it.
+  /// Stores the first error only: it is the cause of the others.
   static int OnError(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
                      va_list values) {
     OpenTiff& self = Of(handle);
     if (!std::exchange(self.failed, true)) {
       std::vsnprintf(self.message, sizeof self.message, format, values);
     }
-    return 1;  // no more is to be done about it
+    return 1;  // handled
   }
 
   static int OnWarning(TIFF* /*tiff*/, void* handle, const char* /*module*/, const char* format,
@@ -175,8 +175,8 @@ Value Tag(TIFF* tiff, std::uint32_t tag) {
   return value;
 }
 
-/// Colours as libtiff converts them, which knows all the kinds, brought to the samples of
-/// a PNG: grey, or red, green, blue.
+/// Decodes one page. Uses libtiff's RGBA conversion, which supports every colour space, and
+/// stores the samples of a PNG: grey, or red, green, blue.
 class Decoding {
  public:
   Decoding(OpenTiff& file, std::uint64_t directory) : file(file), tiff(file.Get()) {
@@ -203,7 +203,7 @@ class Decoding {
     return WritePng({walk, channels, blackAndWhite, samples, perMetre[0], perMetre[1]});
   }
 
-  /// Takes the samples where they are the light already.
+  /// Returns the luminance. Moves the samples out when they already are the luminance.
   PageImage Light() {
     if (channels == 1 && walk.Stays()) {
       return {width, height, std::move(samples)};
@@ -221,10 +221,10 @@ class Decoding {
   }
 
  private:
-  /// libtiff's conversion of the page at hand, as long as it is needed.
+  /// Owns libtiff's conversion of the current page.
   struct Conversion {
     Conversion(OpenTiff& file, TIFF* tiff) {
-      // Its reasons are ones of libtiff's own size.
+      // libtiff writes up to 1024 bytes.
       std::array<char, 1024> reason = {};
       constexpr int stopAtErrors = 1;
       if (TIFFRGBAImageBegin(&image, tiff, stopAtErrors, reason.data()) == 0) {
@@ -233,7 +233,7 @@ class Decoding {
         }
         RefuseDamaged(ImageFormat::Tiff, reason.data());
       }
-      // Rows come as they are stored; they are turned when they are complete.
+      // Gets rows in stored order; the orientation is applied to the whole page later.
       image.orientation = ORIENTATION_TOPLEFT;
       image.req_orientation = ORIENTATION_TOPLEFT;
     }
@@ -263,7 +263,7 @@ class Decoding {
     Conversion conversion(file, tiff);
     TIFFRGBAImage& image = conversion.image;
     const bool tiled = TIFFIsTiled(tiff) != 0;
-    // As libtiff takes it, also where the file does not say.
+    // libtiff's photometric interpretation, which has a default where the file has no tag.
     const bool grey =
         image.photometric == PHOTOMETRIC_MINISWHITE || image.photometric == PHOTOMETRIC_MINISBLACK;
     channels = grey ? 1 : 3;
@@ -277,8 +277,8 @@ class Decoding {
     }
   }
 
-  /// Row by row, so that a page in one strip, as fax machines pack it, takes no more
-  /// than one in many.
+  /// Reads row by row, so that a page in one strip, as fax machines write it, needs no more
+  /// memory than one in many.
   void ReadRows(TIFFRGBAImage& image) {
     const tmsize_t packed = TIFFScanlineSize(tiff);
     CheckPiece(1, static_cast<std::uint64_t>(packed));
@@ -296,7 +296,8 @@ class Decoding {
     }
   }
 
-  /// As many rows as a strip or a row of tiles has, so that each is unpacked once.
+  /// Reads as many rows at once as a strip or a row of tiles has, so that each is
+  /// decompressed once.
   void ReadBands(TIFFRGBAImage& image, std::uint32_t rows) {
     std::vector<std::uint32_t> colours(std::size_t{rows} * static_cast<std::size_t>(width));
     TakeMemory();
@@ -332,8 +333,8 @@ class Decoding {
     }
   }
 
-  /// libtiff makes up what it could not unpack, and says so. Only the faxes that come
-  /// over noisy lines are expected to have rows of that kind.
+  /// Throws when libtiff reported that it invented pixels for data that it could not
+  /// decompress. Only fax compressions for noisy lines are expected to have such rows.
   void CheckComplaints() const {
     const bool noisy = packing == COMPRESSION_CCITTFAX3 || packing == COMPRESSION_CCITTRLE ||
                        packing == COMPRESSION_CCITTRLEW;
@@ -349,7 +350,7 @@ class Decoding {
 
   void Append(const std::vector<std::uint32_t>& colours) {
     for (const std::uint32_t colour : colours) {
-      // Colours come multiplied by their opacity: the rest is the white below.
+      // Colours are premultiplied by alpha; a white background fills the rest.
       const std::uint32_t below = 255 - TIFFGetA(colour);
       const auto add = [&](std::uint32_t sample) {
         samples.push_back(static_cast<std::uint8_t>(std::min(sample + below, 255U)));
@@ -387,9 +388,9 @@ std::vector<std::uint64_t> ListPages(OpenTiff& file) {
   std::vector<std::uint64_t> pages;
   TIFF* const tiff = file.Get();
   for (std::uint32_t directory = 0; directory < count; ++directory) {
-    // From one to the next: to go to one by its number is to follow all before it.
+    // Steps to the next directory: TIFFSetDirectory would follow all before it each time.
     const int read = directory == 0 ? TIFFSetDirectory(tiff, 0) : TIFFReadDirectory(tiff);
-    // One that cannot be read is a page, so that it is missed.
+    // An unreadable directory counts as a page, so that its failure is reported.
     if (read == 0 || (Tag<std::uint32_t>(tiff, TIFFTAG_SUBFILETYPE) &
                       (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) == 0) {
       pages.push_back(TIFFCurrentDirOffset(tiff));

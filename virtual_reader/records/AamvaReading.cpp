@@ -16,8 +16,8 @@ namespace {
 using Elements = std::map<std::string, std::string>;
 using Warnings = std::vector<std::string>;
 
-/// The elements that are read, and for each the one of an older edition, or of
-/// the residence instead of the mailing address, that stands in for it.
+/// The data elements of text fields. `older` replaces a missing element: it is the element
+/// of an older edition, or that of the residence address in place of the mailing address.
 constexpr struct {
   const char* id;
   const char* older;
@@ -45,7 +45,7 @@ constexpr struct {
 constexpr const char* OtherIds[] = {"DBA", "DBB", "DBC", "DBD", "DAU",
                                     "DAV", "DAW", "DAX", "DAY", "DAZ"};
 
-/// The record's text for the sex has seven characters: "UNSPECIFIED" has no room.
+/// The record's text for the sex has room for seven characters, too few for "UNSPECIFIED".
 constexpr struct {
   std::string_view code;
   const char* sex;
@@ -96,13 +96,13 @@ bool IsKnownId(std::string_view id) {
                      [id](const auto& text) { return text.id == id || text.older == id; });
 }
 
-/// What the header says of the rest: "ANSI ", issuer (6), version (2), since
-/// version 2 the jurisdiction's version (2), number of subfiles (2), and for
-/// each a designator of type (2), offset (4) and length (4).
+/// The AAMVA header: "ANSI ", issuer identification number (6), AAMVA version (2), since
+/// version 2 the jurisdiction version (2), number of subfiles (2), and for each a subfile
+/// designator of type (2), offset (4) and length (4).
 struct Header {
   std::int32_t version;
-  std::string_view body;     ///< all behind the header
-  std::string_view licence;  ///< the DL or ID subfile; empty when it is not where it should be
+  std::string_view body;     ///< everything after the header
+  std::string_view licence;  ///< the DL or ID subfile; empty when it is not at its offset
 };
 
 std::string_view LicenceAt(std::string_view text, std::string_view designator) {
@@ -120,13 +120,13 @@ std::string_view LicenceAt(std::string_view text, std::string_view designator) {
   return ends ? subfile : std::string_view();
 }
 
-/// Where the file type stands; npos where it does not follow the "@".
+/// Returns the offset of the file type, or npos when it does not follow the "@".
 std::size_t FileTypeIn(std::string_view text) {
   std::size_t at = text.find("ANSI ");
   if (at == std::string_view::npos) {
     at = text.find("AAMVA");  // the file type of early cards
   }
-  constexpr std::size_t separators = 8;  // "@", LF, RS, CR, and a few that a scanner adds
+  constexpr std::size_t separators = 8;  // compliance indicator "@", LF, RS, CR, and a few more
   return at > separators ? std::string_view::npos : at;
 }
 
@@ -144,11 +144,11 @@ Header ReadHeader(std::string_view text) {
     return from < rest.size() ? rest.substr(from, size) : std::string_view();
   };
   if (!IsNumber(part(0, 8)) || part(0, 8).size() < 8) {
-    Refuse("the issuer and version behind \"ANSI \" are not 8 digits");
+    Refuse("the issuer and version after \"ANSI \" are not 8 digits");
   }
   Header header = {Number(part(6, 2)), {}, {}};
   std::size_t next = header.version < 2 ? 8 : 10;
-  // Not counted by the number of subfiles: the designators end where no digits follow.
+  // Ignores the number of subfiles: the designators end where no digits follow.
   for (next += 2; part(next, 10).size() == 10 && IsNumber(part(next + 2, 8)); next += 10) {
     if (header.licence.empty()) {
       header.licence = LicenceAt(text, part(next, 10));
@@ -158,8 +158,8 @@ Header ReadHeader(std::string_view text) {
   return header;
 }
 
-/// Takes the elements line by line. What stands first in a subfile has the
-/// subfile's type in front of it.
+/// Parses the data elements, one per line: LF separates elements, CR is the segment
+/// terminator. The subfile type precedes the first element of a subfile.
 Elements FindElements(std::string_view text) {
   Elements elements;
   while (!text.empty()) {
@@ -171,7 +171,7 @@ Elements FindElements(std::string_view text) {
     }
     const std::string_view id = line.substr(0, 3);
     const std::string_view value = line.size() > 3 ? Trimmed(line.substr(3)) : std::string_view();
-    // By the standard, the holder has no such thing or the issuer did not know.
+    // The standard's values for "not applicable" and "unavailable".
     const bool absent = value.empty() || value == "NONE" || value == "unavl";
     if (IsKnownId(id) && !absent) {
       elements.emplace(id, value);
@@ -192,8 +192,8 @@ bool IsDate(ReaderDate date) {
   return date.month >= 1 && date.month <= 12 && date.day >= 1 && date.day <= 31;
 }
 
-/// United States: MMDDYYYY. Canada, and everybody in the edition of 2000:
-/// CCYYMMDD. A date that makes sense only the other way round is taken so.
+/// Parses a date: MMDDYYYY in the United States; CCYYMMDD in Canada and in the edition of
+/// 2000. Accepts a date that is valid only in the other order.
 ReaderDate DateOf(const Elements& elements, const std::string& id, bool yearFirst) {
   const std::string text = ValueOf(elements, id);
   if (text.empty() || text == "00000000") {
@@ -218,7 +218,7 @@ struct Measurement {
   ReaderMeasurementUnit unit;
 };
 
-/// The first number of a text, which it is taken away from with the blanks around it.
+/// Removes the leading number and the blanks around it from the text and returns it.
 std::optional<std::int32_t> TakeNumber(std::string_view* text) {
   *text = Trimmed(*text);
   const std::size_t end = std::min(text->find_first_not_of("0123456789"), text->size());
@@ -237,7 +237,7 @@ bool TakeMark(std::string_view mark, std::string_view* text) {
   return found;
 }
 
-/// Feet and inches as people write them: 5'-10", 5' 10", 5-10, 5 FT 10 IN, 5'.
+/// Parses feet and inches: 5'-10", 5' 10", 5-10, 5 FT 10 IN, 5'.
 std::optional<std::int32_t> InchesOf(std::string_view text) {
   constexpr std::int32_t inchesOfFoot = 12;
   const auto feet = TakeNumber(&text);
@@ -260,8 +260,8 @@ std::optional<std::int32_t> InchesOf(std::string_view text) {
   return *feet * inchesOfFoot + inches;
 }
 
-/// "069 in", "175 cm", feet and inches in three digits, as older cards have it, or
-/// with marks.
+/// Parses a height: "069 in", "175 cm", feet and inches in three digits, as on older cards,
+/// or in the forms of InchesOf.
 Measurement HeightOf(const Elements& elements) {
   const std::string centimetres = ValueOf(elements, "DAV");
   const std::string text = ValueOf(elements, "DAU");
@@ -316,7 +316,7 @@ std::int32_t ColorOf(const Elements& elements, const char* id,
   }
   if (!code.empty()) {
     warnings->push_back(std::string(id) + " is \"" + code +
-                        "\", which is no colour: sent as unknown");
+                        "\", not a colour code: sent as unknown");
   }
   return static_cast<std::int32_t>(Color::Unknown);
 }
@@ -329,11 +329,11 @@ void ReadSex(const Elements& elements, ReaderAamvaData* record) {
     PutText(record->sex, found->sex, "sex");
     record->shortSex = found->shortSex;
   } else if (!code.empty()) {
-    Refuse("DBC is \"" + code + "\"; known for the sex: 1, 2, 9");
+    Refuse("DBC is \"" + code + "\", not a sex: expected 1, 2 or 9");
   }
 }
 
-/// What parts the names in one element: a comma, and on older cards also these.
+/// The separators of names in one data element: a comma; on older cards also "@" and "$".
 constexpr std::string_view NameSeparators = ",@$";
 
 /// Splits at separators, or at blanks where there are none.
@@ -357,8 +357,8 @@ std::string Joined(const std::vector<std::string>& parts) {
   return result;
 }
 
-/// The editions name a person whole (DAA), by surname and given names (DCT), or
-/// by each name: whatever is missing is made of what there is.
+/// Derives missing name elements. Editions have the full name (DAA), surname and given names
+/// (DCT), or each name in its own element.
 void CompleteNames(Elements* elements) {
   Elements& all = *elements;
   const std::string whole = ValueOf(all, "DAA");
@@ -391,7 +391,7 @@ AamvaReading ReadAamva(std::string_view text) {
   AamvaReading reading = {};
   if (header.licence.empty()) {
     reading.warnings.emplace_back(
-        "the AAMVA header does not lead to a DL or ID subfile: its elements are found by name");
+        "the AAMVA header has no DL or ID subfile at its offset: data elements are found by name");
   }
   Elements elements = FindElements(header.licence.empty() ? header.body : header.licence);
   if (elements.empty()) {

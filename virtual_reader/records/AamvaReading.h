@@ -8,19 +8,19 @@
 
 namespace conduit {
 
-/// What a reader makes of a driving licence's barcode.
+/// The parsed barcode of a driving licence.
 struct AamvaReading {
   ReaderAamvaData record;
-  /// What was read although it is not as the standard has it, and the elements that
-  /// could not be read and are left out, each with its name and the reason.
+  /// Deviations from the standard, and data elements that could not be parsed and are left
+  /// out, each with its element ID and the reason.
   std::vector<std::string> warnings;
 };
 
-/// Whether a barcode's text begins as those of driving licences do.
+/// Returns whether a barcode's text begins with an AAMVA header.
 bool IsAamva(std::string_view text);
 
-/// Reads the text of a barcode after the AAMVA DL/ID Card Design Standard, the
-/// editions since 2000. Throws std::invalid_argument when the text is none.
+/// Parses the text of an AAMVA DL/ID Card Design Standard barcode, editions since 2000.
+/// Throws std::invalid_argument when the text has no such header or no data element.
 AamvaReading ReadAamva(std::string_view text);
 
 }  // namespace conduit

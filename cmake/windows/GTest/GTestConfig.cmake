@@ -1,8 +1,8 @@
-# Debian's packages of GoogleTest bring its sources, which name their targets as
-# the package files do.
+# Builds GoogleTest from the sources in Debian's package. Their targets have the names of
+# the package files.
 if(NOT TARGET GTest::gmock_main)
   add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
-  # Its headers are not ours to warn about.
+  # No warnings for its headers.
   foreach(target gtest gmock gmock_main)
     target_compile_options(${target} PRIVATE -O1) # it only has to be built
     get_target_property(headers ${target} INTERFACE_INCLUDE_DIRECTORIES)
