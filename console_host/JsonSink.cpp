@@ -102,7 +102,6 @@ void JsonSink::OnReaderLine(const ReaderLine& line) {
   AddText(object, "text", line.text);
   if (!line.document.empty()) {
     AddText(object, "document", line.document);
-    document = line.document;
   }
   if (!line.warning.empty()) {
     AddText(object, "warning", line.warning);
@@ -140,16 +139,15 @@ void JsonSink::OnEvent(const EventReceived& event) {
   Write(output, Kind("event", "name", event.name));
 }
 
-void JsonSink::OnDataBegan() {
+void JsonSink::OnDataBegan(const Document& document) {
   Json object = Kind("begin");
-  if (!document.empty()) {
-    AddText(object, "document", document);
+  if (!document.source.empty()) {
+    AddText(object, "document", document.source);
   }
-  document.clear();
   Write(output, object);
 }
 
-void JsonSink::OnDataEnded() { Write(output, Kind("end")); }
+void JsonSink::OnDataEnded(const Document& /*document*/) { Write(output, Kind("end")); }
 
 void JsonSink::OnScript(const ScriptActivated& script) {
   Write(output, Kind("script", "name", script.name));

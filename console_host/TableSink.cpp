@@ -8,7 +8,6 @@
 
 #include "console_host/WriteOut.h"
 #include "hosting/DataFormat.h"
-#include "hosting/EventNames.h"
 #include "hosting/Utf8.h"
 #include "platform/FilePath.h"
 #include <conduit/ItemName.h>
@@ -173,13 +172,22 @@ bool IsTableName(const std::filesystem::path& file) {
 TableSink::TableSink(const std::filesystem::path& path)
     : format(FormatOf(path)), file("table", path, StartOf(*format)) {}
 
-/// The name comes before the document is laid down.
+void TableSink::OnDocumentBegan(const Document& document) {
+  row.assign(Columns().size(), {});
+  Add(FirstColumn(), document.source);
+}
+
+void TableSink::OnDocumentEnded(const Document& document) {
+  const bool saysAnything =
+      std::ranges::any_of(row, [](const auto& values) { return !values.empty(); });
+  if (document.Kind() != DocumentKind::Swipe || saysAnything) {
+    file.Write((hasRows ? "" : format->Head()) + format->Line(row));
+    hasRows = true;
+  }
+}
+
 void TableSink::OnReaderLine(const ReaderLine& line) {
-  if (!line.document.empty()) {
-    Close();
-    Open();
-    Add(FirstColumn(), line.document);
-  } else if (!row.empty()) {
+  if (line.belongsTo) {
     Add(LastColumn(), line.warning);
   }
 }
@@ -195,34 +203,13 @@ void TableSink::OnItem(const ItemReceived& item) {
   }
 }
 
-void TableSink::OnEvent(const EventReceived& event) {
-  if (IsEvent(event.name, ReaderEventCode::DocOnWindow)) {
-    if (laidDown) {
-      Close();
-    }
-    Open();
-    laidDown = true;
-  } else if (IsEvent(event.name, ReaderEventCode::DocRemoved)) {
-    Close();
-  }
-}
-
-/// A reader may send data of what it has not said to be laid down.
-void TableSink::OnDataBegan() {
-  if (!laidDown) {
-    Close();
-  }
-  Open();
-}
-
 void TableSink::OnError(const ErrorReported& error) {
-  if (!row.empty() && !error.text.empty()) {
+  if (error.belongsTo) {
     Add(LastColumn(), error.text);
   }
 }
 
 void TableSink::OnRunEnded(const RunEnded& end) {
-  Close();
   if (!hasRows) {
     if (end.reason == EndReason::Failed) {
       return;
@@ -232,21 +219,7 @@ void TableSink::OnRunEnded(const RunEnded& end) {
   file.Complete();
 }
 
-void TableSink::Open() { row.resize(Columns().size()); }
-
-void TableSink::Close() {
-  const bool saysAnything =
-      std::ranges::any_of(row, [](const auto& values) { return !values.empty(); });
-  if (laidDown || saysAnything) {
-    file.Write((hasRows ? "" : format->Head()) + format->Line(row));
-    hasRows = true;
-  }
-  row.clear();
-  laidDown = false;
-}
-
 void TableSink::Add(std::size_t column, const std::string& value) {
-  Open();
   std::vector<std::string>& values = row[column];
   // The codeline of a chip says again what the page says.
   if (!value.empty() &&

@@ -61,12 +61,12 @@ void TextSink::OnItem(const ItemReceived& item) {
 
 void TextSink::OnEvent(const EventReceived& event) { Line(Cyan, "event", Escaped(event.name)); }
 
-void TextSink::OnDataBegan() {
+void TextSink::OnDataBegan(const Document& /*document*/) {
   Line(Bold, "begin", "");
   ++depth;
 }
 
-void TextSink::OnDataEnded() {
+void TextSink::OnDataEnded(const Document& /*document*/) {
   depth = std::max(depth - 1, 0);
   Line(Bold, "end", "");
 }

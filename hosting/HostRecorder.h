@@ -14,6 +14,7 @@
 #include <variant>
 #include <vector>
 
+#include "hosting/DocumentTracker.h"
 #include "hosting/ReaderLogFile.h"
 #include "hosting/RunListener.h"
 #include <conduit/IInputModuleHost.h>
@@ -53,7 +54,9 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   // What the host itself has to tell. [any thread]
   void Begin(const RunBegan& run);
   void Warn(const Warned& warning);
-  void Count(const PagesCounted& pages);
+  /// What the run was not told: lines of the reader's log, and pages that are Unread.
+  /// @returns whether there is any of it.
+  bool TellMissing();
   void PassTime();
   void End(const RunEnded& end);
 
@@ -97,10 +100,10 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   void TellAll(const Operation& tell);
   template <typename Happening>
   void Tell(void (RunListener::*operation)(const Happening&), const Happening& happening);
+  void TellError(ErrorReported& error);
   /// Tells what is held first, for something else has happened.
   template <typename Happening>
   void TellNext(void (RunListener::*operation)(const Happening&), const Happening& happening);
-  void TellNext(void (RunListener::*operation)());
   void TellWaiting();
   void TellReaderLines();
   void Hold(Said said);
@@ -111,7 +114,9 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   const std::set<std::string> refusedSignals;
 
   mutable std::mutex mutex;
+  DocumentTracker documents;
   std::optional<ReaderLogFile> readerLog;
+  bool missesReaderLines = false;
   std::unique_ptr<char[]> reserve;  ///< set free to end the run with
   std::atomic<bool> failed = false;
   bool outOfMemory = false;

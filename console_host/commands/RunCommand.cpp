@@ -17,7 +17,6 @@
 #include "console_host/DefaultModule.h"
 #include "console_host/JsonSink.h"
 #include "console_host/NamedPair.h"
-#include "console_host/PageCount.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
 #include "console_host/TableSink.h"
@@ -343,7 +342,6 @@ int Run(const RunOptions& options) {
                                   .readerErrors = options.json || !TroubleShowsBesideOutput()});
   ProgressLine progress(std::cout, ProgressAfter);
   EndOfSession end;
-  PageCount count;
 
   std::vector<RunListener*> listeners;
   if (terminal && !options.json) {
@@ -354,25 +352,17 @@ int Run(const RunOptions& options) {
   for (const std::unique_ptr<RunListener>& file : files) {
     listeners.push_back(file.get());
   }
-  listeners.insert(listeners.end(), {&trouble, &end, &count});
+  listeners.insert(listeners.end(), {&trouble, &end});
   HostRecorder recorder(listeners, {options.refusedSignals.begin(), options.refusedSignals.end()});
 
   RunEnded ended{};
   try {
     recorder.Begin({options.module, options.session});
     ended = Play(options, recorder, end);
-    if (count.MissesReaderLines()) {
-      recorder.Warn(
-          {"lines are missing from the reader's log, and with them what they would have "
-           "told: names of documents, warnings"});
-    }
   } catch (const std::exception& problem) {
     ended = FailedBy(problem);
   }
-  const bool pagesUnread = count.Pages().unread > 0;
-  if (pagesUnread) {
-    recorder.Count(count.Pages());
-  }
+  const bool missesAnything = recorder.TellMissing();
   if (recorder.HasFailed() && ended.message.empty()) {
     ended = FailedBy(recorder);
   }
@@ -390,7 +380,7 @@ int Run(const RunOptions& options) {
   }
   switch (ended.reason) {
     case EndReason::ReaderTerminated:
-      return pagesUnread || count.MissesReaderLines() ? EXIT_FAILURE : EXIT_SUCCESS;
+      return missesAnything ? EXIT_FAILURE : EXIT_SUCCESS;
     case EndReason::Interrupted:
       return InterruptStatus();
     case EndReason::Failed:

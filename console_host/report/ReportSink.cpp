@@ -6,7 +6,6 @@
 #include "console_host/ItemDescription.h"
 #include "console_host/report/Html.h"
 #include "hosting/DataFormat.h"
-#include "hosting/EventNames.h"
 #include "platform/Digest.h"
 #include <conduit/MessageLevel.h>
 #include <conduit/ReaderItem.h>
@@ -131,16 +130,18 @@ void ReportSink::OnLogLine(const LogLine& line) {
   }
 }
 
-/// What a document comes from is known before it: its section begins there, and shows
-/// also one that gives nothing.
-void ReportSink::OnReaderLine(const ReaderLine& line) {
-  if (!line.document.empty()) {
-    document = line.document;
+/// One that the reader names has its section from here on, also when it gives nothing.
+void ReportSink::OnDocumentBegan(const Document& document) {
+  source = document.source;
+  if (!source.empty()) {
     CloseSection();
-    OpenSection(document);
+    OpenSection(source);
   }
-  AddStep("reader", line.text);
 }
+
+void ReportSink::OnDocumentEnded(const Document& /*document*/) { source.clear(); }
+
+void ReportSink::OnReaderLine(const ReaderLine& line) { AddStep("reader", line.text); }
 
 void ReportSink::OnItem(const ItemReceived& item) {
   ++section.itemCount;
@@ -158,17 +159,13 @@ void ReportSink::OnItem(const ItemReceived& item) {
   AddStep("item", item.name + missing + refused, !item.data);
 }
 
-void ReportSink::OnEvent(const EventReceived& event) {
-  AddStep("event", event.name);
-  if (IsEvent(event.name, ReaderEventCode::DocRemoved)) {
-    document.clear();
-  }
-}
+void ReportSink::OnEvent(const EventReceived& event) { AddStep("event", event.name); }
 
-void ReportSink::OnDataBegan() {
-  const std::string title = "Document " + std::to_string(++run.documents);
-  const std::string named = document.empty() ? title : title + ": " + document;
-  if (document.empty() || section.itemCount > 0) {
+void ReportSink::OnDataBegan(const Document& document) {
+  run.documents = document.number;
+  const std::string title = "Document " + std::to_string(document.number);
+  const std::string named = source.empty() ? title : title + ": " + source;
+  if (source.empty() || section.itemCount > 0) {
     CloseSection();
     OpenSection(named);
   } else {
@@ -177,9 +174,9 @@ void ReportSink::OnDataBegan() {
   AddStep("begin", "");
 }
 
-void ReportSink::OnDataEnded() {
+void ReportSink::OnDataEnded(const Document& /*document*/) {
   AddStep("end", "");
-  if (document.empty()) {
+  if (source.empty()) {
     CloseSection();
     OpenSection("After document " + std::to_string(run.documents));
   }
@@ -259,9 +256,9 @@ void ReportSink::AddProblem(const std::string& text) {
     return;
   }
   // A reader that names the page in its error names what the section is named after.
-  const std::string named = document + ": ";
+  const std::string named = source + ": ";
   const std::string shown =
-      !document.empty() && text.starts_with(named) ? text.substr(named.size()) : text;
+      !source.empty() && text.starts_with(named) ? text.substr(named.size()) : text;
   run.problems += Element(
       "li", "",
       Element("a", "href=\"#step-" + std::to_string(steps) + "\"", HtmlText(section.title)) + ": " +
