@@ -15,10 +15,9 @@
 #include <vector>
 
 #include "hosting/DocumentTracker.h"
+#include "hosting/ModuleRun.h"
 #include "hosting/ReaderLogFile.h"
 #include "hosting/RunListener.h"
-#include <conduit/IInputModuleHost.h>
-#include <conduit/IModuleLogger.h>
 
 namespace conduit {
 
@@ -35,21 +34,15 @@ namespace conduit {
 /// then on is dropped, and some memory is set free that was kept to end the run with.
 ///
 /// REQUIRES: outlives the module, and the listeners outlive it.
-class HostRecorder final : public IModuleLogger, public IInputModuleHost {
+class HostRecorder final : public ModuleHost {
  public:
   /// @param refusedSignals  names of the items that are answered with StopRecord
   HostRecorder(std::vector<RunListener*> listeners, std::set<std::string> refusedSignals);
-  virtual ~HostRecorder() = default;
   HostRecorder(const HostRecorder&) = delete;
   HostRecorder& operator=(const HostRecorder&) = delete;
 
-  /// From now on tells what stands newly in the reader library's log, each time
-  /// before what happens next.
-  void Follow(const std::filesystem::path& log);
-
-  /// The same with a log that is made for this host alone and goes with it.
-  /// @returns the file that the reader library is to write.
-  std::filesystem::path FollowOwnLog();
+  void Follow(const std::filesystem::path& log) override;
+  std::filesystem::path FollowOwnLog() override;
 
   // What the host itself has to tell. [any thread]
   void Begin(const RunBegan& run);
@@ -60,12 +53,9 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   void PassTime();
   void End(const RunEnded& end);
 
-  /// Calls the module and tells how it went.
-  /// @param name     the call as a log would name it, "SetParameter LogLevel=2"
-  /// @param failure  what it means for the user when the result is not 0
-  /// @returns the call's result.
+  /// Tells how it went, too.
   std::int32_t Call(const std::string& name, const std::string& failure,
-                    const std::function<std::int32_t()>& call);
+                    const std::function<std::int32_t()>& call) override;
 
   /// Whether a listener could not go on, or there was no memory. [any thread]
   bool HasFailed() const noexcept { return failed; }
