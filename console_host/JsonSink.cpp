@@ -1,11 +1,11 @@
 #include "console_host/JsonSink.h"
 
-#include <cstdio>
 #include <new>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
 #include "hosting/DataFormat.h"
 #include "hosting/Utf8.h"
@@ -23,16 +23,6 @@ using Json = nlohmann::ordered_json;
 constexpr int Schema = 1;
 
 constexpr const char* EndReasons[] = {"terminated", "interrupted", "failed"};
-
-std::string Hexadecimal(std::string_view bytes) {
-  std::string text;
-  for (const char byte : bytes) {
-    char digits[3];
-    std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(byte));
-    text += digits;
-  }
-  return text;
-}
 
 /// JSON cannot hold bytes that are not UTF-8: they become U+FFFD in the text,
 /// and a second field keeps all of the bytes.

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "console_host/NamedPair.h"
+#include "console_host/TextParts.h"
 #include "hosting/ModuleRun.h"
 #include "hosting/Utf8.h"
 #include "platform/FilePath.h"
@@ -22,14 +23,6 @@
 
 namespace conduit {
 namespace {
-
-std::string ParameterNames(const LoadedModule& module) {
-  std::string names;
-  for (const ListedParameter& parameter : module.Parameters()) {
-    names += (names.empty() ? "" : ", ") + Escaped(parameter.name);
-  }
-  return names;
-}
 
 /// Sets all of the parameters rather than stopping at the first that is
 /// refused: the user learns of every mistake at once.
@@ -43,7 +36,9 @@ void SetParameters(ModuleRun& run, const PlayOptions& options) {
     unknown |= result == ResultUnknownParameter;
   }
   if (unknown) {
-    throw std::runtime_error("the module's parameters are: " + ParameterNames(run.Module()));
+    const auto nameOf = [](const ListedParameter& parameter) { return Escaped(parameter.name); };
+    throw std::runtime_error("the module's parameters are: " +
+                             Joined(run.Module().Parameters(), ", ", nameOf));
   }
   if (refused) {
     throw std::runtime_error("");
@@ -93,11 +88,8 @@ void WarnOfUnknownEvent(const std::string& event, HostRecorder& recorder) {
   if (std::ranges::find(ReaderEventNames, std::string_view(event)) != std::end(ReaderEventNames)) {
     return;
   }
-  std::string names;
-  for (const char* name : ReaderEventNames) {
-    names.append(names.empty() ? "" : ", ").append(name);
-  }
-  recorder.Warn({"no reader event is named " + event + "; the events are: " + names});
+  recorder.Warn({"no reader event is named " + event +
+                 "; the events are: " + Joined(ReaderEventNames, ", ")});
 }
 
 /// Adds one condition for each event, however many scripts it has: actions go
@@ -171,7 +163,7 @@ RunEnded FailedBy(const std::exception& problem) noexcept {
 
 RunEnded FailedBy(const HostRecorder& recorder) noexcept {
   try {
-    return {EndReason::Failed, recorder.ListenerFailure().value_or("")};
+    return {EndReason::Failed, recorder.Failures().at(0)};
   } catch (const std::bad_alloc&) {
     return {EndReason::Failed, OutOfMemory};
   }

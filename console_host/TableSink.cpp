@@ -1,11 +1,11 @@
 #include "console_host/TableSink.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
 #include "hosting/DataFormat.h"
 #include "hosting/Utf8.h"
@@ -18,6 +18,9 @@ namespace {
 
 constexpr const char* FileColumn = "file";
 constexpr const char* WarningsColumn = "warnings";
+
+/// Between several values of one cell.
+constexpr const char* LineEnd = "\n";
 
 struct Column {
   std::string name;
@@ -60,13 +63,7 @@ std::string ValueOf(const ItemReceived& item) {
   if (!item.data || ReadsAsText(item.type, *item.data)) {
     return item.data.value_or("");
   }
-  std::string digits = "0x";
-  for (const char byte : *item.data) {
-    char two[3];
-    std::snprintf(two, sizeof two, "%02x", static_cast<unsigned char>(byte));
-    digits += two;
-  }
-  return digits;
+  return "0x" + Hexadecimal(*item.data);
 }
 
 /// The text in UTF-8, fit for a terminal: what is no character becomes U+FFFD, and what
@@ -90,29 +87,14 @@ std::string Printable(std::string_view text) {
   return printable;
 }
 
-/// Several values of one cell stand each on a line of its own.
-std::string Joined(const std::vector<std::string>& values) {
-  std::string joined;
-  for (const std::string& value : values) {
-    joined += (joined.empty() ? "" : "\n") + value;
-  }
-  return joined;
-}
-
 class Csv final : public TableFormat {
  public:
-  std::string Head() const override {
-    std::string head;
-    for (const Column& column : Columns()) {
-      head += (head.empty() ? "" : ",") + column.name;
-    }
-    return head + "\r\n";
-  }
+  std::string Head() const override { return Joined(Columns(), ",", &Column::name) + "\r\n"; }
 
   std::string Line(const TableRow& row) const override {
     std::string line;
     for (std::size_t i = 0; i < row.size(); ++i) {
-      line += (i == 0 ? "" : ",") + Cell(Printable(Joined(row[i])));
+      line += (i == 0 ? "" : ",") + Cell(Printable(Joined(row[i], LineEnd)));
     }
     return line + "\r\n";
   }
@@ -141,7 +123,7 @@ class JsonLines final : public TableFormat {
       if (column.isList) {
         object[column.name] = row[i];
       } else {
-        object[column.name] = Joined(row[i]);
+        object[column.name] = Joined(row[i], LineEnd);
       }
     }
     return JsonLine(object);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "console_host/ItemDescription.h"
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
 #include "hosting/Utf8.h"
 #include "platform/FilePath.h"
@@ -18,11 +19,6 @@ constexpr const char* Cyan = "36";
 
 constexpr std::size_t KeywordWidth = 6;    // "script"
 constexpr std::size_t ItemNameWidth = 36;  // "CODELINE_DATE_OF_BIRTH_STR_FORMATTED"
-
-std::string Padded(std::string text, std::size_t width) {
-  text.resize(std::max(text.size(), width), ' ');
-  return text;
-}
 
 }  // namespace
 

@@ -9,9 +9,7 @@ DocumentTracker::DocumentTracker(Told began, Told ended)
 
 void DocumentTracker::Named(const std::string& source) {
   End();
-  Document document;
-  document.source = source;
-  Begin(std::move(document));
+  Begin(source);
 }
 
 void DocumentTracker::LaidDown() {
@@ -61,14 +59,14 @@ void DocumentTracker::End() {
   ended(document);
 }
 
-void DocumentTracker::Begin(Document document) {
-  current = std::move(document);
+void DocumentTracker::Begin(const std::string& source) {
+  current.emplace().source = source;
   began(*current);
 }
 
 void DocumentTracker::BeginUnlessOpen() {
   if (!current) {
-    Begin({});
+    Begin("");
   }
 }
 

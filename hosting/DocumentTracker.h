@@ -44,7 +44,7 @@ class DocumentTracker {
   const PagesCounted& Pages() const { return pages; }
 
  private:
-  void Begin(Document document);
+  void Begin(const std::string& source);
   void BeginUnlessOpen();
 
   const Told began;

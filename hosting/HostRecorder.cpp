@@ -143,14 +143,6 @@ std::int32_t HostRecorder::Call(const std::string& name, const std::string& fail
   return result;
 }
 
-std::optional<std::string> HostRecorder::ListenerFailure() const {
-  const std::lock_guard lock(mutex);
-  if (!failed) {
-    return std::nullopt;
-  }
-  return failures.empty() ? OutOfMemory : failures.front();
-}
-
 std::vector<std::string> HostRecorder::Failures() const {
   const std::lock_guard lock(mutex);
   return failed && failures.empty() ? std::vector<std::string>{OutOfMemory} : failures;

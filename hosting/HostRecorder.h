@@ -59,9 +59,7 @@ class HostRecorder final : public ModuleHost {
 
   /// Whether a listener could not go on, or there was no memory. [any thread]
   bool HasFailed() const noexcept { return failed; }
-  /// Why, of the first that failed; none when all go on.
-  std::optional<std::string> ListenerFailure() const;
-  /// The same of each that failed, every text once.
+  /// Why, of each that failed in their order, every text once.
   std::vector<std::string> Failures() const;
   /// Forgets the failure, and goes on with the listeners that have not failed themselves.
   void Recover() noexcept;

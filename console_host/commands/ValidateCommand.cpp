@@ -20,6 +20,7 @@
 #include "conformance/Check.h"
 #include "conformance/Verdict.h"
 #include "console_host/NamedPair.h"
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
 #include "hosting/LoadedModule.h"
 #include "hosting/TemporaryFolder.h"
@@ -89,14 +90,11 @@ bool Fits(std::string_view pattern, std::string_view name) {
 
 /// As a check of the command line: an error naming the checks, or nothing.
 std::string RefusePattern(const std::string& pattern) {
-  std::string names;
-  for (const Check& check : AllChecks()) {
-    if (Fits(pattern, check.name)) {
-      return "";
-    }
-    names.append(names.empty() ? "" : ", ").append(check.name);
-  }
-  return "no check fits '" + pattern + "'; the checks are: " + names;
+  const bool fitsAny = std::ranges::any_of(
+      AllChecks(), [&](const Check& check) { return Fits(pattern, check.name); });
+  return fitsAny ? ""
+                 : "no check fits '" + pattern +
+                       "'; the checks are: " + Joined(AllChecks(), ", ", &Check::name);
 }
 
 bool IsWanted(const Check& check, const ValidateOptions& options) {
@@ -245,6 +243,8 @@ class CheckRunner {
   const std::chrono::seconds timeout;
 };
 
+constexpr std::size_t NameWidth = 20;
+
 class Report {
  public:
   explicit Report(bool json) : json(json) {}
@@ -302,10 +302,9 @@ class Report {
  private:
   static void WriteJson(const nlohmann::ordered_json& line) { WriteOut(std::cout, JsonLine(line)); }
 
-  static void WriteRow(std::string status, std::string name, const std::string& text) {
-    status.resize(std::max<std::size_t>(status.size(), 8), ' ');
-    name.resize(std::max<std::size_t>(name.size(), 20), ' ');
-    WriteOut(std::cout, "  " + status + name + " " + text + "\n");
+  static void WriteRow(const std::string& status, const std::string& name,
+                       const std::string& text) {
+    WriteOut(std::cout, "  " + Padded(status, 8) + Padded(name, NameWidth) + " " + text + "\n");
   }
 
   const bool json;
@@ -316,9 +315,7 @@ class Report {
 int List() {
   std::string list;
   for (const Check& check : AllChecks()) {
-    std::string name = check.name;
-    name.resize(std::max<std::size_t>(name.size(), 20), ' ');
-    list.append(name).append(" ").append(check.proves).append("\n");
+    list.append(Padded(check.name, NameWidth)).append(" ").append(check.proves).append("\n");
   }
   WriteOut(std::cout, list);
   return EXIT_SUCCESS;

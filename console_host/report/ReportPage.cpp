@@ -4,6 +4,7 @@
 #include <sstream>
 #include <vector>
 
+#include "console_host/TextParts.h"
 #include "console_host/report/Html.h"
 #include "console_host/report/ReportStyle.h"
 #include "hosting/Utf8.h"
@@ -42,10 +43,6 @@ std::string Seconds(std::chrono::milliseconds duration) {
   text << std::fixed << std::setprecision(1) << static_cast<double>(duration.count()) / 1000
        << " s";
   return text.str();
-}
-
-std::string Counted(int count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 std::string Fact(const char* name, const std::string& text) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "console_host/ItemDescription.h"
+#include "console_host/TextParts.h"
 #include "console_host/report/Html.h"
 #include "hosting/DataFormat.h"
 #include "platform/Digest.h"
@@ -76,14 +77,6 @@ std::string StartOf(const std::string& text, std::size_t length) {
   return text.substr(0, length);
 }
 
-std::string Joined(const std::vector<std::string>& texts) {
-  std::string joined;
-  for (const std::string& text : texts) {
-    joined += (joined.empty() ? "" : "; ") + text;
-  }
-  return joined;
-}
-
 }  // namespace
 
 ReportSink::ReportSink(const std::filesystem::path& path, const ReportLimits& limits)
@@ -105,7 +98,7 @@ void ReportSink::OnCallReturned(const CallReturned& call) {
   }
   std::string text = call.name + " answered " + std::to_string(call.result) + ": " + call.failure;
   if (!call.reasons.empty()) {
-    text += " (" + Joined(call.reasons) + ")";
+    text += " (" + Joined(call.reasons, "; ") + ")";
   }
   AddStep("call", text, true);
 }

@@ -12,6 +12,7 @@
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
@@ -157,7 +158,7 @@ TEST(HostRecorder, LetsNoFailureIntoTheModuleAndTellsNothingBehindALoss) {
   recorder.SendEvent("A");
   EXPECT_FALSE(recorder.HasFailed());
   recorder.SendData("NAME", ItemTypeText, 1, "x", nullptr, true);
-  EXPECT_EQ(recorder.ListenerFailure(), "out of memory");
+  EXPECT_EQ(recorder.Failures(), std::vector<std::string>{"out of memory"});
   EXPECT_FALSE(recorder.IsTold(failing));
   recorder.SendEvent("B");
   // What the host does itself is told to the end.
