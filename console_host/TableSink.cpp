@@ -87,63 +87,45 @@ std::string Printable(std::string_view text) {
   return printable;
 }
 
-class Csv final : public TableFormat {
- public:
-  std::string Head() const override { return Joined(Columns(), ",", &Column::name) + "\r\n"; }
-
-  std::string Line(const TableRow& row) const override {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      line += (i == 0 ? "" : ",") + Cell(Printable(Joined(row[i], LineEnd)));
-    }
-    return line + "\r\n";
+std::string CsvCell(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) {
+    return text;
   }
-
- private:
-  static std::string Cell(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) {
-      return text;
-    }
-    std::string quoted = "\"";
-    for (const char character : text) {
-      quoted.append(character == '"' ? 2 : 1, character);
-    }
-    return quoted + '"';
+  std::string quoted = "\"";
+  for (const char character : text) {
+    quoted.append(character == '"' ? 2 : 1, character);
   }
-};
+  return quoted + '"';
+}
 
-class JsonLines final : public TableFormat {
- public:
-  std::string Head() const override { return ""; }
-
-  std::string Line(const TableRow& row) const override {
-    nlohmann::ordered_json object;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      const Column& column = Columns()[i];
-      if (column.isList) {
-        object[column.name] = row[i];
-      } else {
-        object[column.name] = Joined(row[i], LineEnd);
-      }
-    }
-    return JsonLine(object);
+std::string CsvLine(const TableRow& row) {
+  std::string line;
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    line += (i == 0 ? "" : ",") + CsvCell(Printable(Joined(row[i], LineEnd)));
   }
-};
+  return line + "\r\n";
+}
+
+std::string JsonRow(const TableRow& row) {
+  nlohmann::ordered_json object;
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    const Column& column = Columns()[i];
+    if (column.isList) {
+      object[column.name] = row[i];
+    } else {
+      object[column.name] = Joined(row[i], LineEnd);
+    }
+  }
+  return JsonLine(object);
+}
 
 bool IsCsv(const std::filesystem::path& file) { return Utf8FromPath(file).ends_with(".csv"); }
 
-std::unique_ptr<const TableFormat> FormatOf(const std::filesystem::path& file) {
-  if (IsCsv(file)) {
-    return std::make_unique<Csv>();
-  }
-  return std::make_unique<JsonLines>();
-}
+/// Stands before the rows.
+std::string HeadOf(bool csv) { return csv ? Joined(Columns(), ",", &Column::name) + "\r\n" : ""; }
 
 /// What an earlier table begins with.
-std::string StartOf(const TableFormat& format) {
-  const std::string head = format.Head();
-  return head.empty() ? "{\"" + Columns().front().name + "\":" : head;
-}
+std::string StartOf(bool csv) { return csv ? HeadOf(csv) : "{\"" + Columns().front().name + "\":"; }
 
 }  // namespace
 
@@ -152,7 +134,7 @@ bool IsTableName(const std::filesystem::path& file) {
 }
 
 TableSink::TableSink(const std::filesystem::path& path)
-    : format(FormatOf(path)), file("table", path, StartOf(*format)) {}
+    : csv(IsCsv(path)), file("table", path, StartOf(csv)) {}
 
 void TableSink::OnDocumentBegan(const Document& document) {
   row.assign(Columns().size(), {});
@@ -163,7 +145,7 @@ void TableSink::OnDocumentEnded(const Document& document) {
   const bool saysAnything =
       std::ranges::any_of(row, [](const auto& values) { return !values.empty(); });
   if (document.Kind() != DocumentKind::Swipe || saysAnything) {
-    file.Write((hasRows ? "" : format->Head()) + format->Line(row));
+    file.Write((hasRows ? "" : HeadOf(csv)) + (csv ? CsvLine(row) : JsonRow(row)));
     hasRows = true;
   }
 }
@@ -196,7 +178,7 @@ void TableSink::OnRunEnded(const RunEnded& end) {
     if (end.reason == EndReason::Failed) {
       return;
     }
-    file.Write(format->Head());
+    file.Write(HeadOf(csv));
   }
   file.Complete();
 }

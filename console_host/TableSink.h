@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -12,16 +11,6 @@ namespace conduit {
 
 /// The values of one document, a list for each column; most have one value at most.
 using TableRow = std::vector<std::vector<std::string>>;
-
-/// How a table is written.
-class TableFormat {
- public:
-  virtual ~TableFormat() = default;
-
-  /// What stands before the rows, and every such table begins with.
-  virtual std::string Head() const = 0;
-  virtual std::string Line(const TableRow& row) const = 0;
-};
 
 /// Tells a run as a table: a row for each page, whether or not it gave anything, and for each
 /// swipe that has something to tell. The columns are the same for every
@@ -46,7 +35,7 @@ class TableSink final : public RunListener {
  private:
   void Add(std::size_t column, const std::string& value);
 
-  const std::unique_ptr<const TableFormat> format;
+  const bool csv;  ///< rather than JSON Lines
   ReplacedFile file;
   bool hasRows = false;
   TableRow row;  ///< of the document that is open

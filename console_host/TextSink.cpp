@@ -90,10 +90,7 @@ void TextSink::OnError(const ErrorReported& error) {
   }
 }
 
-void TextSink::OnPagesCounted(const PagesCounted& pages) {
-  Line(Red, "pages",
-       std::to_string(pages.unread) + " of " + std::to_string(pages.all) + " could not be read");
-}
+void TextSink::OnPagesCounted(const PagesCounted& pages) { Line(Red, "pages", pages.Text()); }
 
 void TextSink::OnRunEnded(const RunEnded& run) {
   depth = 0;

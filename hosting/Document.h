@@ -31,6 +31,10 @@ struct Document {
 struct PagesCounted {
   int unread = 0;
   int all = 0;
+
+  std::string Text() const {
+    return std::to_string(unread) + " of " + std::to_string(all) + " could not be read";
+  }
 };
 
 }  // namespace conduit

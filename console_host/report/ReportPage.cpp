@@ -1,5 +1,6 @@
 #include "console_host/report/ReportPage.h"
 
+#include <cstdio>
 #include <iomanip>
 #include <sstream>
 #include <vector>
@@ -28,14 +29,12 @@ std::string UtcTime(std::chrono::system_clock::time_point time) {
   const auto day = std::chrono::floor<std::chrono::days>(time);
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss clock(std::chrono::floor<std::chrono::seconds>(time - day));
-  std::ostringstream text;
-  text << std::setfill('0') << static_cast<int>(date.year());
-  text << '-' << std::setw(2) << static_cast<unsigned>(date.month());
-  text << '-' << std::setw(2) << static_cast<unsigned>(date.day());
-  text << ' ' << std::setw(2) << clock.hours().count();
-  text << ':' << std::setw(2) << clock.minutes().count();
-  text << ':' << std::setw(2) << clock.seconds().count() << " UTC";
-  return text.str();
+  char text[64];
+  std::snprintf(text, sizeof text, "%d-%02u-%02u %02d:%02d:%02d UTC", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()));
+  return text;
 }
 
 std::string Seconds(std::chrono::milliseconds duration) {

@@ -192,10 +192,7 @@ void ReportSink::OnError(const ErrorReported& error) {
   }
 }
 
-void ReportSink::OnPagesCounted(const PagesCounted& pages) {
-  AddStep("pages",
-          std::to_string(pages.unread) + " of " + std::to_string(pages.all) + " could not be read");
-}
+void ReportSink::OnPagesCounted(const PagesCounted& pages) { AddStep("pages", pages.Text()); }
 
 void ReportSink::OnRunEnded(const RunEnded& end) {
   run.failed = end.reason == EndReason::Failed;
