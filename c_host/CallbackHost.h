@@ -31,8 +31,6 @@ const char* PropertyOfCurrentItem(const conduit_host_item* item, const char* key
 class CallbackHost final : public ModuleHost {
  public:
   explicit CallbackHost(const conduit_host_callbacks& callbacks);
-  CallbackHost(const CallbackHost&) = delete;
-  CallbackHost& operator=(const CallbackHost&) = delete;
 
   void Follow(const std::filesystem::path& log) override;
   /// The same file for as long as no other is followed.

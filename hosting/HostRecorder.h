@@ -38,8 +38,6 @@ class HostRecorder final : public ModuleHost {
  public:
   /// @param refusedSignals  names of the items that are answered with StopRecord
   HostRecorder(std::vector<RunListener*> listeners, std::set<std::string> refusedSignals);
-  HostRecorder(const HostRecorder&) = delete;
-  HostRecorder& operator=(const HostRecorder&) = delete;
 
   void Follow(const std::filesystem::path& log) override;
   std::filesystem::path FollowOwnLog() override;

@@ -16,7 +16,10 @@ namespace conduit {
 /// The host as its ModuleRun sees it: receives from the module, and makes the calls to it.
 class ModuleHost : public IModuleLogger, public IInputModuleHost {
  public:
+  ModuleHost() = default;
   virtual ~ModuleHost() = default;
+  ModuleHost(const ModuleHost&) = delete;
+  ModuleHost& operator=(const ModuleHost&) = delete;
 
   /// Calls the module, with the reasons of a failure at hand.
   /// @param name     the call as a log would name it, "SetParameter LogLevel=2"
