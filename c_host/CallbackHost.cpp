@@ -8,6 +8,7 @@
 #include "c_host/HostError.h"
 #include <conduit/ItemName.h>
 #include <conduit/MessageLevel.h>
+#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {
@@ -83,24 +84,38 @@ std::filesystem::path CallbackHost::FollowOwnLog() {
 }
 
 void CallbackHost::LastCall::OnCallReturned(const CallReturned& call) {
-  returned.reasons.clear();
-  returned.result = call.result;
   try {
-    returned.reasons = call.reasons;
+    reasons = call.reasons;
   } catch (const std::bad_alloc&) {
     // The result alone then tells of the failure.
   }
 }
 
-CallReturned CallbackHost::Call(const std::function<std::int32_t()>& call) {
-  lastCall.returned = {};
-  const std::int32_t result = recorder.Call("", "", call);
+std::int32_t CallbackHost::Call(const std::string& name, const std::string& failure,
+                                const std::function<std::int32_t()>& call) {
+  std::exception_ptr thrown;
+  lastCall.reasons.clear();
+  const std::int32_t result = recorder.Call(name, failure, [&]() -> std::int32_t {
+    try {
+      return call();
+    } catch (...) {
+      thrown = std::current_exception();
+      return CONDUIT_HOST_FAILED;
+    }
+  });
   CheckRecorder();
   TellReaderLines();
   // What ended the run may have been held until now.
   TellEnd();
-  lastCall.returned.result = result;
-  return lastCall.returned;
+  if (thrown) {
+    std::rethrow_exception(thrown);
+  }
+  if (result != ResultSuccess) {
+    // A negative number of the module's would be taken for one of this library's.
+    throw HostError(result > 0 ? result : CONDUIT_HOST_FAILED,
+                    FailureText({name, failure, result, lastCall.reasons}));
+  }
+  return result;
 }
 
 void CallbackHost::Hand(conduit_host_entry entry, void* context, const char* name,

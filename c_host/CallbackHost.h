@@ -6,13 +6,13 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "c_host/RunWatch.h"
 #include "hosting/EndOfSession.h"
 #include "hosting/HostRecorder.h"
+#include "hosting/ModuleRun.h"
 #include "hosting/ReaderLogFile.h"
-#include <conduit/IInputModuleHost.h>
-#include <conduit/IModuleLogger.h>
 #include <conduit/conduit_host.h>
 
 namespace conduit {
@@ -28,23 +28,17 @@ const char* PropertyOfCurrentItem(const conduit_host_item* item, const char* key
 /// takes down what explains a failure and what ends a run.
 ///
 /// REQUIRES: outlives the module.
-class CallbackHost final : public IModuleLogger, public IInputModuleHost {
+class CallbackHost final : public ModuleHost {
  public:
   explicit CallbackHost(const conduit_host_callbacks& callbacks);
-  virtual ~CallbackHost() = default;
-  CallbackHost(const CallbackHost&) = delete;
-  CallbackHost& operator=(const CallbackHost&) = delete;
 
-  /// From now on hands on what stands newly in the reader library's log.
-  void Follow(const std::filesystem::path& log);
+  void Follow(const std::filesystem::path& log) override;
+  /// The same file for as long as no other is followed.
+  std::filesystem::path FollowOwnLog() override;
 
-  /// The same with a log of this host's own, the same for as long as no other is followed.
-  /// @returns the file that the reader library is to write.
-  std::filesystem::path FollowOwnLog();
-
-  /// Calls the module, and tells what it came to with what the module said meanwhile.
-  /// [one call at a time]
-  CallReturned Call(const std::function<std::int32_t()>& call);
+  /// What fails is thrown: as a HostError, or as what the module threw. [one call at a time]
+  std::int32_t Call(const std::string& name, const std::string& failure,
+                    const std::function<std::int32_t()>& call) override;
 
   /// Hands one entry of a list to its callback; what it throws becomes a HostError.
   static void Hand(conduit_host_entry entry, void* context, const char* name, const char* value);
@@ -66,11 +60,11 @@ class CallbackHost final : public IModuleLogger, public IInputModuleHost {
   void ReportError(const char* text) override;
 
  private:
-  /// Keeps what the last call came to.
+  /// Keeps the reasons of the last call's failure.
   class LastCall final : public RunListener {
    public:
     void OnCallReturned(const CallReturned& call) override;
-    CallReturned returned;
+    std::vector<std::string> reasons;
   };
 
   template <typename... Parameters, typename... Arguments>

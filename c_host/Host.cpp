@@ -5,13 +5,10 @@
 #include <new>
 
 #include "c_host/HostError.h"
-#include "hosting/ResultMeaning.h"
 #include "hosting/Utf8.h"
-#include "platform/Environment.h"
 #include "platform/FilePath.h"
 #include "platform/SessionLocation.h"
 #include <conduit/ParameterName.h>
-#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {
@@ -79,52 +76,27 @@ std::size_t Host::LastError(char* buffer, std::size_t capacity) const {
   return CopyText(lastError, buffer, capacity);
 }
 
-LoadedModule& Host::Loaded() {
-  if (!module) {
+ModuleRun& Host::Loaded() {
+  if (!run) {
     throw HostError(CONDUIT_HOST_NOT_LOADED, "no module has been loaded");
   }
-  return *module;
+  return *run;
 }
 
 void Host::RequireStopped() const {
-  if (running) {
+  if (run && run->IsRunning()) {
     throw HostError(CONDUIT_HOST_RUNNING, "the reader runs; shut it down first");
   }
 }
 
-LoadedModule& Host::Stopped() {
-  LoadedModule& loaded = Loaded();
+ModuleRun& Host::Stopped() {
+  ModuleRun& loaded = Loaded();
   RequireStopped();
   return loaded;
 }
 
-void Host::Call(const std::string& failure, const std::function<std::int32_t()>& call) {
-  std::exception_ptr thrown;
-  const auto caught = [&]() -> std::int32_t {
-    try {
-      return call();
-    } catch (...) {
-      thrown = std::current_exception();
-      return CONDUIT_HOST_FAILED;
-    }
-  };
-  const CallReturned returned = border.Call(caught);
-  if (thrown) {
-    std::rethrow_exception(thrown);
-  }
-  if (returned.result == ResultSuccess) {
-    return;
-  }
-  std::string text = failure + " (" + ExplainedResult(returned.result) + ")";
-  for (const std::string& reason : returned.reasons) {
-    text += "\n  " + Escaped(reason);
-  }
-  // A negative number of the module's would be taken for one of this library's.
-  throw HostError(returned.result > 0 ? returned.result : CONDUIT_HOST_FAILED, text);
-}
-
 void Host::Load(const std::filesystem::path& file) {
-  if (module) {
+  if (run) {
     throw HostError(CONDUIT_HOST_ALREADY_LOADED,
                     "a module has been loaded already; a host has one");
   }
@@ -132,7 +104,7 @@ void Host::Load(const std::filesystem::path& file) {
   std::optional<ModuleLibrary> library;
   try {
     library.emplace(file);
-    module.emplace(*library, &border);
+    run.emplace(*library, border);
   } catch (const ModuleError& problem) {
     throw HostError(CONDUIT_HOST_CANNOT_LOAD, problem.what());
   } catch (const std::exception& problem) {
@@ -141,24 +113,17 @@ void Host::Load(const std::filesystem::path& file) {
   } catch (...) {
     throw HostError(CONDUIT_HOST_CANNOT_LOAD, ModuleError(file, "it threw").what());
   }
-  (*module)->SetHost(&border);
 }
 
 void Host::SetSession(const std::string& location) const {
   RequireStopped();
   const bool watched = location.starts_with(WatchPrefix);
-  const std::filesystem::path path =
-      PathFromUtf8(watched ? location.substr(WatchPrefix.size()) : location);
   try {
-    RequireReadable("session", path);
+    ModuleRun::UseSession(PathFromUtf8(watched ? location.substr(WatchPrefix.size()) : location),
+                          watched);
   } catch (const std::runtime_error& problem) {
     throw HostError(CONDUIT_HOST_CANNOT_READ, problem.what());
   }
-  if (watched && !std::filesystem::is_directory(path)) {
-    throw HostError(CONDUIT_HOST_CANNOT_READ,
-                    "cannot watch " + Utf8FromPath(path) + ": it is no folder");
-  }
-  SetEnvironment(SessionVariable, PathFromUtf8(location));
 }
 
 void Host::FollowReaderLog(const char* file) {
@@ -171,91 +136,75 @@ void Host::FollowReaderLog(const char* file) {
 }
 
 void Host::SetParameter(const char* name, const char* value) {
-  LoadedModule& stopped = Stopped();
-  Call("the module refuses " + Escaped(name) + "=" + Escaped(value),
-       [&] { return stopped->SetParameter(name, value); });
+  Stopped().SetParameter(name, value, Escaped(name) + "=" + Escaped(value));
 }
 
 std::string Host::Parameter(const char* name) {
-  LoadedModule& loaded = Loaded();
+  const LoadedModule& module = Loaded().Module();
   const char* value = nullptr;
-  Call("the module does not give " + Escaped(name),
-       [&] { return loaded->GetParameter(name, &value); });
+  border.Call("GetParameter", "the module does not give " + Escaped(name),
+              [&] { return module->GetParameter(name, &value); });
   return value != nullptr ? value : "";
 }
 
 void Host::ListParameters(conduit_host_entry entry, void* context) {
-  for (const ListedParameter& parameter : Loaded().Parameters()) {
+  for (const ListedParameter& parameter : Loaded().Module().Parameters()) {
     CallbackHost::Hand(entry, context, parameter.name.c_str(), parameter.value.c_str());
   }
 }
 
 void Host::AddCondition(const char* name, const char* value) {
-  LoadedModule& stopped = Stopped();
-  Call("the module refuses the condition " + Escaped(name) + " " + Escaped(value),
-       [&] { return stopped->AddCondition(name, value); });
+  const LoadedModule& module = Stopped().Module();
+  border.Call("AddCondition",
+              "the module refuses the condition " + Escaped(name) + " " + Escaped(value),
+              [&] { return module->AddCondition(name, value); });
 }
 
 void Host::AddAction(const char* conditionName, const char* conditionValue, const char* actionName,
                      const char* actionValue) {
-  LoadedModule& stopped = Stopped();
-  Call("the module refuses the action " + Escaped(actionName) + " " + Escaped(actionValue) +
-           " of the condition " + Escaped(conditionName) + " " + Escaped(conditionValue),
-       [&] { return stopped->AddAction(conditionName, conditionValue, actionName, actionValue); });
+  const LoadedModule& module = Stopped().Module();
+  border.Call(
+      "AddAction",
+      "the module refuses the action " + Escaped(actionName) + " " + Escaped(actionValue) +
+          " of the condition " + Escaped(conditionName) + " " + Escaped(conditionValue),
+      [&] { return module->AddAction(conditionName, conditionValue, actionName, actionValue); });
 }
 
 void Host::ListConditions(conduit_host_entry entry, void* context) {
-  LoadedModule& loaded = Loaded();
-  const std::int32_t count = loaded->GetConditionCount();
+  const LoadedModule& module = Loaded().Module();
+  const std::int32_t count = module->GetConditionCount();
   for (std::int32_t i = 0; i < count; ++i) {
     const char* name = nullptr;
     const char* value = nullptr;
-    loaded->GetConditionAt(i, &name, &value);
+    module->GetConditionAt(i, &name, &value);
     CallbackHost::Hand(entry, context, name, value);
   }
 }
 
 void Host::Initialise() {
-  LoadedModule& stopped = Stopped();
+  ModuleRun& stopped = Stopped();
   border.BeginRun();
   try {
-    Call("the reader did not start", [&] { return stopped->Initialise(); });
+    stopped.Start();
   } catch (...) {
     border.Watch().End();
     throw;
   }
-  running = true;
 }
 
 void Host::Shutdown() {
-  LoadedModule& loaded = Loaded();
-  if (!running) {
+  ModuleRun& loaded = Loaded();
+  if (!loaded.IsRunning()) {
     throw HostError(CONDUIT_HOST_NOT_RUNNING, "the reader does not run");
   }
-  // Whatever it answers: nobody is to wait for it any more.
-  running = false;
-  bool called = false;
-  const auto answer = [&] {
-    called = true;
-    const std::int32_t result = loaded->Shutdown();
-    border.Watch().End();
-    return result;
-  };
-  try {
-    Call("the reader did not stop", std::ref(answer));
-  } catch (const std::bad_alloc&) {
-    if (!called) {
-      answer();
-    }
-    throw;
-  }
+  loaded.Stop([this] { border.Watch().End(); });
 }
 
 void Host::End() {
-  if (running) {
+  if (run && run->IsRunning()) {
     Shutdown();
   }
-  module.reset();
+  run.reset();
 }
 
 std::int32_t Host::Wait(std::int32_t milliseconds) {

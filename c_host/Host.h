@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "c_host/CallbackHost.h"
-#include "hosting/LoadedModule.h"
+#include "hosting/ModuleRun.h"
 
 namespace conduit {
 
@@ -54,14 +54,12 @@ class Host {
 
  private:
   std::int32_t Keep(std::int32_t result, const char* text) noexcept;
-  LoadedModule& Loaded();
-  LoadedModule& Stopped();
+  ModuleRun& Loaded();
+  ModuleRun& Stopped();
   void RequireStopped() const;
-  void Call(const std::string& failure, const std::function<std::int32_t()>& call);
 
   CallbackHost border;
-  std::optional<LoadedModule> module;
-  bool running = false;
+  std::optional<ModuleRun> run;
   std::atomic_flag busy;
 
   mutable std::mutex errorMutex;

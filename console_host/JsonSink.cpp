@@ -1,11 +1,11 @@
 #include "console_host/JsonSink.h"
 
-#include <cstdio>
 #include <new>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
 #include "hosting/DataFormat.h"
 #include "hosting/Utf8.h"
@@ -23,16 +23,6 @@ using Json = nlohmann::ordered_json;
 constexpr int Schema = 1;
 
 constexpr const char* EndReasons[] = {"terminated", "interrupted", "failed"};
-
-std::string Hexadecimal(std::string_view bytes) {
-  std::string text;
-  for (const char byte : bytes) {
-    char digits[3];
-    std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(byte));
-    text += digits;
-  }
-  return text;
-}
 
 /// JSON cannot hold bytes that are not UTF-8: they become U+FFFD in the text,
 /// and a second field keeps all of the bytes.
@@ -102,7 +92,6 @@ void JsonSink::OnReaderLine(const ReaderLine& line) {
   AddText(object, "text", line.text);
   if (!line.document.empty()) {
     AddText(object, "document", line.document);
-    document = line.document;
   }
   if (!line.warning.empty()) {
     AddText(object, "warning", line.warning);
@@ -140,16 +129,15 @@ void JsonSink::OnEvent(const EventReceived& event) {
   Write(output, Kind("event", "name", event.name));
 }
 
-void JsonSink::OnDataBegan() {
+void JsonSink::OnDataBegan(const Document& document) {
   Json object = Kind("begin");
-  if (!document.empty()) {
-    AddText(object, "document", document);
+  if (!document.source.empty()) {
+    AddText(object, "document", document.source);
   }
-  document.clear();
   Write(output, object);
 }
 
-void JsonSink::OnDataEnded() { Write(output, Kind("end")); }
+void JsonSink::OnDataEnded(const Document& /*document*/) { Write(output, Kind("end")); }
 
 void JsonSink::OnScript(const ScriptActivated& script) {
   Write(output, Kind("script", "name", script.name));

@@ -27,8 +27,8 @@ class JsonSink final : public RunListener {
   void OnReaderLine(const ReaderLine& line) override;
   void OnItem(const ItemReceived& item) override;
   void OnEvent(const EventReceived& event) override;
-  void OnDataBegan() override;
-  void OnDataEnded() override;
+  void OnDataBegan(const Document& document) override;
+  void OnDataEnded(const Document& document) override;
   void OnScript(const ScriptActivated& script) override;
   void OnState(const StateReported& state) override;
   void OnError(const ErrorReported& error) override;
@@ -39,7 +39,6 @@ class JsonSink final : public RunListener {
  private:
   std::ostream& output;
   const JsonSinkOptions options;
-  std::string document;  ///< what the next document comes from, if the reader says so
 };
 
 }  // namespace conduit

@@ -3,14 +3,12 @@
 #include <iomanip>
 #include <sstream>
 
+#include "console_host/TextParts.h"
+
 namespace conduit {
 namespace {
 
 constexpr const char* EmptyLine = "\r\x1b[2K";
-
-std::string Counted(int count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
 
 }  // namespace
 

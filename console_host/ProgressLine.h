@@ -19,7 +19,7 @@ class ProgressLine final : public RunListener {
   ProgressLine(std::ostream& output, std::chrono::milliseconds after);
 
   void OnAnything() override { Show(""); }
-  void OnDataBegan() override { ++documents; }
+  void OnDataBegan(const Document& document) override { documents = document.number; }
   void OnItem(const ItemReceived& /*item*/) override { ++items; }
   void OnError(const ErrorReported& error) override { errors += error.text.empty() ? 0 : 1; }
   void OnTimePassed() override;

@@ -46,11 +46,12 @@ std::string FileName(std::string name) {
   return device ? "_" + name : name;
 }
 
-/// Sorts in the order of the documents.
-std::string FolderName(int number, const std::string& document) {
+/// Sorts in the order of the documents. What comes outside of the data has no number.
+std::string FolderName(const Document& document) {
   char name[32];
-  std::snprintf(name, sizeof name, "document-%05d", number);
-  return name + (document.empty() ? "" : "-" + FileName(document));
+  std::snprintf(name, sizeof name, "document-%05d", document.dataOpen ? document.number : 0);
+  const bool named = document.dataOpen && !document.source.empty();
+  return name + (named ? "-" + FileName(document.source) : "");
 }
 
 [[noreturn]] void Refuse(const std::filesystem::path& path, const std::string& reason) {
@@ -80,9 +81,7 @@ bool IsAlone(const std::filesystem::path& entry, std::error_code& problem) {
 
 SaveSink::SaveSink(const std::filesystem::path& path)
     // A slash at the end would look behind a symbolic link.
-    : folder(path.has_filename() ? path : path.parent_path()),
-      claim(folder / FolderName(0, "")),
-      documentFolder(FolderName(0, "")) {
+    : folder(path.has_filename() ? path : path.parent_path()), claim(folder / FolderName({})) {
   std::error_code problem;
   if (std::filesystem::exists(folder, problem) && !std::filesystem::is_directory(folder, problem)) {
     Refuse(folder, "it is not a folder");
@@ -109,23 +108,7 @@ SaveSink::~SaveSink() {
   std::filesystem::remove(claim, holdsItems);
 }
 
-void SaveSink::OnReaderLine(const ReaderLine& line) {
-  if (!line.document.empty()) {
-    document = line.document;
-  }
-}
-
-void SaveSink::OnDataBegan() {
-  documentFolder = FolderName(++documents, document);
-  document.clear();
-  inside.clear();
-  insideDocument = true;
-}
-
-void SaveSink::OnDataEnded() {
-  documentFolder = FolderName(0, "");
-  insideDocument = false;
-}
+void SaveSink::OnDataBegan(const Document& /*document*/) { inside.clear(); }
 
 void SaveSink::OnItem(const ItemReceived& item) {
   if (!item.data) {
@@ -152,17 +135,17 @@ std::filesystem::path SaveSink::NewFile(const ItemReceived& item) {
   const std::string name = FileName(item.name);
   const std::string extension(ReadsAsText(item.type, *item.data) ? ".txt"
                                                                  : FileExtension(*item.data));
-  NameCounts& counts = insideDocument ? inside : outside;
+  const bool isInside = item.belongsTo.dataOpen;
+  NameCounts& counts = isInside ? inside : outside;
   int& count = counts[LowerCase(name)];
   std::filesystem::path file;
   for (bool isFree = false; !isFree;) {
     ++count;
     const std::string numbered = count == 1 ? name : name + "-" + std::to_string(count);
-    file = folder / documentFolder / (numbered + extension);
+    file = folder / FolderName(item.belongsTo) / (numbered + extension);
     // An item may itself be named as the second of another is. What comes outside of
     // documents is not remembered, for there is no end of it.
-    const bool isNew =
-        count == 1 || !insideDocument || counts.emplace(LowerCase(numbered), 1).second;
+    const bool isNew = count == 1 || !isInside || counts.emplace(LowerCase(numbered), 1).second;
     isFree = isNew && !std::filesystem::exists(std::filesystem::symlink_status(file));
   }
   return file;

@@ -24,9 +24,7 @@ class SaveSink final : public RunListener {
   SaveSink(const SaveSink&) = delete;
   SaveSink& operator=(const SaveSink&) = delete;
 
-  void OnReaderLine(const ReaderLine& line) override;
-  void OnDataBegan() override;
-  void OnDataEnded() override;
+  void OnDataBegan(const Document& document) override;
   /// Throws a std::runtime_error when the file cannot be written.
   void OnItem(const ItemReceived& item) override;
 
@@ -35,16 +33,12 @@ class SaveSink final : public RunListener {
 
   const std::filesystem::path folder;
   const std::filesystem::path claim;
-  int documents = 0;
-  std::string document;  ///< what the one laid down comes from, if the reader says so
-  std::string documentFolder;
 
   /// How many items of a name there were, by the name in lower case: Windows tells no
   /// cases apart.
   using NameCounts = std::map<std::string, int>;
   NameCounts outside;  ///< documents
   NameCounts inside;   ///< the document under way
-  bool insideDocument = false;
 };
 
 }  // namespace conduit

@@ -1,14 +1,13 @@
 #include "console_host/TableSink.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
 #include "hosting/DataFormat.h"
-#include "hosting/EventNames.h"
 #include "hosting/Utf8.h"
 #include "platform/FilePath.h"
 #include <conduit/ItemName.h>
@@ -19,6 +18,9 @@ namespace {
 
 constexpr const char* FileColumn = "file";
 constexpr const char* WarningsColumn = "warnings";
+
+/// Between several values of one cell.
+constexpr const char* LineEnd = "\n";
 
 struct Column {
   std::string name;
@@ -61,13 +63,7 @@ std::string ValueOf(const ItemReceived& item) {
   if (!item.data || ReadsAsText(item.type, *item.data)) {
     return item.data.value_or("");
   }
-  std::string digits = "0x";
-  for (const char byte : *item.data) {
-    char two[3];
-    std::snprintf(two, sizeof two, "%02x", static_cast<unsigned char>(byte));
-    digits += two;
-  }
-  return digits;
+  return "0x" + Hexadecimal(*item.data);
 }
 
 /// The text in UTF-8, fit for a terminal: what is no character becomes U+FFFD, and what
@@ -91,78 +87,45 @@ std::string Printable(std::string_view text) {
   return printable;
 }
 
-/// Several values of one cell stand each on a line of its own.
-std::string Joined(const std::vector<std::string>& values) {
-  std::string joined;
-  for (const std::string& value : values) {
-    joined += (joined.empty() ? "" : "\n") + value;
+std::string CsvCell(const std::string& text) {
+  if (text.find_first_of(",\"\r\n") == std::string::npos) {
+    return text;
   }
-  return joined;
+  std::string quoted = "\"";
+  for (const char character : text) {
+    quoted.append(character == '"' ? 2 : 1, character);
+  }
+  return quoted + '"';
 }
 
-class Csv final : public TableFormat {
- public:
-  std::string Head() const override {
-    std::string head;
-    for (const Column& column : Columns()) {
-      head += (head.empty() ? "" : ",") + column.name;
-    }
-    return head + "\r\n";
+std::string CsvLine(const TableRow& row) {
+  std::string line;
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    line += (i == 0 ? "" : ",") + CsvCell(Printable(Joined(row[i], LineEnd)));
   }
+  return line + "\r\n";
+}
 
-  std::string Line(const TableRow& row) const override {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      line += (i == 0 ? "" : ",") + Cell(Printable(Joined(row[i])));
+std::string JsonRow(const TableRow& row) {
+  nlohmann::ordered_json object;
+  for (std::size_t i = 0; i < row.size(); ++i) {
+    const Column& column = Columns()[i];
+    if (column.isList) {
+      object[column.name] = row[i];
+    } else {
+      object[column.name] = Joined(row[i], LineEnd);
     }
-    return line + "\r\n";
   }
-
- private:
-  static std::string Cell(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) {
-      return text;
-    }
-    std::string quoted = "\"";
-    for (const char character : text) {
-      quoted.append(character == '"' ? 2 : 1, character);
-    }
-    return quoted + '"';
-  }
-};
-
-class JsonLines final : public TableFormat {
- public:
-  std::string Head() const override { return ""; }
-
-  std::string Line(const TableRow& row) const override {
-    nlohmann::ordered_json object;
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      const Column& column = Columns()[i];
-      if (column.isList) {
-        object[column.name] = row[i];
-      } else {
-        object[column.name] = Joined(row[i]);
-      }
-    }
-    return JsonLine(object);
-  }
-};
+  return JsonLine(object);
+}
 
 bool IsCsv(const std::filesystem::path& file) { return Utf8FromPath(file).ends_with(".csv"); }
 
-std::unique_ptr<const TableFormat> FormatOf(const std::filesystem::path& file) {
-  if (IsCsv(file)) {
-    return std::make_unique<Csv>();
-  }
-  return std::make_unique<JsonLines>();
-}
+/// Stands before the rows.
+std::string HeadOf(bool csv) { return csv ? Joined(Columns(), ",", &Column::name) + "\r\n" : ""; }
 
 /// What an earlier table begins with.
-std::string StartOf(const TableFormat& format) {
-  const std::string head = format.Head();
-  return head.empty() ? "{\"" + Columns().front().name + "\":" : head;
-}
+std::string StartOf(bool csv) { return csv ? HeadOf(csv) : "{\"" + Columns().front().name + "\":"; }
 
 }  // namespace
 
@@ -171,15 +134,24 @@ bool IsTableName(const std::filesystem::path& file) {
 }
 
 TableSink::TableSink(const std::filesystem::path& path)
-    : format(FormatOf(path)), file("table", path, StartOf(*format)) {}
+    : csv(IsCsv(path)), file("table", path, StartOf(csv)) {}
 
-/// The name comes before the document is laid down.
+void TableSink::OnDocumentBegan(const Document& document) {
+  row.assign(Columns().size(), {});
+  Add(FirstColumn(), document.source);
+}
+
+void TableSink::OnDocumentEnded(const Document& document) {
+  const bool saysAnything =
+      std::ranges::any_of(row, [](const auto& values) { return !values.empty(); });
+  if (document.Kind() != DocumentKind::Swipe || saysAnything) {
+    file.Write((hasRows ? "" : HeadOf(csv)) + (csv ? CsvLine(row) : JsonRow(row)));
+    hasRows = true;
+  }
+}
+
 void TableSink::OnReaderLine(const ReaderLine& line) {
-  if (!line.document.empty()) {
-    Close();
-    Open();
-    Add(FirstColumn(), line.document);
-  } else if (!row.empty()) {
+  if (line.belongsTo) {
     Add(LastColumn(), line.warning);
   }
 }
@@ -195,58 +167,23 @@ void TableSink::OnItem(const ItemReceived& item) {
   }
 }
 
-void TableSink::OnEvent(const EventReceived& event) {
-  if (IsEvent(event.name, ReaderEventCode::DocOnWindow)) {
-    if (laidDown) {
-      Close();
-    }
-    Open();
-    laidDown = true;
-  } else if (IsEvent(event.name, ReaderEventCode::DocRemoved)) {
-    Close();
-  }
-}
-
-/// A reader may send data of what it has not said to be laid down.
-void TableSink::OnDataBegan() {
-  if (!laidDown) {
-    Close();
-  }
-  Open();
-}
-
 void TableSink::OnError(const ErrorReported& error) {
-  if (!row.empty() && !error.text.empty()) {
+  if (error.belongsTo) {
     Add(LastColumn(), error.text);
   }
 }
 
 void TableSink::OnRunEnded(const RunEnded& end) {
-  Close();
   if (!hasRows) {
     if (end.reason == EndReason::Failed) {
       return;
     }
-    file.Write(format->Head());
+    file.Write(HeadOf(csv));
   }
   file.Complete();
 }
 
-void TableSink::Open() { row.resize(Columns().size()); }
-
-void TableSink::Close() {
-  const bool saysAnything =
-      std::ranges::any_of(row, [](const auto& values) { return !values.empty(); });
-  if (laidDown || saysAnything) {
-    file.Write((hasRows ? "" : format->Head()) + format->Line(row));
-    hasRows = true;
-  }
-  row.clear();
-  laidDown = false;
-}
-
 void TableSink::Add(std::size_t column, const std::string& value) {
-  Open();
   std::vector<std::string>& values = row[column];
   // The codeline of a chip says again what the page says.
   if (!value.empty() &&

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,18 +12,8 @@ namespace conduit {
 /// The values of one document, a list for each column; most have one value at most.
 using TableRow = std::vector<std::vector<std::string>>;
 
-/// How a table is written.
-class TableFormat {
- public:
-  virtual ~TableFormat() = default;
-
-  /// What stands before the rows, and every such table begins with.
-  virtual std::string Head() const = 0;
-  virtual std::string Line(const TableRow& row) const = 0;
-};
-
-/// Tells a run as a table: a row for each document, from when it is laid down to when it
-/// is taken away, whether or not it gave anything. The columns are the same for every
+/// Tells a run as a table: a row for each page, whether or not it gave anything, and for each
+/// swipe that has something to tell. The columns are the same for every
 /// run: the file that the document comes from, the fields of its codeline, those of its
 /// licence, its barcodes by symbology, and what the reader warned of. A run that fails
 /// before its first row leaves an earlier table as it is.
@@ -38,21 +27,18 @@ class TableSink final : public RunListener {
   // They throw a std::runtime_error when the table cannot be written.
   void OnReaderLine(const ReaderLine& line) override;
   void OnItem(const ItemReceived& item) override;
-  void OnEvent(const EventReceived& event) override;
-  void OnDataBegan() override;
+  void OnDocumentBegan(const Document& document) override;
+  void OnDocumentEnded(const Document& document) override;
   void OnError(const ErrorReported& error) override;
   void OnRunEnded(const RunEnded& end) override;
 
  private:
-  void Open();
-  void Close();
   void Add(std::size_t column, const std::string& value);
 
-  const std::unique_ptr<const TableFormat> format;
+  const bool csv;  ///< rather than JSON Lines
   ReplacedFile file;
   bool hasRows = false;
-  TableRow row;
-  bool laidDown = false;  ///< a document, rather than a card that is swiped
+  TableRow row;  ///< of the document that is open
 };
 
 /// Whether a file's name ends in .csv or .jsonl.

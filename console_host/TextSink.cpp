@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "console_host/ItemDescription.h"
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
 #include "hosting/Utf8.h"
 #include "platform/FilePath.h"
@@ -18,11 +19,6 @@ constexpr const char* Cyan = "36";
 
 constexpr std::size_t KeywordWidth = 6;    // "script"
 constexpr std::size_t ItemNameWidth = 36;  // "CODELINE_DATE_OF_BIRTH_STR_FORMATTED"
-
-std::string Padded(std::string text, std::size_t width) {
-  text.resize(std::max(text.size(), width), ' ');
-  return text;
-}
 
 }  // namespace
 
@@ -61,12 +57,12 @@ void TextSink::OnItem(const ItemReceived& item) {
 
 void TextSink::OnEvent(const EventReceived& event) { Line(Cyan, "event", Escaped(event.name)); }
 
-void TextSink::OnDataBegan() {
+void TextSink::OnDataBegan(const Document& /*document*/) {
   Line(Bold, "begin", "");
   ++depth;
 }
 
-void TextSink::OnDataEnded() {
+void TextSink::OnDataEnded(const Document& /*document*/) {
   depth = std::max(depth - 1, 0);
   Line(Bold, "end", "");
 }
@@ -94,10 +90,7 @@ void TextSink::OnError(const ErrorReported& error) {
   }
 }
 
-void TextSink::OnPagesCounted(const PagesCounted& pages) {
-  Line(Red, "pages",
-       std::to_string(pages.unread) + " of " + std::to_string(pages.all) + " could not be read");
-}
+void TextSink::OnPagesCounted(const PagesCounted& pages) { Line(Red, "pages", pages.Text()); }
 
 void TextSink::OnRunEnded(const RunEnded& run) {
   depth = 0;

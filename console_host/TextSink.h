@@ -25,8 +25,8 @@ class TextSink final : public RunListener {
   void OnReaderLine(const ReaderLine& line) override;
   void OnItem(const ItemReceived& item) override;
   void OnEvent(const EventReceived& event) override;
-  void OnDataBegan() override;
-  void OnDataEnded() override;
+  void OnDataBegan(const Document& document) override;
+  void OnDataEnded(const Document& document) override;
   void OnScript(const ScriptActivated& script) override;
   void OnState(const StateReported& state) override;
   void OnError(const ErrorReported& error) override;

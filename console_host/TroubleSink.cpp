@@ -1,6 +1,6 @@
 #include "console_host/TroubleSink.h"
 
-#include "hosting/ResultMeaning.h"
+#include "hosting/ModuleRun.h"
 #include "hosting/Utf8.h"
 #include <conduit/MessageLevel.h>
 #include <conduit/ResultCode.h>
@@ -24,14 +24,9 @@ void TroubleSink::OnLogLine(const LogLine& line) {
 }
 
 void TroubleSink::OnCallReturned(const CallReturned& call) {
-  if (call.result == ResultSuccess) {
-    return;
+  if (call.result != ResultSuccess) {
+    output << Prefix << FailureText(call) << std::endl;
   }
-  output << Prefix << call.failure << " (" << ExplainedResult(call.result) << ")\n";
-  for (const std::string& reason : call.reasons) {
-    output << "  " << EscapedPaths(reason) << '\n';
-  }
-  output.flush();
 }
 
 void TroubleSink::OnWarning(const Warned& warning) {

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "hosting/EventNames.h"
 #include "platform/FilePath.h"
 #include <conduit/ItemName.h>
 #include <conduit/MessageLevel.h>
@@ -67,6 +68,9 @@ HostRecorder::HostRecorder(std::vector<RunListener*> listeners,
                            std::set<std::string> refusedSignals)
     : listeners(std::move(listeners)),
       refusedSignals(std::move(refusedSignals)),
+      documents(
+          [this](const Document& document) { Tell(&RunListener::OnDocumentBegan, document); },
+          [this](const Document& document) { Tell(&RunListener::OnDocumentEnded, document); }),
       reserve(new char[ReserveSize]) {}
 
 void HostRecorder::Follow(const std::filesystem::path& log) {
@@ -87,8 +91,22 @@ void HostRecorder::Warn(const Warned& warning) {
   Locked([&] { TellNext(&RunListener::OnWarning, warning); });
 }
 
-void HostRecorder::Count(const PagesCounted& pages) {
-  Locked([&] { TellNext(&RunListener::OnPagesCounted, pages); });
+bool HostRecorder::TellMissing() {
+  bool missing = false;
+  Locked([&] {
+    TellWaiting();
+    const bool pagesUnread = documents.Pages().unread > 0;
+    missing = missesReaderLines || pagesUnread;
+    if (missesReaderLines) {
+      Tell(&RunListener::OnWarning,
+           Warned{"lines are missing from the reader's log, and with them what they would have "
+                  "told: names of documents, warnings"});
+    }
+    if (pagesUnread) {
+      Tell(&RunListener::OnPagesCounted, documents.Pages());
+    }
+  });
+  return missing;
 }
 
 void HostRecorder::PassTime() {
@@ -101,6 +119,7 @@ void HostRecorder::PassTime() {
 void HostRecorder::End(const RunEnded& end) {
   // The end is told whether or not there is memory for what waits.
   Locked([&] { TellWaiting(); });
+  Locked([&] { documents.End(); });
   Locked([&] { Tell(&RunListener::OnRunEnded, end); });
 }
 
@@ -122,14 +141,6 @@ std::int32_t HostRecorder::Call(const std::string& name, const std::string& fail
     TellNext(&RunListener::OnCallReturned, returned);
   });
   return result;
-}
-
-std::optional<std::string> HostRecorder::ListenerFailure() const {
-  const std::lock_guard lock(mutex);
-  if (!failed) {
-    return std::nullopt;
-  }
-  return failures.empty() ? OutOfMemory : failures.front();
 }
 
 std::vector<std::string> HostRecorder::Failures() const {
@@ -220,10 +231,12 @@ void HostRecorder::TellNext(void (RunListener::*operation)(const Happening&),
   Tell(operation, happening);
 }
 
-void HostRecorder::TellNext(void (RunListener::*operation)()) {
-  TellWaiting();
-  TellAll([](RunListener& listener) { listener.OnAnything(); });
-  TellAll([&](RunListener& listener) { (listener.*operation)(); });
+void HostRecorder::TellError(ErrorReported& error) {
+  if (!error.text.empty()) {
+    documents.ErrorCame();
+  }
+  error.belongsTo = documents.Current();
+  Tell(&RunListener::OnError, error);
 }
 
 void HostRecorder::TellWaiting() {
@@ -233,7 +246,11 @@ void HostRecorder::TellWaiting() {
 
 void HostRecorder::TellReaderLines() {
   if (readerLog) {
-    for (const ReaderLine& line : readerLog->NewLines()) {
+    for (ReaderLine& line : readerLog->NewLines()) {
+      if (!line.document.empty()) {
+        documents.Named(line.document);
+      }
+      line.belongsTo = documents.Current();
       Tell(&RunListener::OnReaderLine, line);
     }
   }
@@ -253,13 +270,13 @@ void HostRecorder::Hold(Said said) {
 
 void HostRecorder::TellHeld() {
   for (; !held.empty(); held.pop_front()) {
-    const Said& said = held.front();
+    Said& said = held.front();
     if (const auto* line = std::get_if<LogLine>(&said)) {
       Tell(&RunListener::OnLogLine, *line);
     } else if (const auto* state = std::get_if<StateReported>(&said)) {
       Tell(&RunListener::OnState, *state);
     } else {
-      Tell(&RunListener::OnError, std::get<ErrorReported>(said));
+      TellError(std::get<ErrorReported>(said));
     }
   }
 }
@@ -292,27 +309,47 @@ std::int32_t HostRecorder::SendData(const char* name, ItemType itemType, std::in
                                     const void* data, IStringMap* properties, bool last) {
   std::int32_t answer = 0;
   WhileModuleSpeaks([&] {
+    TellWaiting();
+    documents.ItemCame();
     ItemReceived item{CopyText(name),          itemType, length, CopyData(data, length),
-                      CopyFeature(properties), last,     0};
+                      CopyFeature(properties), last,     0,      *documents.Current()};
     if (refusedSignals.contains(item.name)) {
       item.answer = StopRecord;
     }
     answer = item.answer;
-    TellNext(&RunListener::OnItem, item);
+    Tell(&RunListener::OnItem, item);
   });
   return answer;
 }
 
 void HostRecorder::SendEvent(const char* name) {
-  WhileModuleSpeaks([&] { TellNext(&RunListener::OnEvent, EventReceived{CopyText(name)}); });
+  WhileModuleSpeaks([&] {
+    const EventReceived event{CopyText(name)};
+    TellWaiting();
+    if (IsEvent(event.name, ReaderEventCode::DocOnWindow)) {
+      documents.LaidDown();
+    }
+    Tell(&RunListener::OnEvent, event);
+    if (IsEvent(event.name, ReaderEventCode::DocRemoved)) {
+      documents.End();
+    }
+  });
 }
 
 void HostRecorder::BeginData() {
-  WhileModuleSpeaks([&] { TellNext(&RunListener::OnDataBegan); });
+  WhileModuleSpeaks([&] {
+    TellWaiting();
+    documents.DataBegan();
+    Tell(&RunListener::OnDataBegan, *documents.Current());
+  });
 }
 
 void HostRecorder::EndData() {
-  WhileModuleSpeaks([&] { TellNext(&RunListener::OnDataEnded); });
+  WhileModuleSpeaks([&] {
+    TellWaiting();
+    documents.DataEnded();
+    Tell(&RunListener::OnDataEnded, documents.Current().value_or(Document{}));
+  });
 }
 
 std::int32_t HostRecorder::SetActiveScript(const char* name) {
@@ -339,8 +376,9 @@ void HostRecorder::ReportError(const char* text) {
   WhileModuleSpeaks([&] {
     ErrorReported error = {CopyText(text), false, SaidAgain::Nowhere};
     error.routine = error.text.empty() && !errorStands;
-    error.losesReaderLines =
-        readerLog && IsReaderLogError(error.text, Utf8FromPath(readerLog->File()));
+    missesReaderLines =
+        missesReaderLines ||
+        (readerLog && IsReaderLogError(error.text, Utf8FromPath(readerLog->File())));
     errorStands = !error.text.empty();
     if (errorStands) {
       for (Said& one : held) {
@@ -353,7 +391,8 @@ void HostRecorder::ReportError(const char* text) {
     if (callUnderWay) {
       Hold(std::move(error));
     } else {
-      TellNext(&RunListener::OnError, error);
+      TellWaiting();
+      TellError(error);
     }
   });
 }

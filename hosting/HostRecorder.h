@@ -14,10 +14,10 @@
 #include <variant>
 #include <vector>
 
+#include "hosting/DocumentTracker.h"
+#include "hosting/ModuleRun.h"
 #include "hosting/ReaderLogFile.h"
 #include "hosting/RunListener.h"
-#include <conduit/IInputModuleHost.h>
-#include <conduit/IModuleLogger.h>
 
 namespace conduit {
 
@@ -34,41 +34,30 @@ namespace conduit {
 /// then on is dropped, and some memory is set free that was kept to end the run with.
 ///
 /// REQUIRES: outlives the module, and the listeners outlive it.
-class HostRecorder final : public IModuleLogger, public IInputModuleHost {
+class HostRecorder final : public ModuleHost {
  public:
   /// @param refusedSignals  names of the items that are answered with StopRecord
   HostRecorder(std::vector<RunListener*> listeners, std::set<std::string> refusedSignals);
-  virtual ~HostRecorder() = default;
-  HostRecorder(const HostRecorder&) = delete;
-  HostRecorder& operator=(const HostRecorder&) = delete;
 
-  /// From now on tells what stands newly in the reader library's log, each time
-  /// before what happens next.
-  void Follow(const std::filesystem::path& log);
-
-  /// The same with a log that is made for this host alone and goes with it.
-  /// @returns the file that the reader library is to write.
-  std::filesystem::path FollowOwnLog();
+  void Follow(const std::filesystem::path& log) override;
+  std::filesystem::path FollowOwnLog() override;
 
   // What the host itself has to tell. [any thread]
   void Begin(const RunBegan& run);
   void Warn(const Warned& warning);
-  void Count(const PagesCounted& pages);
+  /// What the run was not told: lines of the reader's log, and pages that are Unread.
+  /// @returns whether there is any of it.
+  bool TellMissing();
   void PassTime();
   void End(const RunEnded& end);
 
-  /// Calls the module and tells how it went.
-  /// @param name     the call as a log would name it, "SetParameter LogLevel=2"
-  /// @param failure  what it means for the user when the result is not 0
-  /// @returns the call's result.
+  /// Tells how it went, too.
   std::int32_t Call(const std::string& name, const std::string& failure,
-                    const std::function<std::int32_t()>& call);
+                    const std::function<std::int32_t()>& call) override;
 
   /// Whether a listener could not go on, or there was no memory. [any thread]
   bool HasFailed() const noexcept { return failed; }
-  /// Why, of the first that failed; none when all go on.
-  std::optional<std::string> ListenerFailure() const;
-  /// The same of each that failed, every text once.
+  /// Why, of each that failed in their order, every text once.
   std::vector<std::string> Failures() const;
   /// Forgets the failure, and goes on with the listeners that have not failed themselves.
   void Recover() noexcept;
@@ -97,10 +86,10 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   void TellAll(const Operation& tell);
   template <typename Happening>
   void Tell(void (RunListener::*operation)(const Happening&), const Happening& happening);
+  void TellError(ErrorReported& error);
   /// Tells what is held first, for something else has happened.
   template <typename Happening>
   void TellNext(void (RunListener::*operation)(const Happening&), const Happening& happening);
-  void TellNext(void (RunListener::*operation)());
   void TellWaiting();
   void TellReaderLines();
   void Hold(Said said);
@@ -111,7 +100,9 @@ class HostRecorder final : public IModuleLogger, public IInputModuleHost {
   const std::set<std::string> refusedSignals;
 
   mutable std::mutex mutex;
+  DocumentTracker documents;
   std::optional<ReaderLogFile> readerLog;
+  bool missesReaderLines = false;
   std::unique_ptr<char[]> reserve;  ///< set free to end the run with
   std::atomic<bool> failed = false;
   bool outOfMemory = false;

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "hosting/Document.h"
 #include <conduit/ItemType.h>
 
 namespace conduit {
@@ -51,6 +52,7 @@ struct ReaderLine {
   std::string text;                   ///< as people read it: "warning: a.png: odd"
   std::string document;      ///< where the line heads a document: what it comes from, "a.png"
   std::string warning = {};  ///< where the line is one: its text, "a.png: odd"
+  std::optional<Document> belongsTo = {};
 };
 
 struct ItemReceived {
@@ -61,6 +63,7 @@ struct ItemReceived {
   std::optional<std::string> feature;
   bool last;
   std::int32_t answer;
+  Document belongsTo = {};
 };
 
 struct EventReceived {
@@ -80,13 +83,7 @@ struct ErrorReported {
   std::string text;  ///< empty: no error stands any more
   bool routine;      ///< an empty text while no error stood, as every event brings one
   SaidAgain again;
-  bool losesReaderLines = false;  ///< the reader's log that is followed cannot be written
-};
-
-/// Documents that gave nothing because of an error, after a run with such.
-struct PagesCounted {
-  int unread;
-  int all;
+  std::optional<Document> belongsTo = {};
 };
 
 /// Why a run failed that had no memory left. Short enough for a std::string to hold it
@@ -117,11 +114,16 @@ class RunListener {
   virtual void OnReaderLine(const ReaderLine& /*line*/) {}
   virtual void OnItem(const ItemReceived& /*item*/) {}
   virtual void OnEvent(const EventReceived& /*event*/) {}
-  virtual void OnDataBegan() {}
-  virtual void OnDataEnded() {}
+  /// Around all that belongs to a document, with what is known of it by then.
+  virtual void OnDocumentBegan(const Document& /*document*/) {}
+  virtual void OnDocumentEnded(const Document& /*document*/) {}
+  /// Around the items of the document.
+  virtual void OnDataBegan(const Document& /*document*/) {}
+  virtual void OnDataEnded(const Document& /*document*/) {}
   virtual void OnScript(const ScriptActivated& /*script*/) {}
   virtual void OnState(const StateReported& /*state*/) {}
   virtual void OnError(const ErrorReported& /*error*/) {}
+  /// After a run with documents that are Unread.
   virtual void OnPagesCounted(const PagesCounted& /*pages*/) {}
   virtual void OnRunEnded(const RunEnded& /*end*/) {}
 

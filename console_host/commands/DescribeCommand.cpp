@@ -1,6 +1,5 @@
 #include "console_host/commands/DescribeCommand.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
@@ -11,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
 #include "hosting/HostRecorder.h"
 #include "hosting/LoadedModule.h"
@@ -132,10 +132,7 @@ std::string JsonOf(const std::string& module, const Description& description) {
 }
 
 std::string Row(const std::string& name, const std::string& text) {
-  constexpr std::size_t width = 34;
-  std::string padded = name;
-  padded.resize(std::max(padded.size(), width), ' ');
-  return "  " + padded + "  " + text + "\n";
+  return "  " + Padded(name, 34) + "  " + text + "\n";
 }
 
 std::string Rows(const char* title, const std::vector<Trial>& trials) {

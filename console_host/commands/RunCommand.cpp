@@ -1,43 +1,31 @@
 #include "console_host/commands/RunCommand.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
-#include <iterator>
 #include <memory>
 #include <new>
-#include <optional>
-#include <set>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 #include "console_host/DefaultModule.h"
 #include "console_host/JsonSink.h"
 #include "console_host/NamedPair.h"
-#include "console_host/PageCount.h"
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
+#include "console_host/SessionPlay.h"
 #include "console_host/TableSink.h"
 #include "console_host/TextSink.h"
 #include "console_host/TroubleSink.h"
 #include "console_host/report/ReportSink.h"
 #include "hosting/EndOfSession.h"
 #include "hosting/HostRecorder.h"
-#include "hosting/LoadedModule.h"
 #include "hosting/Utf8.h"
-#include "platform/Environment.h"
 #include "platform/FilePath.h"
 #include "platform/Interrupt.h"
 #include "platform/SessionLocation.h"
 #include "platform/Terminal.h"
 #include <conduit/ItemName.h>
-#include <conduit/ParameterName.h>
-#include <conduit/Reaction.h>
-#include <conduit/ReaderEventCode.h>
-#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {
@@ -70,220 +58,14 @@ Examples:
 Exit status: 0 the session was played to its end; 1 something failed, or pages
 could not be read; 2 wrong usage; 130 Ctrl-C, 143 SIGTERM.)";
 
-struct RunOptions {
-  std::string session;
-  bool watch = false;
-  std::string module;
-  std::vector<std::string> settings;   ///< NAME=VALUE
-  std::vector<std::string> reactions;  ///< EVENT=SCRIPT
+struct RunOptions : PlayOptions {
   std::vector<std::string> refusedSignals;
-  std::int32_t logLevel = -1;
   bool json = false;
   bool data = false;
   std::string report;
   std::string table;
   std::string saveFolder;
 };
-
-std::string ParameterNames(const LoadedModule& module) {
-  std::string names;
-  for (const ListedParameter& parameter : module.Parameters()) {
-    names += (names.empty() ? "" : ", ") + Escaped(parameter.name);
-  }
-  return names;
-}
-
-/// Sets all of the parameters rather than stopping at the first that is
-/// refused: the user learns of every mistake at once.
-void SetParameters(const LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
-  bool refused = false;
-  bool unknown = false;
-  for (const std::string& setting : options.settings) {
-    const auto [name, value] = SplitPair(setting);
-    const std::int32_t result =
-        recorder.Call("SetParameter " + setting, "the module refuses --set " + setting,
-                      [&, &parameter = name, &text = value] {
-                        return module->SetParameter(parameter.c_str(), text.c_str());
-                      });
-    refused |= result != ResultSuccess;
-    unknown |= result == ResultUnknownParameter;
-  }
-  if (unknown) {
-    throw std::runtime_error("the module's parameters are: " + ParameterNames(module));
-  }
-  if (refused) {
-    throw std::runtime_error("");
-  }
-}
-
-bool HasParameter(const LoadedModule& module, const std::string& wanted) {
-  return std::ranges::any_of(module.Parameters(),
-                             [&](const auto& parameter) { return parameter.name == wanted; });
-}
-
-/// The value that the user gives a parameter; the last counts.
-std::optional<std::string> ValueGiven(const RunOptions& options, const std::string& wanted) {
-  std::optional<std::string> value;
-  for (const std::string& setting : options.settings) {
-    if (auto [name, given] = SplitPair(setting); name == wanted) {
-      value = std::move(given);
-    }
-  }
-  return value;
-}
-
-/// Shows what the reader library says of its own: in a log that goes with the run, unless
-/// the user names one. Without --log that is what the parameter's default admits: pages and
-/// warnings.
-void FollowReaderLog(const LoadedModule& module, const RunOptions& options,
-                     HostRecorder& recorder) {
-  if (!HasParameter(module, ParameterName::LogFileName)) {
-    return;
-  }
-  if (const auto given = ValueGiven(options, ParameterName::LogFileName)) {
-    recorder.Follow(PathFromUtf8(*given));
-  } else {
-    const std::string file = Utf8FromPath(recorder.FollowOwnLog());
-    module->SetParameter(ParameterName::LogFileName, file.c_str());
-  }
-  // The module tells of items and events at 2, the reader library from 3 on.
-  constexpr std::int32_t itemsAndEvents = 2;
-  if (options.logLevel >= itemsAndEvents && HasParameter(module, ParameterName::LogLevel) &&
-      !ValueGiven(options, ParameterName::LogLevel)) {
-    module->SetParameter(ParameterName::LogLevel, std::to_string(options.logLevel + 1).c_str());
-  }
-}
-
-/// A module takes any event name, so that one with a mistake in it never comes.
-void WarnOfUnknownEvent(const std::string& event, HostRecorder& recorder) {
-  if (std::ranges::find(ReaderEventNames, std::string_view(event)) != std::end(ReaderEventNames)) {
-    return;
-  }
-  std::string names;
-  for (const char* name : ReaderEventNames) {
-    names.append(names.empty() ? "" : ", ").append(name);
-  }
-  recorder.Warn({"no reader event is named " + event + "; the events are: " + names});
-}
-
-/// Adds one condition for each event, however many scripts it has: actions go
-/// to the first condition of their event, and a second one would stay empty.
-void AddReactions(const LoadedModule& module, const RunOptions& options, HostRecorder& recorder) {
-  std::set<std::string> events;
-  for (const std::string& reaction : options.reactions) {
-    const auto [event, script] = SplitPair(reaction);
-    const bool firstOfEvent = events.insert(event).second;
-    if (firstOfEvent) {
-      WarnOfUnknownEvent(event, recorder);
-    }
-    const std::int32_t result = recorder.Call(
-        "AddCondition and AddAction " + reaction, "the module refuses --on " + reaction,
-        [&, firstOfEvent, &value = event, &action = script]() -> std::int32_t {
-          if (firstOfEvent) {
-            const std::int32_t added =
-                module->AddCondition(ConditionKind::ReceiveEvent, value.c_str());
-            if (added != ResultSuccess) {
-              return added;
-            }
-          }
-          return module->AddAction(ConditionKind::ReceiveEvent, value.c_str(),
-                                   ActionKind::SetActiveScript, action.c_str());
-        });
-    if (result != ResultSuccess) {
-      throw std::runtime_error("");
-    }
-  }
-}
-
-RunEnded WaitForEnd(EndOfSession& end, HostRecorder& recorder) {
-  // How long a Ctrl-C may go unnoticed: a signal handler cannot notify.
-  constexpr std::chrono::milliseconds pollInterval(50);
-  while (!end.WaitFor(pollInterval)) {
-    if (recorder.HasFailed()) {
-      return {EndReason::Failed, ""};
-    }
-    if (InterruptStatus() != 0) {
-      return {EndReason::Interrupted, ""};
-    }
-    recorder.PassTime();
-  }
-  return {EndReason::ReaderTerminated, ""};
-}
-
-/// Stops the reader whether or not there is memory to tell of it.
-void Stop(const LoadedModule& module, HostRecorder& recorder) {
-  bool called = false;
-  const auto shutDown = [&] {
-    called = true;
-    return module->Shutdown();
-  };
-  try {
-    recorder.Call("Shutdown", "the reader did not stop", shutDown);
-  } catch (const std::bad_alloc&) {
-    if (called) {
-      throw;
-    }
-    shutDown();
-  }
-}
-
-/// The end by an exception. Out of memory it takes none.
-RunEnded FailedBy(const std::exception& problem) noexcept {
-  if (dynamic_cast<const std::bad_alloc*>(&problem) == nullptr) {
-    try {
-      return {EndReason::Failed, problem.what()};
-    } catch (const std::bad_alloc&) {
-    }
-  }
-  return {EndReason::Failed, OutOfMemory};
-}
-
-RunEnded FailedBy(const HostRecorder& recorder) noexcept {
-  try {
-    return {EndReason::Failed, recorder.ListenerFailure().value_or("")};
-  } catch (const std::bad_alloc&) {
-    return {EndReason::Failed, OutOfMemory};
-  }
-}
-
-RunEnded PlayThrough(const ModuleLibrary& library, const RunOptions& options,
-                     HostRecorder& recorder, EndOfSession& end) {
-  const LoadedModule module(library, &recorder);
-  module->SetHost(&recorder);
-  FollowReaderLog(module, options, recorder);
-  SetParameters(module, options, recorder);
-  AddReactions(module, options, recorder);
-  const std::int32_t started =
-      recorder.Call("Initialise", "the reader did not start", [&] { return module->Initialise(); });
-  if (started != ResultSuccess) {
-    return {EndReason::Failed, ""};
-  }
-
-  RunEnded ended = WaitForEnd(end, recorder);
-  Stop(module, recorder);
-  return ended;
-}
-
-RunEnded Play(const RunOptions& options, HostRecorder& recorder, EndOfSession& end) {
-  if (!options.session.empty()) {
-    const std::filesystem::path session = PathFromUtf8(options.session);
-    RequireReadable("session", session);
-    if (options.watch && !std::filesystem::is_directory(session)) {
-      throw std::runtime_error("cannot watch " + EscapedPaths(options.session) +
-                               ": it is no folder");
-    }
-    SetEnvironment(SessionVariable,
-                   options.watch ? std::filesystem::path(WatchPrefix) += session : session);
-  }
-
-  const ModuleLibrary library(PathFromUtf8(options.module));
-  try {
-    return PlayThrough(library, options, recorder, end);
-  } catch (const std::exception& problem) {
-    // Here, as what a module throws may need its library.
-    return FailedBy(problem);
-  }
-}
 
 /// Opens what the user asked to have written, so that a run whose outcome could
 /// not be kept does not begin.
@@ -343,7 +125,6 @@ int Run(const RunOptions& options) {
                                   .readerErrors = options.json || !TroubleShowsBesideOutput()});
   ProgressLine progress(std::cout, ProgressAfter);
   EndOfSession end;
-  PageCount count;
 
   std::vector<RunListener*> listeners;
   if (terminal && !options.json) {
@@ -354,30 +135,10 @@ int Run(const RunOptions& options) {
   for (const std::unique_ptr<RunListener>& file : files) {
     listeners.push_back(file.get());
   }
-  listeners.insert(listeners.end(), {&trouble, &end, &count});
+  listeners.insert(listeners.end(), {&trouble, &end});
   HostRecorder recorder(listeners, {options.refusedSignals.begin(), options.refusedSignals.end()});
 
-  RunEnded ended{};
-  try {
-    recorder.Begin({options.module, options.session});
-    ended = Play(options, recorder, end);
-    if (count.MissesReaderLines()) {
-      recorder.Warn(
-          {"lines are missing from the reader's log, and with them what they would have "
-           "told: names of documents, warnings"});
-    }
-  } catch (const std::exception& problem) {
-    ended = FailedBy(problem);
-  }
-  const bool pagesUnread = count.Pages().unread > 0;
-  if (pagesUnread) {
-    recorder.Count(count.Pages());
-  }
-  if (recorder.HasFailed() && ended.message.empty()) {
-    ended = FailedBy(recorder);
-  }
-  recorder.End(ended);
-
+  const auto [ended, complete] = Play(options, recorder, end);
   // The user looks at one of these, also when it was the one that failed.
   for (RunListener* const listener : {shown, static_cast<RunListener*>(&trouble)}) {
     if (!recorder.IsTold(*listener)) {
@@ -390,13 +151,81 @@ int Run(const RunOptions& options) {
   }
   switch (ended.reason) {
     case EndReason::ReaderTerminated:
-      return pagesUnread || count.MissesReaderLines() ? EXIT_FAILURE : EXIT_SUCCESS;
+      return complete ? EXIT_SUCCESS : EXIT_FAILURE;
     case EndReason::Interrupted:
       return InterruptStatus();
     case EndReason::Failed:
       break;
   }
   return EXIT_FAILURE;
+}
+
+void AddRunOptions(CLI::App& command, RunOptions& options) {
+  CLI::Option* const session =
+      command
+          .add_option(
+              "SESSION", options.session,
+              "Session file for the virtual reader, or a folder of page images; without one, "
+              "the variable " +
+                  std::string(SessionVariable) + " or a real reader decides")
+          ->option_text("FILE|FOLDER");
+  command
+      .add_flag("--watch", options.watch,
+                "Go on with every image that comes into the folder SESSION, until Ctrl-C")
+      ->needs(session);
+  command.add_option("--module", options.module, "The module's library")
+      ->option_text("FILE (default: " + DefaultModulePlace() + ")");
+  // Without extra arguments: `--set A=1 session.json` must not take the file.
+  command.add_option("--set", options.settings, "Set a parameter of the module; repeatable")
+      ->allow_extra_args(false)
+      ->check(NamedPair("NAME=VALUE"))
+      ->option_text("NAME=VALUE");
+  command
+      .add_option("--on", options.reactions,
+                  "Make SCRIPT the active script when EVENT comes; repeatable")
+      ->allow_extra_args(false)
+      ->check(NamedPair("EVENT=SCRIPT"))
+      ->option_text("EVENT=SCRIPT");
+  command
+      .add_option("--refuse", options.refusedSignals,
+                  "Answer this signal so that the rest of its codeline is not delivered: "
+                  "UNKNOWN_DOCUMENT or BAD_CHARS; repeatable")
+      ->allow_extra_args(false)
+      ->check(CLI::IsMember({Signal::UnknownDocument, Signal::BadChars}))
+      ->option_text("SIGNAL");
+  command
+      .add_option("--log", options.logLevel,
+                  "Show the module's log: 0 failures, 1 unknown parameters, 2 items and events, "
+                  "3 configuration. Without it, failures go to standard error")
+      ->check(CLI::Range(0, 3))
+      ->option_text("LEVEL");
+}
+
+void AddOutputOptions(CLI::App& command, RunOptions& options) {
+  CLI::Option* const json =
+      command.add_flag("--json", options.json, "Write one JSON object a line");
+  command.add_flag("--data", options.data, "With --json, give binary data, too, in base64")
+      ->needs(json);
+  command
+      .add_option("--report", options.report,
+                  "Write a page for the browser that shows the run; an earlier one is replaced")
+      ->option_text("FILE.html");
+  command
+      .add_option("--table", options.table,
+                  "Write a row for each document: its file, codeline, licence, barcodes and "
+                  "warnings; an earlier table is replaced")
+      ->check(CLI::Validator(
+          [](const std::string& name) {
+            return IsTableName(PathFromUtf8(name))
+                       ? std::string()
+                       : "the name of a table ends in .csv or .jsonl, unlike '" + name + "'";
+          },
+          "TABLE"))
+      ->option_text("FILE.csv|FILE.jsonl");
+  command
+      .add_option("--save", options.saveFolder,
+                  "Save every item as a file in this folder, which is new or empty")
+      ->option_text("FOLDER");
 }
 
 }  // namespace
@@ -407,68 +236,8 @@ void AddRunCommand(CLI::App& app, int& exitStatus) {
 
   CLI::App* command = app.add_subcommand("run", "Run a module and show what it delivers");
   command->footer(Examples);
-  CLI::Option* const session =
-      command
-          ->add_option(
-              "SESSION", options->session,
-              "Session file for the virtual reader, or a folder of page images; without one, "
-              "the variable " +
-                  std::string(SessionVariable) + " or a real reader decides")
-          ->option_text("FILE|FOLDER");
-  command
-      ->add_flag("--watch", options->watch,
-                 "Go on with every image that comes into the folder SESSION, until Ctrl-C")
-      ->needs(session);
-  command->add_option("--module", options->module, "The module's library")
-      ->option_text("FILE (default: " + DefaultModulePlace() + ")");
-  // Without extra arguments: `--set A=1 session.json` must not take the file.
-  command->add_option("--set", options->settings, "Set a parameter of the module; repeatable")
-      ->allow_extra_args(false)
-      ->check(NamedPair("NAME=VALUE"))
-      ->option_text("NAME=VALUE");
-  command
-      ->add_option("--on", options->reactions,
-                   "Make SCRIPT the active script when EVENT comes; repeatable")
-      ->allow_extra_args(false)
-      ->check(NamedPair("EVENT=SCRIPT"))
-      ->option_text("EVENT=SCRIPT");
-  command
-      ->add_option("--refuse", options->refusedSignals,
-                   "Answer this signal so that the rest of its codeline is not delivered: "
-                   "UNKNOWN_DOCUMENT or BAD_CHARS; repeatable")
-      ->allow_extra_args(false)
-      ->check(CLI::IsMember({Signal::UnknownDocument, Signal::BadChars}))
-      ->option_text("SIGNAL");
-  command
-      ->add_option("--log", options->logLevel,
-                   "Show the module's log: 0 failures, 1 unknown parameters, 2 items and events, "
-                   "3 configuration. Without it, failures go to standard error")
-      ->check(CLI::Range(0, 3))
-      ->option_text("LEVEL");
-  CLI::Option* const json =
-      command->add_flag("--json", options->json, "Write one JSON object a line");
-  command->add_flag("--data", options->data, "With --json, give binary data, too, in base64")
-      ->needs(json);
-  command
-      ->add_option("--report", options->report,
-                   "Write a page for the browser that shows the run; an earlier one is replaced")
-      ->option_text("FILE.html");
-  command
-      ->add_option("--table", options->table,
-                   "Write a row for each document: its file, codeline, licence, barcodes and "
-                   "warnings; an earlier table is replaced")
-      ->check(CLI::Validator(
-          [](const std::string& name) {
-            return IsTableName(PathFromUtf8(name))
-                       ? std::string()
-                       : "the name of a table ends in .csv or .jsonl, unlike '" + name + "'";
-          },
-          "TABLE"))
-      ->option_text("FILE.csv|FILE.jsonl");
-  command
-      ->add_option("--save", options->saveFolder,
-                   "Save every item as a file in this folder, which is new or empty")
-      ->option_text("FOLDER");
+  AddRunOptions(*command, *options);
+  AddOutputOptions(*command, *options);
   command->callback([options, &exitStatus] { exitStatus = Run(*options); });
 }
 

@@ -1,12 +1,9 @@
 #include "console_host/commands/ValidateCommand.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -16,22 +13,16 @@
 #include <string_view>
 #include <vector>
 
-#include "conformance/BuiltInSession.h"
 #include "conformance/Check.h"
 #include "conformance/Verdict.h"
+#include "console_host/CheckProcess.h"
 #include "console_host/NamedPair.h"
+#include "console_host/TextParts.h"
 #include "console_host/WriteOut.h"
-#include "hosting/LoadedModule.h"
-#include "hosting/TemporaryFolder.h"
 #include "hosting/Utf8.h"
-#include "platform/ChildProcess.h"
-#include "platform/Environment.h"
 #include "platform/FilePath.h"
 #include "platform/Interrupt.h"
-#include "platform/Process.h"
-#include "platform/ProcessResources.h"
 #include "platform/Terminal.h"
-#include <conduit/ResultCode.h>
 
 namespace conduit {
 namespace {
@@ -57,23 +48,10 @@ Exit status: 0 no check failed, though some may warn; 1 one failed, or the
 module cannot be loaded or refuses a setting; 2 wrong usage; 128 and the
 signal's number when interrupted.)";
 
-/// Loads the library, and sees whether the module takes the user's settings: not a
-/// check that a user can name, because without it there is nothing to check.
-constexpr const char* LoadOnly = "load";
-
-struct ValidateOptions {
-  std::string module;
-  std::string session;
-  std::vector<std::string> settings;  ///< NAME=VALUE
-  std::vector<std::string> only;      ///< patterns
-  int timeout = 10;                   ///< seconds
+struct ValidateOptions : CheckOptions {
+  std::vector<std::string> only;  ///< patterns
   bool list = false;
   bool json = false;
-
-  // In the process of one check.
-  std::string runCheck;       ///< its name
-  std::string manyDocuments;  ///< a session
-  bool builtIn = false;       ///< the session is this program's own
 };
 
 /// Whether a name fits a pattern, in which a * stands for any characters.
@@ -89,14 +67,11 @@ bool Fits(std::string_view pattern, std::string_view name) {
 
 /// As a check of the command line: an error naming the checks, or nothing.
 std::string RefusePattern(const std::string& pattern) {
-  std::string names;
-  for (const Check& check : AllChecks()) {
-    if (Fits(pattern, check.name)) {
-      return "";
-    }
-    names.append(names.empty() ? "" : ", ").append(check.name);
-  }
-  return "no check fits '" + pattern + "'; the checks are: " + names;
+  const bool fitsAny = std::ranges::any_of(
+      AllChecks(), [&](const Check& check) { return Fits(pattern, check.name); });
+  return fitsAny ? ""
+                 : "no check fits '" + pattern +
+                       "'; the checks are: " + Joined(AllChecks(), ", ", &Check::name);
 }
 
 bool IsWanted(const Check& check, const ValidateOptions& options) {
@@ -105,145 +80,7 @@ bool IsWanted(const Check& check, const ValidateOptions& options) {
          });
 }
 
-std::vector<Setting> SettingsGiven(const ValidateOptions& options) {
-  std::vector<Setting> settings;
-  for (const std::string& setting : options.settings) {
-    const auto [name, value] = SplitPair(setting);
-    settings.push_back({name, value});
-  }
-  return settings;
-}
-
-void RequireSettings(const ModuleLibrary& library, const std::vector<Setting>& settings) {
-  if (settings.empty()) {
-    return;
-  }
-  const LoadedModule module(library, nullptr);
-  for (const auto& [name, value] : settings) {
-    const std::string call =
-        std::string("SetParameter of --set ").append(name).append("=").append(value);
-    RequireResult(call, ResultSuccess, module->SetParameter(name.c_str(), value.c_str()));
-  }
-}
-
-ModuleLibrary LoadOrFail(const std::filesystem::path& module) {
-  try {
-    return ModuleLibrary(module);
-  } catch (const ModuleError& problem) {
-    Fail(problem.reason);
-  }
-}
-
-/// While the library is loaded, where the code of what it throws may stand.
-/// @param check  null to see no more than whether the settings are taken
-void RunLoaded(const Check* check, const ValidateOptions& options, const ModuleLibrary& library) {
-  const std::filesystem::path session = PathFromUtf8(options.session);
-  const std::filesystem::path manyDocuments =
-      options.manyDocuments.empty() ? session : PathFromUtf8(options.manyDocuments);
-  // Half of the time limit, to have an answer before it is up.
-  const std::chrono::milliseconds patience(options.timeout * 500);
-  const std::vector<Setting> settings = SettingsGiven(options);
-  try {
-    if (check != nullptr) {
-      check->run({library, library.File(), session, session.parent_path() / "no such session.json",
-                  manyDocuments, options.builtIn, settings, patience});
-    } else {
-      RequireSettings(library, settings);
-    }
-  } catch (const std::exception& problem) {
-    Fail(std::string("threw an exception: ") + problem.what());
-  } catch (...) {
-    Fail("threw an exception of an unknown type");
-  }
-}
-
-/// In the process of one check. What a module throws is its fault, and so is
-/// what happens while its library is unloaded: the verdict comes last.
-int RunCheckHere(const ValidateOptions& options) {
-  AdoptOrphans();
-  EndAtOnceOnCrash();
-  const Check* const check = FindCheck(options.runCheck);
-  {
-    const ModuleLibrary library = LoadOrFail(PathFromUtf8(options.module));
-    RunLoaded(check, options, library);
-  }
-  if (check && check->runUnloaded) {
-    check->runUnloaded();
-  }
-  Announce({Status::Passed, ""});
-  return EXIT_SUCCESS;
-}
-
-/// Runs checks, each in a process of its own.
-class CheckRunner {
- public:
-  explicit CheckRunner(const ValidateOptions& options)
-      : module(std::filesystem::absolute(PathFromUtf8(options.module))),
-        session(options.session.empty() ? WriteBuiltInSession(folder.path)
-                                        : std::filesystem::absolute(PathFromUtf8(options.session))),
-        manyDocuments(WriteSessionOfManyDocuments(folder.path)),
-        isBuiltIn(options.session.empty()),
-        settings(options.settings),
-        timeout(options.timeout) {
-    RequireReadable("session", session);
-    // The checks run in another folder, so that a relative one is not found.
-    SetEnvironment("TMPDIR", folder.path.parent_path());
-    // Memory that a module frees too early shows at once: glibc fills it.
-    SetEnvironment("MALLOC_PERTURB_", "165");
-    SetEnvironment("GLIBC_TUNABLES", "glibc.malloc.tcache_count=0");
-  }
-
-  /// @returns none when this program is asked to end.
-  std::optional<Verdict> Run(const std::string& check) const {
-    const std::filesystem::path outputFile = folder.path / "output.txt";
-    std::vector<std::string> arguments = {"validate", "--run-check=" + check,
-                                          "--session=" + Utf8FromPath(session),
-                                          "--many-documents=" + Utf8FromPath(manyDocuments),
-                                          "--timeout=" + std::to_string(timeout.count())};
-    if (isBuiltIn) {
-      arguments.emplace_back("--built-in");
-    }
-    for (const std::string& setting : settings) {
-      arguments.push_back("--set=" + setting);
-    }
-    arguments.insert(arguments.end(), {"--", Utf8FromPath(module)});
-    const ChildOutcome outcome =
-        RunChild(ProgramFile(), arguments, folder.path, outputFile, timeout);
-    if (outcome.end == ChildOutcome::End::Interrupted) {
-      return std::nullopt;
-    }
-    std::ifstream stream(outputFile, std::ios::binary);
-    const std::string output{std::istreambuf_iterator<char>(stream), {}};
-    Verdict verdict = FindVerdict(output);
-    if (!verdict.reason.empty()) {
-      return verdict;
-    }
-    switch (outcome.end) {
-      case ChildOutcome::End::TimedOut:
-        return Verdict{Status::Failed,
-                       "no answer within " + std::to_string(timeout.count()) + " s"};
-      case ChildOutcome::End::Crashed:
-        return Verdict{Status::Failed, "crashed: " + outcome.cause};
-      case ChildOutcome::End::Exited:
-      case ChildOutcome::End::Interrupted:
-        break;
-    }
-    if (verdict.status == Status::Passed && outcome.status == EXIT_SUCCESS) {
-      return verdict;
-    }
-    return Verdict{Status::Failed,
-                   "ended the process with status " + std::to_string(outcome.status)};
-  }
-
- private:
-  const TemporaryFolder folder;
-  const std::filesystem::path module;
-  const std::filesystem::path session;
-  const std::filesystem::path manyDocuments;
-  const bool isBuiltIn;
-  const std::vector<std::string> settings;
-  const std::chrono::seconds timeout;
-};
+constexpr std::size_t NameWidth = 20;
 
 class Report {
  public:
@@ -302,10 +139,9 @@ class Report {
  private:
   static void WriteJson(const nlohmann::ordered_json& line) { WriteOut(std::cout, JsonLine(line)); }
 
-  static void WriteRow(std::string status, std::string name, const std::string& text) {
-    status.resize(std::max<std::size_t>(status.size(), 8), ' ');
-    name.resize(std::max<std::size_t>(name.size(), 20), ' ');
-    WriteOut(std::cout, "  " + status + name + " " + text + "\n");
+  static void WriteRow(const std::string& status, const std::string& name,
+                       const std::string& text) {
+    WriteOut(std::cout, "  " + Padded(status, 8) + Padded(name, NameWidth) + " " + text + "\n");
   }
 
   const bool json;
@@ -316,9 +152,7 @@ class Report {
 int List() {
   std::string list;
   for (const Check& check : AllChecks()) {
-    std::string name = check.name;
-    name.resize(std::max<std::size_t>(name.size(), 20), ' ');
-    list.append(name).append(" ").append(check.proves).append("\n");
+    list.append(Padded(check.name, NameWidth)).append(" ").append(check.proves).append("\n");
   }
   WriteOut(std::cout, list);
   return EXIT_SUCCESS;
@@ -328,7 +162,7 @@ int Validate(const ValidateOptions& options) {
   PrepareTerminal();
   CatchInterrupts();
   const CheckRunner runner(options);
-  const std::optional<Verdict> loaded = runner.Run(LoadOnly);
+  const std::optional<Verdict> loaded = runner.Run(nullptr);
   if (loaded && loaded->status == Status::Failed) {
     throw std::runtime_error("cannot validate module " + EscapedPaths(options.module) + ": " +
                              loaded->reason);
@@ -337,7 +171,7 @@ int Validate(const ValidateOptions& options) {
   report.Begin(options.module);
   for (const Check& check : AllChecks()) {
     const std::optional<Verdict> verdict =
-        InterruptStatus() == 0 && IsWanted(check, options) ? runner.Run(check.name) : std::nullopt;
+        InterruptStatus() == 0 && IsWanted(check, options) ? runner.Run(&check) : std::nullopt;
     if (verdict) {
       report.Add(check, *verdict);
     }

@@ -1,9 +1,11 @@
 #include "console_host/report/ReportPage.h"
 
+#include <cstdio>
 #include <iomanip>
 #include <sstream>
 #include <vector>
 
+#include "console_host/TextParts.h"
 #include "console_host/report/Html.h"
 #include "console_host/report/ReportStyle.h"
 #include "hosting/Utf8.h"
@@ -27,14 +29,12 @@ std::string UtcTime(std::chrono::system_clock::time_point time) {
   const auto day = std::chrono::floor<std::chrono::days>(time);
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss clock(std::chrono::floor<std::chrono::seconds>(time - day));
-  std::ostringstream text;
-  text << std::setfill('0') << static_cast<int>(date.year());
-  text << '-' << std::setw(2) << static_cast<unsigned>(date.month());
-  text << '-' << std::setw(2) << static_cast<unsigned>(date.day());
-  text << ' ' << std::setw(2) << clock.hours().count();
-  text << ':' << std::setw(2) << clock.minutes().count();
-  text << ':' << std::setw(2) << clock.seconds().count() << " UTC";
-  return text.str();
+  char text[64];
+  std::snprintf(text, sizeof text, "%d-%02u-%02u %02d:%02d:%02d UTC", static_cast<int>(date.year()),
+                static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()),
+                static_cast<int>(clock.hours().count()), static_cast<int>(clock.minutes().count()),
+                static_cast<int>(clock.seconds().count()));
+  return text;
 }
 
 std::string Seconds(std::chrono::milliseconds duration) {
@@ -42,10 +42,6 @@ std::string Seconds(std::chrono::milliseconds duration) {
   text << std::fixed << std::setprecision(1) << static_cast<double>(duration.count()) / 1000
        << " s";
   return text.str();
-}
-
-std::string Counted(int count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
 std::string Fact(const char* name, const std::string& text) {

@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "console_host/ItemDescription.h"
+#include "console_host/TextParts.h"
 #include "console_host/report/Html.h"
 #include "hosting/DataFormat.h"
-#include "hosting/EventNames.h"
 #include "platform/Digest.h"
 #include <conduit/MessageLevel.h>
 #include <conduit/ReaderItem.h>
@@ -77,14 +77,6 @@ std::string StartOf(const std::string& text, std::size_t length) {
   return text.substr(0, length);
 }
 
-std::string Joined(const std::vector<std::string>& texts) {
-  std::string joined;
-  for (const std::string& text : texts) {
-    joined += (joined.empty() ? "" : "; ") + text;
-  }
-  return joined;
-}
-
 }  // namespace
 
 ReportSink::ReportSink(const std::filesystem::path& path, const ReportLimits& limits)
@@ -106,7 +98,7 @@ void ReportSink::OnCallReturned(const CallReturned& call) {
   }
   std::string text = call.name + " answered " + std::to_string(call.result) + ": " + call.failure;
   if (!call.reasons.empty()) {
-    text += " (" + Joined(call.reasons) + ")";
+    text += " (" + Joined(call.reasons, "; ") + ")";
   }
   AddStep("call", text, true);
 }
@@ -131,16 +123,18 @@ void ReportSink::OnLogLine(const LogLine& line) {
   }
 }
 
-/// What a document comes from is known before it: its section begins there, and shows
-/// also one that gives nothing.
-void ReportSink::OnReaderLine(const ReaderLine& line) {
-  if (!line.document.empty()) {
-    document = line.document;
+/// One that the reader names has its section from here on, also when it gives nothing.
+void ReportSink::OnDocumentBegan(const Document& document) {
+  source = document.source;
+  if (!source.empty()) {
     CloseSection();
-    OpenSection(document);
+    OpenSection(source);
   }
-  AddStep("reader", line.text);
 }
+
+void ReportSink::OnDocumentEnded(const Document& /*document*/) { source.clear(); }
+
+void ReportSink::OnReaderLine(const ReaderLine& line) { AddStep("reader", line.text); }
 
 void ReportSink::OnItem(const ItemReceived& item) {
   ++section.itemCount;
@@ -158,17 +152,13 @@ void ReportSink::OnItem(const ItemReceived& item) {
   AddStep("item", item.name + missing + refused, !item.data);
 }
 
-void ReportSink::OnEvent(const EventReceived& event) {
-  AddStep("event", event.name);
-  if (IsEvent(event.name, ReaderEventCode::DocRemoved)) {
-    document.clear();
-  }
-}
+void ReportSink::OnEvent(const EventReceived& event) { AddStep("event", event.name); }
 
-void ReportSink::OnDataBegan() {
-  const std::string title = "Document " + std::to_string(++run.documents);
-  const std::string named = document.empty() ? title : title + ": " + document;
-  if (document.empty() || section.itemCount > 0) {
+void ReportSink::OnDataBegan(const Document& document) {
+  run.documents = document.number;
+  const std::string title = "Document " + std::to_string(document.number);
+  const std::string named = source.empty() ? title : title + ": " + source;
+  if (source.empty() || section.itemCount > 0) {
     CloseSection();
     OpenSection(named);
   } else {
@@ -177,9 +167,9 @@ void ReportSink::OnDataBegan() {
   AddStep("begin", "");
 }
 
-void ReportSink::OnDataEnded() {
+void ReportSink::OnDataEnded(const Document& /*document*/) {
   AddStep("end", "");
-  if (document.empty()) {
+  if (source.empty()) {
     CloseSection();
     OpenSection("After document " + std::to_string(run.documents));
   }
@@ -202,10 +192,7 @@ void ReportSink::OnError(const ErrorReported& error) {
   }
 }
 
-void ReportSink::OnPagesCounted(const PagesCounted& pages) {
-  AddStep("pages",
-          std::to_string(pages.unread) + " of " + std::to_string(pages.all) + " could not be read");
-}
+void ReportSink::OnPagesCounted(const PagesCounted& pages) { AddStep("pages", pages.Text()); }
 
 void ReportSink::OnRunEnded(const RunEnded& end) {
   run.failed = end.reason == EndReason::Failed;
@@ -259,9 +246,9 @@ void ReportSink::AddProblem(const std::string& text) {
     return;
   }
   // A reader that names the page in its error names what the section is named after.
-  const std::string named = document + ": ";
+  const std::string named = source + ": ";
   const std::string shown =
-      !document.empty() && text.starts_with(named) ? text.substr(named.size()) : text;
+      !source.empty() && text.starts_with(named) ? text.substr(named.size()) : text;
   run.problems += Element(
       "li", "",
       Element("a", "href=\"#step-" + std::to_string(steps) + "\"", HtmlText(section.title)) + ": " +

@@ -40,8 +40,10 @@ class ReportSink final : public RunListener {
   void OnReaderLine(const ReaderLine& line) override;
   void OnItem(const ItemReceived& item) override;
   void OnEvent(const EventReceived& event) override;
-  void OnDataBegan() override;
-  void OnDataEnded() override;
+  void OnDocumentBegan(const Document& document) override;
+  void OnDocumentEnded(const Document& document) override;
+  void OnDataBegan(const Document& document) override;
+  void OnDataEnded(const Document& document) override;
   void OnScript(const ScriptActivated& script) override;
   void OnState(const StateReported& state) override;
   void OnError(const ErrorReported& error) override;
@@ -68,7 +70,7 @@ class ReportSink final : public RunListener {
   ReportSummary run;
   ReportSection section;
   DocumentSummary person;
-  std::string document;    ///< what the one laid down comes from, if the reader says so
+  std::string source;      ///< of the document that is open
   std::string pendingLog;  ///< markup of lines: a module logs what it is about to do
   std::size_t pictureBytes = 0;
   int pictures = 0;

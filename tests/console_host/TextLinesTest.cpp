@@ -5,12 +5,14 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <new>
 #include <optional>
 #include <random>
 #include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "console_host/ProgressLine.h"
 #include "console_host/SaveSink.h"
@@ -19,6 +21,7 @@
 #include "console_host/TroubleSink.h"
 #include "console_host/report/ReportSink.h"
 #include "hosting/DataFormat.h"
+#include "hosting/DocumentTracker.h"
 #include "hosting/HostRecorder.h"
 #include "hosting/Utf8.h"
 #include "platform/Digest.h"
@@ -155,7 +158,7 @@ TEST(HostRecorder, LetsNoFailureIntoTheModuleAndTellsNothingBehindALoss) {
   recorder.SendEvent("A");
   EXPECT_FALSE(recorder.HasFailed());
   recorder.SendData("NAME", ItemTypeText, 1, "x", nullptr, true);
-  EXPECT_EQ(recorder.ListenerFailure(), "out of memory");
+  EXPECT_EQ(recorder.Failures(), std::vector<std::string>{"out of memory"});
   EXPECT_FALSE(recorder.IsTold(failing));
   recorder.SendEvent("B");
   // What the host does itself is told to the end.
@@ -166,32 +169,83 @@ TEST(HostRecorder, LetsNoFailureIntoTheModuleAndTellsNothingBehindALoss) {
   EXPECT_EQ(told.words, "A\nreturned 0\nC\n");
 }
 
+TEST(DocumentTracker, SaysWhereADocumentBeginsAndEnds) {
+  struct Case {
+    const char* signs;  ///< as below
+    const char* told;   ///< "(" begins one; each ends with its kind, number and name
+  };
+  const Case cases[] = {
+      {"NWBIER", "(page 1 a)"},
+      {"WBIER WBIER", "(page 1 )(page 2 )"},
+      {"NWXR NWBXIER", "(unread 0 a)(page 1 a)"},
+      {"NXWR", "(page 0 a)"},  // an error from before it lay there
+      {"BIE BIE WXR", "(swipe 1 )(swipe 2 )(unread 0 )"},
+      {"BIE NWR", "(swipe 1 )(page 0 a)"},
+      {"NBIE", "(swipe 1 a)"},
+      {"NN", "(swipe 0 a)(swipe 0 a)"},
+      {"WW", "(page 0 )(page 0 )"},  // nobody said that the first was taken away
+      {"WBIEBIER", "(page 2 )"},     // one document, however often it gives data
+      {"I BIE", "(swipe 0 )(swipe 1 )"},
+      {"X E R", ""},
+  };
+  for (const Case& one : cases) {
+    std::string told;
+    DocumentTracker tracker([&](const Document& /*document*/) { told += "("; },
+                            [&](const Document& document) {
+                              constexpr const char* kinds[] = {"page", "swipe", "unread"};
+                              told += std::string(kinds[static_cast<int>(document.Kind())]) + " " +
+                                      std::to_string(document.number) + " " + document.source + ")";
+                            });
+    const std::map<char, void (DocumentTracker::*)()> meanings = {
+        {'W', &DocumentTracker::LaidDown},  {'B', &DocumentTracker::DataBegan},
+        {'I', &DocumentTracker::ItemCame},  {'E', &DocumentTracker::DataEnded},
+        {'X', &DocumentTracker::ErrorCame}, {'R', &DocumentTracker::End},
+    };
+    for (const char sign : std::string(one.signs)) {
+      if (sign == 'N') {
+        tracker.Named("a");
+      } else if (sign != ' ') {
+        (tracker.*meanings.at(sign))();
+      }
+    }
+    tracker.End();
+    EXPECT_EQ(told, one.told) << one.signs;
+  }
+}
+
 TEST(TableSink, HasARowForEachDocument) {
   const std::string file = testing::TempDir() + "people-" + std::to_string(std::random_device()());
-  const auto fill = [](TableSink& sink) {
-    const auto send = [&](const char* name, ItemType type, const std::string& data) {
-      sink.OnItem({name, type, static_cast<std::int32_t>(data.size()), data, {}, true, 0});
+  const auto fill = [&](TableSink& sink) {
+    HostRecorder host({&sink}, {});
+    host.Follow(file + ".log");
+    const auto log = [&](const std::string& line) {
+      std::ofstream(file + ".log", std::ios::app) << "2024-05-01T09:30:00.120Z 1 " << line << '\n';
     };
-    sink.OnReaderLine({1, "document a.png", "a.png"});
-    sink.OnReaderLine({1, "warning: a.png: odd", "", "a.png: odd"});
-    sink.OnReaderLine({1, "warning: as its name begins", ""});
-    sink.OnEvent({"DOC_ON_WINDOW"});
-    sink.OnDataBegan();
+    const auto send = [&](const char* name, ItemType type, const std::string& data) {
+      host.SendData(name, type, static_cast<std::int32_t>(data.size()), data.data(), nullptr, true);
+    };
+    log("warning of no document");
+    log("document a.png");
+    log("warning a.png: odd");
+    log("note warning: as its name begins");
+    host.SendEvent("DOC_ON_WINDOW");
+    host.BeginData();
     send("CODELINE_SURNAME", ItemTypeText, "M\xDCLLER, \"X\"");
     send("CODELINE_SURNAME", ItemTypeText, "M\xDCLLER, \"X\"");
     send("BARCODE_QRCODE", ItemTypeText, "one");
     send("BARCODE_AZTECCODE", ItemTypeText, "\x1b[31mC:\\\u202Egpj.\rz\r\n\x7f\U000E0041\u0085");
     send("BARCODE_QRCODE", ItemTypeBarcodeFormat6, std::string("\0two", 4));
-    sink.OnDataEnded();
-    sink.OnEvent({"DOC_REMOVED"});
-    sink.OnReaderLine({1, "document b.png", "b.png"});
-    sink.OnEvent({"DOC_ON_WINDOW"});
-    sink.OnError({"cut", false, SaidAgain::Nowhere});
-    sink.OnEvent({"DOC_REMOVED"});
-    sink.OnDataBegan();  // a swipe, which is none
+    host.EndData();
+    host.SendEvent("DOC_REMOVED");
+    host.ReportError("of no document");
+    log("document b.png");
+    host.SendEvent("DOC_ON_WINDOW");
+    host.ReportError("cut");
+    host.SendEvent("DOC_REMOVED");
+    host.BeginData();  // a swipe, which tells nothing of what a table has
     send("SWIPE_MSR_TRACK_1", ItemTypeText, "%B");
-    sink.OnDataEnded();
-    sink.OnRunEnded({});
+    host.EndData();
+    host.End({});
   };
   const auto textOf = [](const std::string& name) {
     std::ifstream stream(name, std::ios::binary);
@@ -227,6 +281,7 @@ TEST(TableSink, HasARowForEachDocument) {
   EXPECT_FALSE(std::getline(lines, line));
   std::filesystem::remove(file + ".csv");
   std::filesystem::remove(file + ".jsonl");
+  std::filesystem::remove(file + ".log");
 }
 
 TEST(SaveSink, SharesItsFolderWithNoOtherRun) {
@@ -239,8 +294,7 @@ TEST(SaveSink, SharesItsFolderWithNoOtherRun) {
   EXPECT_TRUE(std::filesystem::is_empty(folder));
 
   run.emplace(folder);
-  run->OnDataBegan();
-  run->OnItem({"NAME", ItemTypeText, 1, "A", {}, true, 0});
+  run->OnItem({"NAME", ItemTypeText, 1, "A", {}, true, 0, {.number = 1, .dataOpen = true}});
   run.reset();
   EXPECT_THROW(SaveSink{folder}, std::runtime_error);
   const auto left = std::filesystem::directory_iterator(folder);
@@ -252,9 +306,10 @@ TEST(TableSink, LeavesATableThatAnotherRunHasWrittenMeanwhile) {
   const std::string file =
       testing::TempDir() + "raced-" + std::to_string(std::random_device()()) + ".csv";
   const auto tell = [](TableSink& sink, const std::string& warning) {
-    sink.OnEvent({"DOC_ON_WINDOW"});
-    sink.OnError({warning, false, SaidAgain::Nowhere});
-    sink.OnEvent({"DOC_REMOVED"});
+    HostRecorder host({&sink}, {});
+    host.SendEvent("DOC_ON_WINDOW");
+    host.ReportError(warning.c_str());
+    host.SendEvent("DOC_REMOVED");
   };
   const auto textOf = [](const std::string& name) {
     std::ifstream stream(name, std::ios::binary);
@@ -314,7 +369,7 @@ TEST(TroubleSink, LeavesOutWhatItsReaderSeesAnyway) {
 TEST(ProgressLine, MakesWayForOtherLines) {
   std::ostringstream output;
   ProgressLine line(output, std::chrono::milliseconds(0));
-  line.OnDataBegan();
+  line.OnDataBegan({.number = 1});
   line.OnTimePassed();
   line.OnTimePassed();
   line.OnAnything();
