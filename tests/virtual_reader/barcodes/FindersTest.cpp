@@ -97,9 +97,9 @@ TEST(LinearFinder, LeavesOutWhatIsNoSymbol) {
   EXPECT_THAT(FindLinear(PageWith(0, false, IsModule)), IsEmpty()) << "edges both ways";
 }
 
-TEST(LinearFinder, JoinsTheTwoSidesOfAFold) {
+TEST(LinearFinder, JoinsTheTwoSidesOfAGap) {
   const auto found = FindLinear(
-      PageWith(0, false, [](double x, double y) { return std::abs(x) > 9 && IsBar(x, y); }));
+      PageWith(0, false, [](double x, double y) { return std::abs(x) > 28 && IsBar(x, y); }));
   EXPECT_THAT(found, SizeIs(1));
 }
 
