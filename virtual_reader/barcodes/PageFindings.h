@@ -11,8 +11,6 @@ namespace conduit {
 /// The name under which a host receives a barcode of this type.
 inline std::string BarcodeName(ReaderDataType type) { return FindReaderItem(type)->name; }
 
-using PageArea = Rectangle;
-
 /// A barcode that a search has seen.
 struct PageFinding {
   ReaderDataType type;

@@ -114,7 +114,7 @@ void Pass(Direction& direction, CodelineFindings& found) {
 
 template <typename Direction>
 void Pass(Direction& direction, PageFinding& finding) {
-  PageArea& area = finding.area;
+  Rectangle& area = finding.area;
   direction.Fields(finding.type, area.left, area.top, area.width, area.height, finding.failure);
   direction.Bytes(finding.data);
 }

@@ -7,91 +7,48 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// What the check digit at the end of line 2 covers: Doc 9303-5 (TD1), 9303-6 (TD2), 9303-4 (TD3).
+// Doc 9303-5 (TD1), 9303-6 (TD2), 9303-4 (TD3), 9303-7 (MRV-A and MRV-B).
 constexpr CodelineSpan WholeTd1[] = {{0, 5, 25}, {1, 0, 7}, {1, 8, 7}, {1, 18, 11}};
 constexpr CodelineSpan WholeTd2[] = {{1, 0, 10}, {1, 13, 7}, {1, 21, 14}};
 constexpr CodelineSpan WholeTd3[] = {{1, 0, 10}, {1, 13, 7}, {1, 21, 22}};
 
-/// What the formats of two lines do not share.
-struct TwoLines {
-  const char* lineName;
-  std::size_t width;
-  bool visa;
-  bool longNumbers;
-  std::size_t optionalLength;
-  bool checksOptional;
-  std::span<const CodelineSpan> composite;
+constexpr CodelineFormat Formats[] = {
+    {.lineName = "a TD1 line",
+     .lines = 3,
+     .width = 30,
+     .longNumbers = true,
+     .names = {2, 0, 30},
+     .number = {0, 5, 9},
+     .birth = {1, 0, 6},
+     .sex = {1, 7, 1},
+     .expiry = {1, 8, 6},
+     .nationality = {1, 15, 3},
+     .optional1 = {0, 15, 15},
+     .optional2 = {1, 18, 11},
+     .composite = WholeTd1},
+    {.lineName = "a TD2 line",
+     .width = 36,
+     .longNumbers = true,
+     .names = {0, 5, 31},
+     .optional1 = {1, 28, 7},
+     .composite = WholeTd2},
+    {.lineName = "a TD3 line",
+     .width = 44,
+     .names = {0, 5, 39},
+     .optional1 = {1, 28, 14},
+     .checksOptional = true,
+     .composite = WholeTd3},
+    {.lineName = "an MRV-A line",
+     .width = 44,
+     .visa = true,
+     .names = {0, 5, 39},
+     .optional1 = {1, 28, 16}},
+    {.lineName = "an MRV-B line",
+     .width = 36,
+     .visa = true,
+     .names = {0, 5, 31},
+     .optional1 = {1, 28, 8}},
 };
-
-constexpr CodelineFormat FormatOf(const TwoLines& own) {
-  return {.lineName = own.lineName,
-          .lines = 2,
-          .width = own.width,
-          .visa = own.visa,
-          .longNumbers = own.longNumbers,
-          .names = {0, 5, own.width - 5},
-          .number = {1, 0, 9},
-          .birth = {1, 13, 6},
-          .sex = {1, 20, 1},
-          .expiry = {1, 21, 6},
-          .nationality = {1, 10, 3},
-          .optional1 = {1, 28, own.optionalLength},
-          .optional2 = {1, 0, 0},
-          .checksOptional = own.checksOptional,
-          .composite = own.composite};
-}
-
-/// Doc 9303-5.
-constexpr CodelineFormat Td1 = {.lineName = "a TD1 line",
-                                .lines = 3,
-                                .width = 30,
-                                .visa = false,
-                                .longNumbers = true,
-                                .names = {2, 0, 30},
-                                .number = {0, 5, 9},
-                                .birth = {1, 0, 6},
-                                .sex = {1, 7, 1},
-                                .expiry = {1, 8, 6},
-                                .nationality = {1, 15, 3},
-                                .optional1 = {0, 15, 15},
-                                .optional2 = {1, 18, 11},
-                                .checksOptional = false,
-                                .composite = WholeTd1};
-/// Doc 9303-6.
-constexpr TwoLines Td2 = {.lineName = "a TD2 line",
-                          .width = 36,
-                          .visa = false,
-                          .longNumbers = true,
-                          .optionalLength = 7,
-                          .checksOptional = false,
-                          .composite = WholeTd2};
-/// Doc 9303-4.
-constexpr TwoLines Td3 = {.lineName = "a TD3 line",
-                          .width = 44,
-                          .visa = false,
-                          .longNumbers = false,
-                          .optionalLength = 14,
-                          .checksOptional = true,
-                          .composite = WholeTd3};
-/// Doc 9303-7.
-constexpr TwoLines MrvA = {.lineName = "an MRV-A line",
-                           .width = 44,
-                           .visa = true,
-                           .longNumbers = false,
-                           .optionalLength = 16,
-                           .checksOptional = false,
-                           .composite = {}};
-/// Doc 9303-7.
-constexpr TwoLines MrvB = {.lineName = "an MRV-B line",
-                           .width = 36,
-                           .visa = true,
-                           .longNumbers = false,
-                           .optionalLength = 8,
-                           .checksOptional = false,
-                           .composite = {}};
-
-constexpr CodelineFormat Formats[] = {Td1, FormatOf(Td2), FormatOf(Td3), FormatOf(MrvA),
-                                      FormatOf(MrvB)};
 
 void Cover(CodelineSpan span, CodelineCheck* check) {
   for (std::size_t i = 0; i < span.length; ++i) {

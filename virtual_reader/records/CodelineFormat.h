@@ -16,25 +16,26 @@ struct CodelineSpan {
   std::size_t length;
 };
 
-/// A format of ICAO Doc 9303, with the places of its fields.
+/// A format of ICAO Doc 9303, with the places of its fields. Most are those of all formats of two
+/// lines.
 struct CodelineFormat {
   const char* lineName;
-  std::size_t lines;
+  std::size_t lines = 2;
   std::size_t width;
-  bool visa;
-  bool longNumbers;  ///< a number too long for its field goes on in the optional data
+  bool visa = false;
+  bool longNumbers = false;  ///< a number too long for its field goes on in the optional data
   CodelineSpan names;
-  CodelineSpan number;
-  CodelineSpan birth;
-  CodelineSpan sex;
-  CodelineSpan expiry;
-  CodelineSpan nationality;
+  CodelineSpan number = {1, 0, 9};
+  CodelineSpan birth = {1, 13, 6};
+  CodelineSpan sex = {1, 20, 1};
+  CodelineSpan expiry = {1, 21, 6};
+  CodelineSpan nationality = {1, 10, 3};
   CodelineSpan optional1;
-  CodelineSpan optional2;  ///< of no length: there is none
+  CodelineSpan optional2 = {1, 0, 0};  ///< of no length: there is none
   /// Whether optional1 has a check digit of its own.
-  bool checksOptional;
+  bool checksOptional = false;
   /// What the check digit at the end of line 2 covers; nothing: there is none.
-  std::span<const CodelineSpan> composite;
+  std::span<const CodelineSpan> composite = {};
 };
 
 /// TD1, TD2, TD3, MRV-A and MRV-B.

@@ -5,6 +5,7 @@
 #include <fstream>
 #include <map>
 
+#include "tests/virtual_reader/DrawnPage.h"
 #include "virtual_reader/InputFile.h"
 #include "virtual_reader/barcodes/PageSearch.h"
 #include "virtual_reader/images/ImageDecoding.h"
@@ -36,17 +37,6 @@ std::vector<std::string> Found(const PageImage& page) {
     lines.push_back(Line(barcode));
   }
   return lines;
-}
-
-PageImage Drawn(int width, int height, auto&& light) {
-  PageImage page = {width, height, {}};
-  for (int y = 0; y < height; ++y) {
-    for (int x = 0; x < width; ++x) {
-      page.luminance.push_back(static_cast<std::uint8_t>(light(x, y)));
-    }
-  }
-  page.luminance.shrink_to_fit();  // a byte beyond the page is none of the vector's
-  return page;
 }
 
 PageImage RealPage(const std::string& name) {
