@@ -13,7 +13,7 @@ void ReadPage(const TiffPages& pages, std::size_t index) {
   try {
     const TiffPage page = pages.Read(index);
     Require(page.image.luminance.size() == static_cast<std::size_t>(page.image.width) *
-                                           static_cast<std::size_t>(page.image.height),
+                                               static_cast<std::size_t>(page.image.height),
             "every pixel has its light");
     const PageImage sent = DecodeImage(page.png);
     Require(sent.width == page.image.width && sent.height == page.image.height,
