@@ -49,8 +49,8 @@ constexpr int AngleSteps = 4;
 constexpr double CoarseStep = 1;
 constexpr double FineStep = 0.25;
 
-/// Places at each end of the bars, over the middle part of its height, that are looked at for
-/// the quiet zone.
+/// Places at each end of the bars, over the central part of its height, where the quiet
+/// zone is sampled.
 constexpr int QuietZoneSamples = 9;
 constexpr double SampledPart = 0.8;
 
@@ -138,9 +138,9 @@ std::vector<RotatedRectangle> JoinParts(std::vector<RotatedRectangle> regions, d
   return regions;
 }
 
-/// Returns where line `index` of so many crosses a region, as an offset across it.
-double OffsetOfLine(const RotatedRectangle& region, int index, int lines) {
-  return ((index + 0.5) / lines - 0.5) * region.height;
+/// Returns where a line crosses a region, one of so many, as an offset across it.
+double OffsetOfLine(const RotatedRectangle& region, int line, int count) {
+  return ((line + 0.5) / count - 0.5) * region.height;
 }
 
 int EdgesAcross(const PageImage& image, const RotatedRectangle& region) {

@@ -54,8 +54,8 @@ class MovingSquare {
     std::int64_t square = 0;
     int columns = 0;
     const auto add = [&](int x, int sign) {
-      sum += sign * sums[static_cast<std::size_t>(x)];
-      square += sign * squares[static_cast<std::size_t>(x)];
+      sum += std::int64_t{sign} * sums[static_cast<std::size_t>(x)];
+      square += std::int64_t{sign} * squares[static_cast<std::size_t>(x)];
       columns += sign;
     };
     for (int x = 0; x < std::min(Surroundings, page.width); ++x) {

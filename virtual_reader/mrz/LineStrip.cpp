@@ -46,7 +46,7 @@ LineStrip Rectify(const PageImage& page, const TextLine& line, int columns, doub
   strip.image.luminance.reserve(sums.size());
   for (const float sum : sums) {
     strip.image.luminance.push_back(
-        static_cast<std::uint8_t>(sum / static_cast<float>(samples * samples) + 0.5F));
+        static_cast<std::uint8_t>(std::lround(sum / static_cast<float>(samples * samples))));
   }
   strip.course.x.factors = {(StripMargin + 0.5) * Pitch - 0.5, Pitch, 0};
   strip.course.y.factors = {StripHeight / 2.0 - 0.5, 0, 0};

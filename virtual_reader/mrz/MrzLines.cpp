@@ -37,8 +37,8 @@ constexpr double FarOffCurve = 0.11;
 constexpr double WeightOfOutlier = 0.2;
 constexpr int FitRounds = 3;
 
-/// The part of the typical variation of a cell that is taken for noise, and the columns that are
-/// looked at for it.
+/// The part of the typical variation of a cell that is taken for noise, and the columns whose
+/// cells are sampled for it.
 constexpr double NoisePart = 0.02;
 constexpr int EveryColumnForNoise = 3;
 
