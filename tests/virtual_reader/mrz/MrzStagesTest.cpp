@@ -20,6 +20,7 @@ using testing::SizeIs;
 /// @param down  how far the line is bent at a column, in pixels
 std::vector<GlyphCandidate> GlyphsOf(int columns, double top, auto&& down) {
   std::vector<GlyphCandidate> glyphs;
+  glyphs.reserve(static_cast<std::size_t>(columns));
   for (int column = 0; column < columns; ++column) {
     glyphs.push_back({100 + 20.0 * column, top + down(column), 12, 20});
   }
@@ -56,6 +57,7 @@ TEST(GlyphCandidates, AreDarkComponentsOfACharactersSizeOnUnevenPaper) {
 
 TEST(LineCurve, FollowsPointsByTheirWeight) {
   std::vector<CurvePoint> points;
+  points.reserve(11);
   for (int column = 0; column < 10; ++column) {
     points.push_back({double(column), 3 + 2.0 * column - 0.5 * column * column, 1});
   }
