@@ -91,11 +91,11 @@ void CallbackHost::LastCall::OnCallReturned(const CallReturned& call) {
   }
 }
 
-std::int32_t CallbackHost::Call(const std::string& name, const std::string& failure,
+std::int32_t CallbackHost::Call(const std::string& name, const std::string& meaning,
                                 const std::function<std::int32_t()>& call) {
   std::exception_ptr thrown;
   lastCall.reasons.clear();
-  const std::int32_t result = recorder.Call(name, failure, [&]() -> std::int32_t {
+  const std::int32_t result = recorder.Call(name, meaning, [&]() -> std::int32_t {
     try {
       return call();
     } catch (...) {
@@ -113,7 +113,7 @@ std::int32_t CallbackHost::Call(const std::string& name, const std::string& fail
   if (result != ResultSuccess) {
     // A negative number of the module's would be taken for one of this library's.
     throw HostError(result > 0 ? result : CONDUIT_HOST_FAILED,
-                    FailureText({name, failure, result, lastCall.reasons}));
+                    FailureText({name, meaning, result, lastCall.reasons}));
   }
   return result;
 }

@@ -37,7 +37,7 @@ class CallbackHost final : public ModuleHost {
   std::filesystem::path FollowOwnLog() override;
 
   /// What fails is thrown: as a HostError, or as what the module threw. [one call at a time]
-  std::int32_t Call(const std::string& name, const std::string& failure,
+  std::int32_t Call(const std::string& name, const std::string& meaning,
                     const std::function<std::int32_t()>& call) override;
 
   /// Hands one entry of a list to its callback; what it throws becomes a HostError.
