@@ -178,8 +178,15 @@ std::string WorkerProcess::WaitForEnd() {
 }
 
 void BecomeWorker() {
-  // Also polls the parent's pidfd: a fork of the parent may keep the channel open.
-  const auto starter = static_cast<int>(syscall(SYS_pidfd_open, getppid(), 0));
+  // Also polls the starter's pidfd: a fork of the starter may keep the channel open. The
+  // socket has its process ID; getppid() returns another one once the starter has ended.
+  ucred creator = {};
+  socklen_t size = sizeof creator;
+  getsockopt(STDIN_FILENO, SOL_SOCKET, SO_PEERCRED, &creator, &size);
+  const auto starter = static_cast<int>(syscall(SYS_pidfd_open, creator.pid, 0));
+  if (starter < 0 && errno == ESRCH) {
+    _exit(0);
+  }
   std::thread([starter] {
     pollfd ends[] = {{STDIN_FILENO, POLLRDHUP, 0}, {starter, POLLIN, 0}};
     while (poll(ends, std::size(ends), -1) < 0 && errno == EINTR) {

@@ -119,8 +119,9 @@ TEST(TiffPages, AreThoseOfTheFileAsItIsNow) {
   EXPECT_EQ(decoded(), "1012 of 2");
   request.page = 1;
   EXPECT_EQ(decoded(), "638 of 2");
-  request.page = 0;
   write(ImageBytes("card-g4.tif"));
+  EXPECT_EQ(decoded(), "the file has changed: it has 1 page now");
+  request.page = 0;
   EXPECT_EQ(decoded(), "1012 of 1");
   // Of the same size.
   write(std::string(ImageBytes("card-g4.tif").size(), 'x'));

@@ -46,7 +46,7 @@ class TiffPages {
 
   /// Decodes a page. Needs at most 4 bytes per pixel in addition to the PNG and a strip or a
   /// row of tiles. Keeps the file open only meanwhile. [any thread; one waits for the other]
-  /// @param index  less than Count()
+  /// Throws std::invalid_argument when the file has no such page (any more).
   TiffPage Read(std::size_t index) const;
 
   /// Decodes a page without making its PNG.

@@ -423,7 +423,11 @@ struct TiffPages::Source {
     tiff.Open();
     const std::unique_ptr<OpenTiff, void (*)(OpenTiff*)> closing(
         &tiff, [](OpenTiff* open) { open->Close(); });
-    return operation(Decoding(tiff, pages.at(index)));
+    if (index >= pages.size()) {
+      throw std::invalid_argument("the file has changed: it has " + std::to_string(pages.size()) +
+                                  (pages.size() == 1 ? " page now" : " pages now"));
+    }
+    return operation(Decoding(tiff, pages[index]));
   }
 
   const std::filesystem::path file;
